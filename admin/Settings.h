@@ -1,0 +1,23 @@
+// The program's preferences, shared by the window and qly: named values in the group "Preferences".
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace quillary {
+
+class Settings {
+  public:
+    virtual ~Settings() = default;
+    [[nodiscard]] virtual std::int32_t ReadInt(std::string_view name, std::int32_t fallback) const = 0;
+    [[nodiscard]] virtual std::string ReadText(std::string_view name, std::string_view fallback) const = 0;
+    /// False when the value could not be kept.
+    virtual bool WriteInt(std::string_view name, std::int32_t value) = 0;
+    virtual bool WriteText(std::string_view name, std::string_view value) = 0;
+};
+
+/// Where new databases are saved: 0 = main folder, k = the k-th storage card.
+inline constexpr std::string_view kLocationNdx = "LocationNdx";
+
+}  // namespace quillary

@@ -1,0 +1,22 @@
+# Language, warnings and sanitizers, decided once for every target that links quillary_options.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(QUILLARY_CCACHE ccache)
+if(QUILLARY_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${QUILLARY_CCACHE})
+endif()
+
+add_library(quillary_options INTERFACE)
+target_include_directories(quillary_options INTERFACE ${PROJECT_SOURCE_DIR})
+target_compile_options(quillary_options INTERFACE -Wall -Wextra -Werror)
+# GCC 12 sees overlapping copies in plain concatenations of std::string (its bug 105651).
+target_compile_options(quillary_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
+target_compile_definitions(quillary_options INTERFACE QUILLARY_VERSION="${PROJECT_VERSION}")
+if(QUILLARY_SANITIZER)
+  target_compile_options(quillary_options INTERFACE
+    -fsanitize=${QUILLARY_SANITIZER} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(quillary_options INTERFACE -fsanitize=${QUILLARY_SANITIZER})
+endif()

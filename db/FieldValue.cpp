@@ -1,0 +1,255 @@
+#include "db/FieldValue.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <iterator>
+#include <limits>
+
+namespace quillary {
+
+namespace {
+
+constexpr std::string_view kNoDate = "No Date";
+constexpr std::string_view kNoTime = "No Time";
+constexpr std::int32_t kSecondsADay = 24 * 60 * 60;
+
+bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Days from 1 March of year 0, in the calendar that begins its years in March.
+constexpr std::int64_t DaysFromMarchOfYearZero(std::int64_t year, int month, int day) {
+    year -= month <= 2;
+    const std::int64_t era = (year >= 0 ? year : year - 399) / 400;
+    const std::int64_t yearOfEra = year - era * 400;
+    const std::int64_t dayOfYear = (153 * (month + (month > 2 ? -3 : 9)) + 2) / 5 + day - 1;
+    return era * 146097 + yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
+}
+constexpr std::int64_t kEpoch = DaysFromMarchOfYearZero(1904, 1, 1);
+constexpr auto kFirstDay = static_cast<std::int32_t>(DaysFromMarchOfYearZero(100, 1, 1) - kEpoch);
+constexpr auto kLastDay = static_cast<std::int32_t>(DaysFromMarchOfYearZero(9999, 12, 31) - kEpoch);
+
+void AppendTwoDigits(int value, std::string& out) {
+    out.push_back(static_cast<char>('0' + value / 10));
+    out.push_back(static_cast<char>('0' + value % 10));
+}
+
+void AppendDecimal(std::int32_t value, std::string& out) {
+    std::array<char, 12> digits;
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+    out.append(digits.data(), end);
+}
+
+void AppendDate(std::string_view stored, DateStyle style, std::string& out) {
+    if (stored.empty()) {
+        out.append(kNoDate);
+        return;
+    }
+    const auto day = ReadDay(stored);
+    if (!day) {
+        out.append(stored);
+        return;
+    }
+    const CivilDate date = DayToDate(*day);
+    if (style == DateStyle::Long) {
+        out.append(kMonthNames[date.month - 1]).push_back(' ');
+        AppendTwoDigits(date.day, out);
+        out.append(", ");
+    } else {
+        AppendTwoDigits(date.month, out);
+        out.push_back('/');
+        AppendTwoDigits(date.day, out);
+        out.push_back('/');
+    }
+    AppendDecimal(date.year, out);
+}
+
+void AppendTime(std::string_view stored, std::string& out) {
+    const auto minute = ReadMinute(stored);
+    if (!minute) {
+        // A negative count is no time of day; it shows as what it is, so that nobody takes it for an empty field.
+        out.append(ReadDecimal(stored) < 0 ? stored : kNoTime);
+        return;
+    }
+    const int hour = *minute / 60;
+    AppendTwoDigits(hour % 12 == 0 ? 12 : hour % 12, out);
+    out.push_back(':');
+    AppendTwoDigits(*minute % 60, out);
+    out.append(hour < 12 ? " am" : " pm");
+}
+
+// Every line end, LF or CR LF, as CR LF; a lone CR stays.
+void AppendUniformLines(std::string_view text, std::string& out) {
+    for (;;) {
+        const auto lineFeed = text.find('\n');
+        if (lineFeed == text.npos) break;
+        const bool paired = lineFeed > 0 && text[lineFeed - 1] == '\r';
+        out.append(text, 0, paired ? lineFeed - 1 : lineFeed).append("\r\n");
+        text.remove_prefix(lineFeed + 1);
+    }
+    out.append(text);
+}
+
+// The digits of a phone number, or nothing when it is none: a letter, or not 7 or 10 digits.
+std::string PhoneDigits(std::string_view text, const AnsiText& page) {
+    std::string digits;
+    std::copy_if(text.begin(), text.end(), std::back_inserter(digits), IsDigit);
+    if ((digits.size() != 7 && digits.size() != 10) || page.HasLetter(text)) digits.clear();
+    return digits;
+}
+
+void AppendPhone(std::string_view stored, const AnsiText& page, std::string& out) {
+    const std::string digits = PhoneDigits(stored, page);
+    if (digits.size() == 7) {
+        out.append(digits, 0, 3).append("-").append(digits, 3, 4);
+    } else if (digits.size() == 10) {
+        out.append("(").append(digits, 0, 3).append(") ").append(digits, 3, 3).append("-").append(digits, 6, 4);
+    } else {
+        out.append(stored);
+    }
+}
+
+// The value of a decimal number too large or too small for a double.
+double Saturated(std::string_view number) {
+    const bool negative = number[0] == '-';
+    const auto exponentAt = number.find_first_of("eE");
+    const std::string_view mantissa = number.substr(0, exponentAt);
+    const auto firstDigit = mantissa.find_first_of("123456789");
+    const auto point = std::min(mantissa.find('.'), mantissa.size());
+    double exponent = static_cast<double>(point) - static_cast<double>(firstDigit);
+    if (exponentAt != number.npos) exponent += ReadDecimal(number.substr(exponentAt + 1));
+    const double value = exponent > 0 ? std::numeric_limits<double>::max() : 0.0;
+    return negative ? -value : value;
+}
+
+}  // namespace
+
+void AppendDisplayText(FieldType type, std::string_view stored, DateStyle style, const AnsiText& page,
+                       std::string& out) {
+    switch (type) {
+        case FieldType::Text:
+        case FieldType::List:
+            AppendUniformLines(stored, out);
+            break;
+        case FieldType::Number:
+        case FieldType::Sequence:
+        case FieldType::EMail:
+        case FieldType::WebUrl:
+            out.append(stored);
+            break;
+        case FieldType::Checkbox:
+            out.append(IsChecked(stored) ? "true" : "false");
+            break;
+        case FieldType::Date:
+            AppendDate(stored, style, out);
+            break;
+        case FieldType::Time:
+            AppendTime(stored, out);
+            break;
+        case FieldType::Phone:
+            AppendPhone(stored, page, out);
+            break;
+    }
+}
+
+std::string DisplayText(FieldType type, std::string_view stored, DateStyle style, const AnsiText& page) {
+    std::string text;
+    AppendDisplayText(type, stored, style, page, text);
+    return text;
+}
+
+bool IsChecked(std::string_view stored) {
+    constexpr std::string_view kTrueTexts[] = {"TRUE", "1", "YES", "JA"};
+    const auto sameUpper = [](char wanted, char c) { return wanted == (c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c); };
+    return std::any_of(std::begin(kTrueTexts), std::end(kTrueTexts), [&](std::string_view text) {
+        return text.size() == stored.size() && std::equal(text.begin(), text.end(), stored.begin(), sameUpper);
+    });
+}
+
+std::int32_t ReadDecimal(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+    const bool negative = !text.empty() && text.front() == '-';
+    if (!text.empty() && (negative || text.front() == '+')) text.remove_prefix(1);
+    constexpr std::int64_t kBeyond = std::int64_t{1} << 40;
+    std::int64_t value = 0;
+    for (const char c : text) {
+        if (!IsDigit(c)) break;
+        value = std::min(value * 10 + (c - '0'), kBeyond);
+    }
+    if (negative) value = -value;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, std::numeric_limits<std::int32_t>::min(),
+                                                              std::numeric_limits<std::int32_t>::max()));
+}
+
+double ReadNumber(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+    if (!text.empty() && text.front() == '+') {
+        text.remove_prefix(1);
+        if (!text.empty() && text.front() == '-') return 0;
+    }
+    std::size_t end = !text.empty() && text.front() == '-' ? 1 : 0;
+    const auto skipDigits = [&text](std::size_t at) {
+        while (at < text.size() && IsDigit(text[at])) ++at;
+        return at;
+    };
+    const std::size_t wholeEnd = skipDigits(end);
+    bool anyDigit = wholeEnd > end;
+    end = wholeEnd;
+    if (end < text.size() && text[end] == '.') {
+        const std::size_t fractionEnd = skipDigits(end + 1);
+        anyDigit = anyDigit || fractionEnd > end + 1;
+        end = fractionEnd;
+    }
+    if (!anyDigit) return 0;
+    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+        std::size_t digits = end + 1;
+        if (digits < text.size() && (text[digits] == '+' || text[digits] == '-')) ++digits;
+        const std::size_t exponentEnd = skipDigits(digits);
+        if (exponentEnd > digits) end = exponentEnd;
+    }
+    double value = 0;
+    const auto result = std::from_chars(text.data(), text.data() + end, value);
+    return result.ec == std::errc::result_out_of_range ? Saturated(text.substr(0, end)) : value;
+}
+
+std::optional<std::int32_t> ReadDay(std::string_view stored) {
+    if (stored.empty()) return std::nullopt;
+    const std::int32_t day = ReadDecimal(stored);
+    if (day < kFirstDay || day > kLastDay) return std::nullopt;
+    return day;
+}
+
+std::optional<std::int32_t> ReadMinute(std::string_view stored) {
+    if (stored.empty()) return std::nullopt;
+    const std::int32_t seconds = ReadDecimal(stored);
+    if (seconds < 0 || (seconds == 0 && stored != "0")) return std::nullopt;
+    return seconds % kSecondsADay / 60;
+}
+
+CivilDate DayToDate(std::int32_t daysSince1904) {
+    const std::int64_t days = kEpoch + daysSince1904;
+    const std::int64_t era = (days >= 0 ? days : days - 146096) / 146097;
+    const std::int64_t dayOfEra = days - era * 146097;
+    const std::int64_t yearOfEra = (dayOfEra - dayOfEra / 1460 + dayOfEra / 36524 - dayOfEra / 146096) / 365;
+    const std::int64_t dayOfYear = dayOfEra - (365 * yearOfEra + yearOfEra / 4 - yearOfEra / 100);
+    const auto marchMonth = static_cast<int>((5 * dayOfYear + 2) / 153);
+    const int month = marchMonth < 10 ? marchMonth + 3 : marchMonth - 9;
+    return {static_cast<std::int32_t>(yearOfEra + era * 400 + (month <= 2)), month,
+            static_cast<int>(dayOfYear - (153 * marchMonth + 2) / 5 + 1)};
+}
+
+std::optional<std::int32_t> DateToDay(const CivilDate& date) {
+    if (date.year < 100 || date.year > 9999 || date.month < 1 || date.month > 12 || date.day < 1 || date.day > 31) {
+        return std::nullopt;
+    }
+    const auto day = static_cast<std::int32_t>(DaysFromMarchOfYearZero(date.year, date.month, date.day) - kEpoch);
+    if (DayToDate(day).day != date.day) return std::nullopt;  // 30 February and its like
+    return day;
+}
+
+std::string NormalizePhone(std::string_view text, const AnsiText& page) {
+    std::string digits = PhoneDigits(text, page);
+    return digits.empty() ? std::string(text) : digits;
+}
+
+}  // namespace quillary

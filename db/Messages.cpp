@@ -1,0 +1,79 @@
+#include "db/Messages.h"
+
+#include <iterator>
+
+namespace quillary {
+
+namespace {
+
+struct Row {
+    Message message;
+    std::string_view text;
+};
+
+constexpr Row kMessages[] = {
+    {Message::None, ""},
+    {Message::NoFilename, "No filename specified."},
+    {Message::ErrorOpeningFile, "Error opening requested file."},
+    {Message::InvalidDatabaseFile, "Invalid database file."},
+    {Message::NoFieldLabels, "No Field Labels Record."},
+    {Message::NoDataType, "No Data Type Record."},
+    {Message::NoFieldLength, "No Field Length Record."},
+    {Message::InvalidColumn, "Invalid Column Number specified."},
+    {Message::NoRecordsExist, "No records exist."},
+    {Message::EofReached, "EOF Reached"},
+    {Message::NoRecordsInFile, "No Records in File."},
+    {Message::ColumnDoesNotExist, "Column does not exist."},
+    {Message::FileTooLarge, "The file is larger than 1 GiB and is not opened."},
+    {Message::NameExists, "A database with this name already exists at this location."},
+    {Message::UnableToOpenForWriting, "Unable to open file for writing. Check the file permissions."},
+    {Message::ImageTooLarge,
+     "The database would be larger than 4 GiB, which its file format cannot hold. Nothing was written."},
+    {Message::TooManyRecords, "A database holds at most 65,531 records. %s"},
+    {Message::ChangedByAnother, "Another program has changed this database since it was read. It was not overwritten."},
+    {Message::FileBusy, "Another program is using this database. Try again when it is done."},
+    {Message::RecoveryNotWritten, "The recovery copy %s could not be written (%s). The database was not touched."},
+    {Message::WriteFailed, "The database could not be written (%s). The file is as it was."},
+    {Message::WriteFailedTorn,
+     "The database could not be written (%s). Opening it again completes it from its recovery copy."},
+    {Message::ReadOnly, "This database is read only: its file or folder cannot be written."},
+    {Message::ForeignRecords,
+     "This file holds %s records of other programs or other kinds, which would not come back when it is written."},
+    {Message::WrongDatabasePassword, "The password you have entered does not match the database password."},
+    {Message::UnstorableCharacters, "These characters cannot be stored in %s: %s"},
+    {Message::HidesField, "A %s in \"%s\" would hide the field \"%s\". Move \"%s\" behind it or take the %s out."},
+    {Message::NameMissing, "You must provide a database name before continuing."},
+    {Message::ImpossibleName, "\"%s\" cannot be the name of a database file."},
+    {Message::NotANumber, "\"%s\" is no number (field \"%s\")."},
+    {Message::NotADate, "\"%s\" is no date (field \"%s\")."},
+    {Message::NotATime, "\"%s\" is no time (field \"%s\")."},
+    {Message::NotACheckBox, "\"%s\" is neither true nor false (field \"%s\")."},
+    {Message::NotAListItem, "\"%s\" is no item of the list (field \"%s\")."},
+};
+static_assert(std::size(kMessages) == static_cast<std::size_t>(Message::Count));
+
+constexpr bool InOrder() {
+    for (std::size_t i = 0; i < std::size(kMessages); ++i) {
+        if (static_cast<std::size_t>(kMessages[i].message) != i) return false;
+    }
+    return true;
+}
+static_assert(InOrder());
+
+}  // namespace
+
+std::string_view MessageText(Message message) { return kMessages[static_cast<std::size_t>(message)].text; }
+
+std::string FormatMessage(Message message, std::initializer_list<std::string_view> arguments) {
+    std::string_view text = MessageText(message);
+    std::string out;
+    for (const std::string_view argument : arguments) {
+        const auto at = text.find("%s");
+        if (at == text.npos) break;
+        out.append(text, 0, at).append(argument);
+        text.remove_prefix(at + 2);
+    }
+    return out.append(text);
+}
+
+}  // namespace quillary

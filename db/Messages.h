@@ -1,0 +1,69 @@
+// The texts that operations answer with, so that the window and qly say the same.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+namespace quillary {
+
+enum class Message {
+    None,
+    // The reader's
+    NoFilename,
+    ErrorOpeningFile,
+    InvalidDatabaseFile,
+    NoFieldLabels,
+    NoDataType,
+    NoFieldLength,
+    InvalidColumn,
+    NoRecordsExist,
+    EofReached,
+    NoRecordsInFile,
+    ColumnDoesNotExist,
+    FileTooLarge,
+    // The writer's
+    NameExists,
+    UnableToOpenForWriting,
+    ImageTooLarge,
+    TooManyRecords,      // %s: what was refused
+    ChangedByAnother,    // another program wrote the file since it was read
+    FileBusy,            // another program holds the file's lock
+    RecoveryNotWritten,  // %s: path, %s: the system's reason
+    WriteFailed,         // %s: the system's reason; the file is as it was
+    WriteFailedTorn,     // %s: the system's reason; the recovery file completes it at the next opening
+    ReadOnly,
+    ForeignRecords,  // %s: number
+    // Passwords
+    WrongDatabasePassword,
+    // Texts
+    UnstorableCharacters,  // %s: where they stand, %s: the characters
+    HidesField,            // %s: the byte's name, %s: field, %s: hidden field, %s: field, %s: the byte's name
+    NameMissing,
+    ImpossibleName,  // %s: the name
+    NotANumber,      // %s: text, %s: field
+    NotADate,
+    NotATime,
+    NotACheckBox,
+    NotAListItem,
+    Count
+};
+
+/// The text itself, UTF-8; "%s" stands where FormatMessage puts its arguments.
+[[nodiscard]] std::string_view MessageText(Message message);
+
+/// The text with each "%s" replaced by the next argument; arguments are UTF-8 and taken as they are.
+[[nodiscard]] std::string FormatMessage(Message message, std::initializer_list<std::string_view> arguments = {});
+
+/// Why an operation did not do what was asked: what callers branch on, and what the user reads (UTF-8).
+struct Failure {
+    Message message = Message::None;
+    std::string text;
+
+    void Set(Message which, std::initializer_list<std::string_view> arguments = {}) {
+        message = which;
+        text = FormatMessage(which, arguments);
+    }
+};
+
+}  // namespace quillary

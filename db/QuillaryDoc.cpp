@@ -1,0 +1,452 @@
+#include "db/QuillaryDoc.h"
+
+#include <algorithm>
+#include <limits>
+#include <thread>
+#include <utility>
+
+#include "db/DatabaseReader.h"
+#include "db/FieldValue.h"
+#include "db/Password.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr std::int32_t kWidthOfMissingColumn = 80;
+constexpr std::size_t kMaxNameBytes = kNameSize - 1;
+
+std::int32_t AddSaturated(std::int32_t a, std::int32_t b) {
+    const std::int64_t sum = std::int64_t{a} + b;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(sum, std::numeric_limits<std::int32_t>::min(),
+                                                              std::numeric_limits<std::int32_t>::max()));
+}
+
+// At most the header's 31 bytes, never cut inside a character.
+std::string CutName(std::string_view name, const AnsiText& page) {
+    std::string cut(name.substr(0, kMaxNameBytes));
+    if (name.size() <= kMaxNameBytes || page.IsSingleByte()) return cut;
+    std::u16string wide = page.ToWide(name);
+    while (!wide.empty()) {
+        wide.pop_back();
+        const auto bytes = page.FromWide(wide);
+        if (bytes && bytes->size() <= kMaxNameBytes) return *bytes;
+    }
+    return {};
+}
+
+std::vector<Field> FieldsOf(CDatabaseReader& reader) {
+    std::vector<Field> fields(reader.ColumnCount());
+    for (std::size_t k = 0; k < fields.size(); ++k) {
+        fields[k].name = reader.ColumnName(k).value_or(std::string_view{});
+        fields[k].storedType = reader.ColumnTypeText(k).value_or(std::string_view{});
+        fields[k].width = reader.ColumnWidth(k);
+        DecodeFieldType(fields[k].storedType, fields[k].type, fields[k].options);
+    }
+    return fields;
+}
+
+Message ReaderMessage(const FileError& error) {
+    switch (error.kind) {
+        case FileError::Kind::TooLarge:
+            return Message::FileTooLarge;
+        case FileError::Kind::Busy:
+            return Message::FileBusy;
+        default:
+            return Message::ErrorOpeningFile;
+    }
+}
+
+}  // namespace
+
+// What keeps the records alive: the image that most of them lie in, and the arena of the new and changed ones.
+struct CQuillaryDoc::Storage {
+    std::shared_ptr<const Image> image;
+    RecordArena arena;
+};
+
+class CQuillaryDoc::State {
+  public:
+    DatabaseContent content;
+    std::shared_ptr<Storage> storage;
+    std::size_t current = 0;
+    bool modified = false;
+};
+
+struct CQuillaryDoc::BackgroundFlush {
+    std::unique_ptr<UnfinishedSave> save;
+    std::shared_ptr<const Image> oldImage;  // what the file holds again when the flush fails
+    FileStamp oldStamp;
+    Failure failure;
+    bool finished = false;
+    std::thread thread;
+
+    BackgroundFlush(std::unique_ptr<UnfinishedSave> unfinished, std::shared_ptr<const Image> image, FileStamp stamp)
+        : save(std::move(unfinished)), oldImage(std::move(image)), oldStamp(stamp), thread([this] {
+              finished = save->Finish(failure);
+              save.reset();  // lets the file's lock go
+          }) {}
+};
+
+CQuillaryDoc::CQuillaryDoc(FileAccess& files, const AnsiText& page) : m_files(files), m_page(page) { Clear(); }
+
+CQuillaryDoc::~CQuillaryDoc() {
+    if (m_flush) m_flush->thread.join();
+}
+
+void CQuillaryDoc::Clear() {
+    m_path.clear();
+    m_held.reset();
+    m_fileImage.reset();
+    m_stamp = {};
+    m_content = {};
+    m_storage = std::make_shared<Storage>();
+    m_current = 0;
+    m_formatVersion = kFormatVersion;
+    m_foreignRecords = 0;
+    m_modified = m_readOnly = false;
+    m_recovery = RecoveryState::None;
+    m_readerError = {};
+}
+
+void CQuillaryDoc::Close() {
+    Failure ignored;  // A flush that failed leaves the recovery file, which the next opening completes.
+    if (!FinishSave(ignored)) m_readerError = ignored;
+    Clear();
+}
+
+void CQuillaryDoc::Changed() {
+    m_modified = true;
+    ++m_changeNumber;
+}
+
+bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
+    if (path.empty()) {
+        m_readerError.Set(Message::NoFilename);
+        return false;
+    }
+    FileError error;
+    LoadedFile loaded;
+    if (mode == OpenMode::EditExclusive) {
+        m_held = m_files.Open(path, LockKind::Exclusive, error);
+        if (!m_held) {
+            m_readerError.Set(error.kind == FileError::Kind::Denied ? Message::UnableToOpenForWriting
+                                                                    : ReaderMessage(error));
+            return false;
+        }
+    }
+    m_readOnly = mode == OpenMode::Edit && !m_files.CanWrite(path);
+    const LoadMode loadMode = mode == OpenMode::Read || m_readOnly ? LoadMode::Read : LoadMode::Complete;
+    if (!LoadDatabaseFile(m_files, path, loadMode, m_held.get(), loaded, error)) {
+        m_readerError.Set(ReaderMessage(error));
+        return false;
+    }
+    if (!IsDatabaseImage(loaded.image->Bytes())) return false;
+
+    CDatabaseReader reader;
+    reader.ReadHeader(loaded.image->Bytes());
+    if (!reader.ReadSchema()) {
+        m_readerError.Set(reader.LastError());
+        return false;
+    }
+    DatabaseContent content;
+    content.header = reader.Header();
+    content.appInfo = reader.AppInfo();
+    content.fields = FieldsOf(reader);
+    content.infoText = reader.Preference(0).value_or(std::string_view{});
+    content.infoLockHash = ReadDecimal(reader.Preference(1).value_or(std::string_view{}));
+    content.filter = LoadFilter(content.appInfo, content.fields);
+    content.sort = LoadSort(content.appInfo, content.fields);
+
+    const bool filterIsStored = content.appInfo.FormatVersion() >= kFormatVersion;
+    content.shown.reserve(reader.DataRecordCount());
+    for (bool more = reader.FirstDataRecord(); more; more = reader.NextDataRecord()) {
+        RecordRef record = reader.DataRecord();
+        if (!filterIsStored) record.category = kCategoryShown;
+        const bool shown = (record.category & ~kDirtyBit) == kCategoryShown;
+        (shown ? content.shown : content.hidden).push_back(record);
+    }
+
+    m_path = path;
+    m_fileImage = loaded.image;
+    m_stamp = loaded.stamp;
+    m_recovery = loaded.recovery;
+    m_formatVersion = content.appInfo.FormatVersion();
+    m_foreignRecords = reader.ForeignRecordCount();
+    m_content = std::move(content);
+    m_storage->image = std::move(loaded.image);
+    return !m_content.fields.empty();
+}
+
+bool CQuillaryDoc::OpenDatabase(const Path& path, OpenMode mode, Questions& questions) {
+    Close();
+    ++m_changeNumber;
+    const auto giveUp = [this] {
+        Failure reason = std::move(m_readerError);
+        Clear();
+        m_readerError = std::move(reason);
+        return false;
+    };
+    if (!Load(path, mode)) {
+        Failure told;
+        const bool plain = m_readerError.message == Message::FileTooLarge ||
+                           m_readerError.message == Message::FileBusy ||
+                           m_readerError.message == Message::UnableToOpenForWriting;
+        told.Set(plain ? m_readerError.message : Message::InvalidDatabaseFile);
+        const bool result = giveUp();
+        questions.Tell(told);
+        return result;
+    }
+    if (DatabasePasswordHash() != 0 && !questions.AskDatabasePassword(*this)) return giveUp();
+    return true;
+}
+
+void CQuillaryDoc::NewDatabase(std::string_view name, std::vector<Field> fields) {
+    Close();
+    m_content.header = DatabaseHeader(CutName(name, m_page));
+    m_content.fields = std::move(fields);
+    Changed();
+}
+
+bool CQuillaryDoc::SaveDatabase(Failure& failure) { return Save(false, failure); }
+
+bool CQuillaryDoc::OverwriteDatabase(Failure& failure) { return Save(true, failure); }
+
+bool CQuillaryDoc::Save(bool overwriteChanges, Failure& failure) {
+    if (!FinishSave(failure)) return false;
+    if (!m_modified && !overwriteChanges) return true;
+    if (m_readOnly) {
+        failure.Set(Message::ReadOnly);
+        return false;
+    }
+    DatabaseContent next = m_content;
+    auto image = std::make_shared<Image>();
+    if (!EncodeDatabase(next, *image, failure)) return false;
+
+    RewriteRequest request;
+    request.path = m_path;
+    request.held = m_held;
+    request.oldImage = m_fileImage;
+    request.oldStamp = m_stamp;
+    request.newImage = image.get();
+    request.overwriteChanges = overwriteChanges;
+    FileStamp stamp = m_stamp;
+    auto save = RewriteDatabaseFile(m_files, request, stamp, failure);
+    if (!save) return false;
+    if (m_flushInBackground) {
+        m_flush = std::make_unique<BackgroundFlush>(std::move(save), m_fileImage, m_stamp);
+    } else if (!save->Finish(failure)) {
+        return false;
+    }
+    Adopt(std::move(next), std::move(image), stamp);
+    return true;
+}
+
+void CQuillaryDoc::Adopt(DatabaseContent content, std::shared_ptr<const Image> image, const FileStamp& stamp) {
+    m_content = std::move(content);
+    m_storage = std::make_shared<Storage>();
+    m_storage->image = image;
+    m_fileImage = std::move(image);
+    m_stamp = stamp;
+    m_formatVersion = kFormatVersion;
+    m_foreignRecords = 0;
+    m_modified = false;
+}
+
+bool CQuillaryDoc::SaveDatabaseAs(const Path& path, std::string_view name, Failure& failure) {
+    if (!FinishSave(failure)) return false;
+    DatabaseContent next = m_content;
+    next.header.SetName(CutName(name, m_page));
+    auto image = std::make_shared<Image>();
+    if (!EncodeDatabase(next, *image, failure)) return false;
+    std::shared_ptr<LockedFile> file;
+    FileStamp stamp;
+    if (!CreateDatabaseFile(m_files, path, *image, file, stamp, failure)) return false;
+    if (m_held) m_held = std::move(file);
+    m_path = path;
+    m_readOnly = false;
+    m_recovery = RecoveryState::None;
+    Adopt(std::move(next), std::move(image), stamp);
+    return true;
+}
+
+bool CQuillaryDoc::FinishSave(Failure& failure) {
+    if (!m_flush) return true;
+    const auto flush = std::move(m_flush);
+    flush->thread.join();
+    if (flush->finished) return true;
+    m_modified = true;  // what was written is not on the disk: the next save writes again
+    m_fileImage = flush->oldImage;
+    m_stamp = flush->oldStamp;
+    failure = flush->failure;
+    return false;
+}
+
+bool CQuillaryDoc::DatabaseExists(FileAccess& files, const Path& path, Failure& failure) {
+    if (!files.CanRead(path)) return false;
+    failure.Set(Message::NameExists);
+    return true;
+}
+
+std::string_view CQuillaryDoc::FileImage() const { return m_fileImage ? m_fileImage->Bytes() : std::string_view{}; }
+
+std::u16string CQuillaryDoc::Name() const { return m_page.ToWide(m_content.header.Name()); }
+
+std::u16string CQuillaryDoc::FieldName(std::size_t k) const { return m_page.ToWide(m_content.fields[k].name); }
+
+std::int32_t CQuillaryDoc::FieldWidth(std::size_t k) const {
+    return k < FieldCount() ? m_content.fields[k].width : kWidthOfMissingColumn;
+}
+
+void CQuillaryDoc::SetFieldWidth(std::size_t k, std::int32_t pixels) {
+    if (k >= FieldCount() || m_content.fields[k].width == pixels) return;
+    m_content.fields[k].width = pixels;
+    Changed();
+}
+
+std::optional<std::size_t> CQuillaryDoc::FieldByName(std::string_view name) const {
+    const auto found =
+        std::find_if(Fields().begin(), Fields().end(), [name](const Field& f) { return f.name == name; });
+    if (found == Fields().end()) return std::nullopt;
+    return static_cast<std::size_t>(found - Fields().begin());
+}
+
+std::size_t CQuillaryDoc::GetFieldTypeByName(std::string_view name) const {
+    const auto field = FieldByName(name);
+    return field ? static_cast<std::size_t>(TypeOf(*field)) : kNoFieldType;
+}
+
+void CQuillaryDoc::AdvanceSequences() {
+    for (std::size_t k = 0; k < FieldCount(); ++k) {
+        const FieldOptions& options = Fields()[k].options;
+        if (TypeOf(k) == FieldType::Sequence) SetSequenceNext(k, AddSaturated(options.first, options.increment));
+    }
+}
+
+void CQuillaryDoc::SetSequenceNext(std::size_t k, std::int32_t next) {
+    if (m_content.fields[k].options.first == next) return;
+    m_content.fields[k].options.first = next;
+    Changed();
+}
+
+bool CQuillaryDoc::NextRecord() {
+    if (m_current + 1 >= Shown().size()) return false;
+    ++m_current;
+    return true;
+}
+
+bool CQuillaryDoc::PreviousRecord() {
+    if (m_current == 0) return false;
+    --m_current;
+    return true;
+}
+
+std::optional<std::u16string> CQuillaryDoc::FieldText(std::size_t k, bool formatted) const {
+    if (m_current >= Shown().size() || k >= FieldCount()) return std::nullopt;
+    const auto stored = FindEntry(Shown()[m_current].Entries(), static_cast<std::uint8_t>(k));
+    if (!stored) return std::nullopt;
+    return m_page.ToWide(formatted ? DisplayText(TypeOf(k), *stored, Style(), m_page) : std::string(*stored));
+}
+
+void CQuillaryDoc::AppendDisplay(std::string_view stored, std::size_t field, std::string& out) const {
+    AppendDisplayText(TypeOf(field), stored, Style(), m_page, out);
+}
+
+RecordRef CQuillaryDoc::NewRecord(std::string_view entries) {
+    return {m_storage->arena.Store(entries), static_cast<std::uint32_t>(entries.size()), kCategoryShown};
+}
+
+bool CQuillaryDoc::AppendRecord(std::string_view entries, Failure& failure) {
+    if (!HasRoomFor(1)) {
+        failure.Set(Message::TooManyRecords, {"The record was not added."});
+        return false;
+    }
+    m_content.shown.push_back(NewRecord(entries));
+    m_current = Shown().size() - 1;
+    Changed();
+    return true;
+}
+
+void CQuillaryDoc::ReplaceRecord(std::size_t row, std::string_view entries) {
+    m_content.shown[row] = NewRecord(entries);
+    Changed();
+}
+
+void CQuillaryDoc::RemoveRecord(std::size_t row) {
+    m_content.shown.erase(m_content.shown.begin() + static_cast<std::ptrdiff_t>(row));
+    if (m_current >= Shown().size()) m_current = Shown().empty() ? 0 : Shown().size() - 1;
+    Changed();
+}
+
+void CQuillaryDoc::ReorderRecords(std::span<const std::uint32_t> order) {
+    std::vector<RecordRef> reordered(order.size());
+    bool moved = false;
+    for (std::size_t k = 0; k < order.size(); ++k) {
+        reordered[k] = m_content.shown[order[k]];
+        moved = moved || order[k] != k;
+    }
+    if (!moved) return;
+    m_content.shown = std::move(reordered);
+    Changed();
+}
+
+void CQuillaryDoc::SetFilter(FilterSettings filter) {
+    const bool stored = filter.conditions != Filter().conditions || filter.matchAny != Filter().matchAny;
+    m_content.filter = std::move(filter);
+    if (stored) Changed();
+}
+
+void CQuillaryDoc::SetSort(SortSettings sort) {
+    if (sort == Sort()) return;
+    m_content.sort = std::move(sort);
+    Changed();
+}
+
+void CQuillaryDoc::SetStyle(DateStyle style) {
+    if (style == Style()) return;
+    m_content.appInfo.SetStyle(style);
+    Changed();
+}
+
+void CQuillaryDoc::SetEditOnSelect(bool on) {
+    if (on == EditOnSelect()) return;
+    m_content.appInfo.SetEditOnSelect(on);
+    Changed();
+}
+
+void CQuillaryDoc::SetInfo(std::string text, std::int32_t lockHash) {
+    if (text == m_content.infoText && lockHash == m_content.infoLockHash) return;
+    m_content.infoText = std::move(text);
+    m_content.infoLockHash = lockHash;
+    Changed();
+}
+
+bool CQuillaryDoc::CheckDatabasePassword(std::u16string_view typed) const {
+    return HashPassword(kDatabasePassword, typed, m_page) == DatabasePasswordHash();
+}
+
+void CQuillaryDoc::SetDatabasePassword(std::u16string_view typed) {
+    const std::uint32_t hash = HashPassword(kDatabasePassword, typed, m_page);
+    if (hash == DatabasePasswordHash()) return;
+    m_content.appInfo.SetLockWord(hash);
+    Changed();
+}
+
+std::shared_ptr<const CQuillaryDoc::State> CQuillaryDoc::Snapshot() const {
+    auto state = std::make_shared<State>();
+    state->content = m_content;
+    state->storage = m_storage;
+    state->current = m_current;
+    state->modified = m_modified;
+    return state;
+}
+
+void CQuillaryDoc::Restore(const State& state) {
+    m_content = state.content;
+    m_storage = state.storage;
+    m_current = state.current;
+    m_modified = state.modified;
+    ++m_changeNumber;
+}
+
+}  // namespace quillary

@@ -1,0 +1,184 @@
+// The open database: fields, shown and hidden records, settings, and the operations that every view, dialog and command
+// works through.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "db/AnsiText.h"
+#include "db/DatabaseWriter.h"
+#include "db/FieldType.h"
+#include "db/FileAccess.h"
+#include "db/Messages.h"
+#include "db/Questions.h"
+#include "db/RecordArena.h"
+#include "db/RecordBuffer.h"
+#include "db/Saving.h"
+
+namespace quillary {
+
+enum class OpenMode : std::uint8_t {
+    Read,           // for commands that change nothing: the disk is not written, whatever it holds
+    Edit,           // for the window: the file is free for others between saves
+    EditExclusive,  // for commands that change the file: locked from reading to closing, so no other change is lost
+};
+
+class CQuillaryDoc {
+  public:
+    /// Texts cross the code page `page`; both references outlive the document.
+    explicit CQuillaryDoc(FileAccess& files, const AnsiText& page = AnsiText::Windows1252());
+    ~CQuillaryDoc();
+    CQuillaryDoc(const CQuillaryDoc&) = delete;
+    CQuillaryDoc& operator=(const CQuillaryDoc&) = delete;
+
+    // ---- The file
+
+    /// Replaces the document by the database at `path`. Tells "Invalid database file." through `questions` and asks
+    /// there for the password of a locked one; false, with the document empty, when it is not opened.
+    [[nodiscard]] bool OpenDatabase(const Path& path, OpenMode mode, Questions& questions);
+    /// Why the reader refused, when it was the reader: a finer reason than "Invalid database file.".
+    [[nodiscard]] const Failure& ReaderError() const { return m_readerError; }
+
+    /// Makes an empty, unsaved document. `name` is stored in the header, cut to 31 bytes, never inside a character.
+    void NewDatabase(std::string_view name, std::vector<Field> fields);
+
+    /// Rewrites the file; writes nothing when nothing changed. On failure document and file are as they were (the
+    /// document stays modified).
+    [[nodiscard]] bool SaveDatabase(Failure& failure);
+    /// As SaveDatabase, but also over a file that another program changed.
+    [[nodiscard]] bool OverwriteDatabase(Failure& failure);
+    /// Writes a new file at `path` under `name` and goes on with it. Refuses a path that is taken (NameExists).
+    [[nodiscard]] bool SaveDatabaseAs(const Path& path, std::string_view name, Failure& failure);
+    /// Waits for the last save's flush. A failure here leaves a recovery file.
+    [[nodiscard]] bool FinishSave(Failure& failure);
+    /// Whether the flush of a save runs on a thread of its own (window) or before SaveDatabase returns (commands).
+    void FlushInBackground(bool on) { m_flushInBackground = on; }
+    void Close();
+
+    /// "A database with this name already exists at this location." when `path` can be read.
+    [[nodiscard]] static bool DatabaseExists(FileAccess& files, const Path& path, Failure& failure);
+
+    [[nodiscard]] bool IsOpen() const { return !m_content.fields.empty(); }
+    [[nodiscard]] const Path& FilePath() const { return m_path; }
+    [[nodiscard]] bool IsModified() const { return m_modified; }
+    [[nodiscard]] bool IsReadOnly() const { return m_readOnly; }
+    [[nodiscard]] RecoveryState Recovery() const { return m_recovery; }
+    /// The whole file as last read or written.
+    [[nodiscard]] std::string_view FileImage() const;
+    /// Records that would not come back when this file is written.
+    [[nodiscard]] std::size_t ForeignRecordCount() const { return m_foreignRecords; }
+    /// Grows with every change; a dialog that kept an index compares it.
+    [[nodiscard]] std::uint64_t ChangeNumber() const { return m_changeNumber; }
+
+    // ---- Name and fields
+
+    [[nodiscard]] const AnsiText& Page() const { return m_page; }
+    [[nodiscard]] std::u16string Name() const;
+    [[nodiscard]] std::uint16_t FormatVersion() const { return m_formatVersion; }  // of the file that was read
+    [[nodiscard]] std::size_t FieldCount() const { return m_content.fields.size(); }
+    [[nodiscard]] const std::vector<Field>& Fields() const { return m_content.fields; }
+    [[nodiscard]] std::u16string FieldName(std::size_t k) const;
+    [[nodiscard]] FieldType TypeOf(std::size_t k) const { return m_content.fields[k].type; }
+    /// 80 for a column that does not exist.
+    [[nodiscard]] std::int32_t FieldWidth(std::size_t k) const;
+    void SetFieldWidth(std::size_t k, std::int32_t pixels);
+    /// The first field of exactly this name (code page bytes).
+    [[nodiscard]] std::optional<std::size_t> FieldByName(std::string_view name) const;
+    /// The type number of the first field of exactly this name, or kNoFieldType.
+    [[nodiscard]] std::size_t GetFieldTypeByName(std::string_view name) const;
+    /// Advances the Sequence fields by one increment each, as the commit of a new record does. Stops at the 32-bit
+    /// limit.
+    void AdvanceSequences();
+    void SetSequenceNext(std::size_t k, std::int32_t next);
+
+    // ---- Records. Rows count from 0 among the shown records.
+
+    [[nodiscard]] const std::vector<RecordRef>& Shown() const { return m_content.shown; }
+    [[nodiscard]] const std::vector<RecordRef>& Hidden() const { return m_content.hidden; }
+    [[nodiscard]] std::size_t RecordCount() const { return m_content.shown.size() + m_content.hidden.size(); }
+
+    [[nodiscard]] std::size_t CurrentRecord() const { return m_current; }
+    void SetCurrentRecord(std::size_t row) { m_current = row; }
+    /// False, with the current record unchanged, at the end of the shown list.
+    bool NextRecord();
+    bool PreviousRecord();
+
+    /// The text of field k of the current record, or nullopt when it has no such entry.
+    [[nodiscard]] std::optional<std::u16string> FieldText(std::size_t k, bool formatted) const;
+    /// The display text in the code page, appended; nothing for a missing entry.
+    void AppendDisplay(std::string_view stored, std::size_t field, std::string& out) const;
+
+    /// Adds a record at the end of the shown list and makes it current. False (TooManyRecords) at the limit.
+    [[nodiscard]] bool AppendRecord(std::string_view entries, Failure& failure);
+    void ReplaceRecord(std::size_t row, std::string_view entries);
+    void RemoveRecord(std::size_t row);
+    /// The record at the position in entry k of `order` moves to position k. `order` is a permutation of the shown
+    /// rows; nothing is marked changed when it is the identity.
+    void ReorderRecords(std::span<const std::uint32_t> order);
+    /// Whether `more` records can be added.
+    [[nodiscard]] bool HasRoomFor(std::size_t more) const { return RecordCount() + more <= kMaxRecords; }
+
+    // ---- Settings
+
+    [[nodiscard]] const FilterSettings& Filter() const { return m_content.filter; }
+    void SetFilter(FilterSettings filter);
+    [[nodiscard]] const SortSettings& Sort() const { return m_content.sort; }
+    void SetSort(SortSettings sort);
+    [[nodiscard]] DateStyle Style() const { return m_content.appInfo.Style(); }
+    [[nodiscard]] bool EditOnSelect() const { return m_content.appInfo.EditOnSelect(); }
+    void SetStyle(DateStyle style);
+    void SetEditOnSelect(bool on);
+
+    [[nodiscard]] std::u16string InfoText() const { return m_page.ToWide(m_content.infoText); }
+    [[nodiscard]] const std::string& InfoTextBytes() const { return m_content.infoText; }
+    [[nodiscard]] std::int32_t InfoLockHash() const { return m_content.infoLockHash; }
+    void SetInfo(std::string text, std::int32_t lockHash);
+
+    [[nodiscard]] std::uint32_t DatabasePasswordHash() const { return m_content.appInfo.LockWord(); }
+    [[nodiscard]] bool CheckDatabasePassword(std::u16string_view typed) const;
+    void SetDatabasePassword(std::u16string_view typed);
+
+    // ---- All or nothing
+
+    class State;
+    /// The whole state of the document but its file, for taking a change back. Cheap: records are shared.
+    [[nodiscard]] std::shared_ptr<const State> Snapshot() const;
+    void Restore(const State& state);
+
+  private:
+    struct Storage;  // the image and the arena that the records live in
+
+    [[nodiscard]] bool Load(const Path& path, OpenMode mode);
+    [[nodiscard]] bool Save(bool overwriteChanges, Failure& failure);
+    void Adopt(DatabaseContent content, std::shared_ptr<const Image> image, const FileStamp& stamp);
+    [[nodiscard]] RecordRef NewRecord(std::string_view entries);
+    void Changed();
+    void Clear();
+
+    FileAccess& m_files;
+    const AnsiText& m_page;
+    Path m_path;
+    std::shared_ptr<LockedFile> m_held;        // EditExclusive: the lock from reading to closing
+    std::shared_ptr<const Image> m_fileImage;  // the whole file as last read or written
+    FileStamp m_stamp;
+    DatabaseContent m_content;
+    std::shared_ptr<Storage> m_storage;
+    std::size_t m_current = 0;
+    std::uint16_t m_formatVersion = kFormatVersion;
+    std::size_t m_foreignRecords = 0;
+    std::uint64_t m_changeNumber = 0;
+    bool m_modified = false;
+    bool m_readOnly = false;
+    bool m_flushInBackground = false;
+    RecoveryState m_recovery = RecoveryState::None;
+    Failure m_readerError;
+    struct BackgroundFlush;
+    std::unique_ptr<BackgroundFlush> m_flush;
+};
+
+}  // namespace quillary

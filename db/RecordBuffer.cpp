@@ -1,0 +1,133 @@
+#include "db/RecordBuffer.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+
+namespace quillary {
+
+namespace {
+
+constexpr std::uint64_t kOnes = 0x0101010101010101u;
+constexpr std::uint64_t kHighBits = 0x8080808080808080u;
+
+// The eight bytes from `at` on, the first one lowest; 0x7F behind the end.
+std::uint64_t LoadEight(std::string_view bytes, std::size_t at) {
+    std::uint64_t eight = 0x7F7F7F7F7F7F7F7Fu;
+    if (at + sizeof eight <= bytes.size()) {
+        std::memcpy(&eight, bytes.data() + at, sizeof eight);
+    } else {
+        std::memcpy(&eight, bytes.data() + at, bytes.size() - at);
+    }
+    if constexpr (std::endian::native == std::endian::big) eight = __builtin_bswap64(eight);
+    return eight;
+}
+
+// The high bit of each of the eight bytes that is below `limit` (at most 0x80).
+std::uint64_t BytesBelow(std::uint64_t eight, std::uint64_t limit) {
+    const std::uint64_t reached = (eight & ~kHighBits) + kOnes * (0x80 - limit);
+    return ~(reached | eight) & kHighBits;
+}
+
+std::string_view TextFrom(std::string_view entries, std::size_t begin) {
+    const std::string_view rest = entries.substr(begin);
+    const void* end = rest.empty() ? nullptr : std::memchr(rest.data(), 0, rest.size());
+    return end ? rest.substr(0, static_cast<std::size_t>(static_cast<const char*>(end) - rest.data())) : rest;
+}
+
+}  // namespace
+
+std::string_view EntriesOf(std::string_view bytes) {
+    const void* mark = bytes.empty() ? nullptr : std::memchr(bytes.data(), 0xFF, bytes.size());
+    if (mark) bytes = bytes.substr(0, static_cast<std::size_t>(static_cast<const char*>(mark) - bytes.data()));
+    // The zero belongs to the end mark. Where it is missing nothing is cut, so that no byte of a text gets lost.
+    if (!bytes.empty() && bytes.back() == '\0') bytes.remove_suffix(1);
+    return bytes;
+}
+
+std::optional<std::string_view> FindEntry(std::string_view entries, std::uint8_t number) {
+    if (entries.size() < 2) return std::nullopt;
+    const auto found = entries.find(static_cast<char>(number), 1);
+    if (found == entries.npos) return std::nullopt;
+    return TextFrom(entries, found + 1);
+}
+
+void EntryTable::Fill(std::string_view entries, std::size_t fieldCount) {
+    m_entries = entries;
+    std::fill_n(m_begin.begin(), fieldCount, kMissing);
+    std::size_t missing = fieldCount;
+    std::uint32_t open = 0;  // bit k: the text of entry k has begun and not met its zero
+    // Only bytes below the number of fields matter: a zero ends texts, and each may be an entry's number.
+    for (std::size_t i = 1; i < entries.size() && missing > 0; i += 8) {
+        const std::uint64_t eight = LoadEight(entries, i);
+        for (std::uint64_t marks = BytesBelow(eight, fieldCount); marks != 0; marks &= marks - 1) {
+            const auto shift = static_cast<std::uint32_t>(std::countr_zero(marks)) & ~7u;
+            const auto number = static_cast<std::uint8_t>(eight >> shift);
+            const std::uint32_t here = static_cast<std::uint32_t>(i) + shift / 8;
+            for (; number == 0 && open != 0; open &= open - 1) m_end[std::countr_zero(open)] = here;
+            if (m_begin[number] != kMissing) continue;
+            m_begin[number] = here + 1;
+            open |= 1u << number;
+            --missing;
+        }
+    }
+    for (; open != 0; open &= open - 1) {
+        const int number = std::countr_zero(open);
+        m_end[number] = m_begin[number] + static_cast<std::uint32_t>(TextFrom(entries, m_begin[number]).size());
+    }
+}
+
+std::optional<std::vector<Entry>> WalkEntries(std::string_view entries) {
+    std::vector<Entry> walked;
+    for (std::size_t at = 0; at < entries.size();) {
+        if (entries[at] != '\0' || at + 1 == entries.size()) return std::nullopt;
+        const std::string_view text = TextFrom(entries, at + 2);
+        walked.push_back({static_cast<std::uint8_t>(entries[at + 1]), text});
+        at += 2 + text.size();
+    }
+    return walked;
+}
+
+void AppendEntry(std::string& entries, std::uint8_t number, std::string_view text) {
+    entries.push_back('\0');
+    entries.push_back(static_cast<char>(number));
+    entries.append(text);
+}
+
+std::string RewriteEntries(std::string_view entries, std::span<const Entry> changes, std::size_t fieldCount) {
+    auto kept = WalkEntries(entries);
+    if (!kept) {
+        kept.emplace();
+        for (std::size_t k = 0; k < fieldCount; ++k) {
+            const auto number = static_cast<std::uint8_t>(k);
+            if (const auto text = FindEntry(entries, number)) kept->push_back({number, *text});
+        }
+    }
+    for (const Entry& change : changes) {
+        const auto same = std::find_if(kept->begin(), kept->end(),
+                                       [&change](const Entry& entry) { return entry.number == change.number; });
+        if (same != kept->end()) {
+            same->text = change.text;
+        } else {
+            const auto behind = std::find_if(kept->begin(), kept->end(),
+                                             [&change](const Entry& entry) { return entry.number > change.number; });
+            kept->insert(behind, change);
+        }
+    }
+    std::string rewritten;
+    std::size_t size = 0;
+    for (const Entry& entry : *kept) size += 2 + entry.text.size();
+    rewritten.reserve(size);
+    for (const Entry& entry : *kept) AppendEntry(rewritten, entry.number, entry.text);
+    return rewritten;
+}
+
+std::optional<HiddenField> FieldHiddenBy(std::string_view text, std::size_t field, std::size_t fieldCount) {
+    for (const char byte : text) {
+        const auto number = static_cast<unsigned char>(byte);
+        if (number > field && number < fieldCount) return HiddenField{number, byte};
+    }
+    return std::nullopt;
+}
+
+}  // namespace quillary

@@ -1,0 +1,80 @@
+// One record in memory, and the two ways to find its entries: the scan that everything shows and sorts by, and the walk
+// that a rewrite takes. Bytes: docs/file-format.md, "Record".
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "db/Layout.h"
+
+namespace quillary {
+
+/// A record that lives elsewhere (in the image or the arena of its database): immutable, cheap to copy and move.
+/// `entries` are the bytes between the record header and the end mark: 00, number, text, 00, number, text ...
+struct RecordRef {
+    const char* data = nullptr;
+    std::uint32_t size = 0;
+    std::uint8_t category = kCategoryShown;  // the whole attribute byte
+
+    [[nodiscard]] std::string_view Entries() const { return {data, size}; }
+};
+static_assert(sizeof(RecordRef) == 16);
+
+/// The entries of a record as its file bytes behind the record header hold them: up to the end mark, which may be
+/// missing.
+[[nodiscard]] std::string_view EntriesOf(std::string_view bytesBehindHeader);
+
+/// The text of entry `number` (0..19), or nullopt when the entries end first.
+/// Scans for the byte instead of walking the entries, as existing files need: a line feed in a text is found as
+/// entry 10. Reads nothing outside `entries`, whatever they hold. The result points into them.
+[[nodiscard]] std::optional<std::string_view> FindEntry(std::string_view entries, std::uint8_t number);
+
+/// The texts of the first `fieldCount` entries of one record, found in a single pass, by the same rule as FindEntry.
+class EntryTable {
+  public:
+    /// `fieldCount` is 0..20. The texts point into `entries`.
+    void Fill(std::string_view entries, std::size_t fieldCount);
+    [[nodiscard]] bool Has(std::size_t number) const { return m_begin[number] != kMissing; }
+    /// Empty for a missing entry.
+    [[nodiscard]] std::string_view Text(std::size_t number) const {
+        if (!Has(number)) return {};
+        return {m_entries.data() + m_begin[number], m_end[number] - m_begin[number]};
+    }
+
+  private:
+    static constexpr std::uint32_t kMissing = 0xFFFFFFFF;
+    std::string_view m_entries;
+    std::array<std::uint32_t, kMaxFields> m_begin{};
+    std::array<std::uint32_t, kMaxFields> m_end{};
+};
+
+struct Entry {
+    std::uint8_t number;
+    std::string_view text;
+};
+
+/// The entries by walking from one to the next, or nullopt when the record is not made so.
+[[nodiscard]] std::optional<std::vector<Entry>> WalkEntries(std::string_view entries);
+
+void AppendEntry(std::string& entries, std::uint8_t number, std::string_view text);
+
+/// The record with the entries of `changes` (ascending numbers) replaced or added. Every other entry is kept byte for
+/// byte, entries beyond the last field included, as walking finds them; only a record that cannot be walked is taken
+/// apart by the scan, into its first `fieldCount` entries.
+[[nodiscard]] std::string RewriteEntries(std::string_view entries, std::span<const Entry> changes,
+                                         std::size_t fieldCount);
+
+/// The first field that the scan would no longer find behind `text` in field `field`, with the byte that hides it.
+struct HiddenField {
+    std::size_t field;
+    char byte;
+};
+[[nodiscard]] std::optional<HiddenField> FieldHiddenBy(std::string_view text, std::size_t field,
+                                                       std::size_t fieldCount);
+
+}  // namespace quillary

@@ -1,0 +1,37 @@
+// Finds the next row whose cells hold a text, case ignored.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "db/QuillaryDoc.h"
+
+namespace quillary {
+
+/// One search of the shown records. Works on the cell texts that the record list shows. The document must outlive it
+/// and not change meanwhile.
+class RecordFinder {
+  public:
+    static constexpr int kAllFields = -1;
+
+    /// `column` is a field's position or kAllFields. An empty text is found everywhere.
+    RecordFinder(const CQuillaryDoc& doc, std::u16string_view text, int column);
+    /// The first matching row from `row` on.
+    [[nodiscard]] std::optional<std::size_t> FindFrom(std::size_t row);
+
+  private:
+    [[nodiscard]] bool CellMatches(std::string_view cell) const;
+    [[nodiscard]] bool RowMatches(std::size_t row);
+
+    const CQuillaryDoc& m_doc;
+    std::u16string m_upper;
+    std::optional<std::string> m_folded;  // single-byte pages; nullopt = no stored text can hold it
+    int m_column;
+    EntryTable m_entries;
+    std::string m_display;
+    std::string m_cell;
+};
+
+}  // namespace quillary

@@ -1,0 +1,326 @@
+// A document opened from bytes, changed, saved, and the bytes that come out.
+#include "db/QuillaryDoc.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include "tests/fakes/TestDatabase.h"
+
+namespace quillary {
+namespace {
+
+using testing::ElementsAre;
+
+class QuillaryDoc : public testing::Test {
+  protected:
+    bool Open(const ImageParts& parts, OpenMode mode = OpenMode::Edit) {
+        files.contents["/db.pdb"] = parts.Build();
+        return doc.OpenDatabase("/db.pdb", mode, questions);
+    }
+    std::string Saved() {
+        Failure failure;
+        EXPECT_TRUE(doc.SaveDatabase(failure)) << failure.text;
+        return files.contents["/db.pdb"];
+    }
+
+    MemoryFiles files;
+    ScriptedQuestions questions;
+    CQuillaryDoc doc{files};
+};
+
+ImageParts Contacts() {
+    ImageParts parts;
+    parts.AddSchema({"Name", "Due", "Done"}, {"T", "D", "B!"}, {"120", "-5", "x"}, "Info\r\ntext", "-7");
+    parts.Add(2, {"Ann", "36500", "true"});
+    parts.Add(3, {"Bob", "", "false"});
+    parts.Add(0x42, {"Cid"});
+    return parts;
+}
+
+TEST_F(QuillaryDoc, OpensWhatAFileHolds) {
+    ASSERT_TRUE(Open(Contacts()));
+    EXPECT_EQ(u"Test", doc.Name());
+    EXPECT_EQ(u"Info\r\ntext", doc.InfoText());
+    EXPECT_EQ(-7, doc.InfoLockHash());
+    EXPECT_EQ(3u, doc.FieldCount());
+    EXPECT_EQ(120, doc.FieldWidth(0));
+    EXPECT_EQ(0, doc.FieldWidth(2));
+    EXPECT_EQ(80, doc.FieldWidth(3));
+    EXPECT_EQ(0, ShownWidth(doc.Fields()[1]));
+    EXPECT_EQ(-5, doc.FieldWidth(1));
+    EXPECT_THAT(ShownTexts(doc),
+                ElementsAre(ElementsAre("Ann", "36500", "true"), ElementsAre("Cid", "<none>", "<none>")));
+    EXPECT_EQ(1u, doc.Hidden().size());
+    EXPECT_EQ(u"12/07/2003", doc.FieldText(1, true));
+    EXPECT_TRUE(doc.NextRecord());
+    EXPECT_FALSE(doc.NextRecord());
+    EXPECT_EQ(1u, doc.CurrentRecord());
+    EXPECT_FALSE(doc.FieldText(1, true));
+    EXPECT_FALSE(doc.IsModified());
+    const std::string before = files.contents["/db.pdb"];
+    EXPECT_EQ(before, Saved()) << "an unchanged document writes nothing";
+}
+
+TEST_F(QuillaryDoc, TheWholeFileByteForByte) {
+    // Typed from the format page: one field "A" of type Number, 70 wide, one shown record "1", one hidden "2".
+    Field field = MakeField("A", "F");
+    field.width = 70;
+    doc.NewDatabase("Ab", {field});
+    Failure failure;
+    ASSERT_TRUE(doc.AppendRecord(Entries({"1"}), failure));
+    doc.SetSort({{"A", true}});
+    doc.SetFilter({{{false, "A", 3, "0"}, {true, "", 1, "x"}}, true, false});
+    ASSERT_TRUE(doc.SaveDatabaseAs("/db.pdb", "Ab", failure));
+    const std::string written = files.contents["/db.pdb"];
+
+    const auto schema = [](const std::string& first, const std::string& padding) {
+        std::string bytes = FromHex("FFFFFF01FF00 0000") + first;
+        for (char k = 1; k < 20; ++k) bytes += std::string{'\0', k} + padding;
+        return bytes + FromHex("00FF");
+    };
+    std::string expected = "Ab" + std::string(30, '\0');
+    expected += FromHex("0008 0000 00000000 00000000 00000000 00000000 00000078 00000000");
+    expected += "Qly1Qly1" + FromHex("05000000 00000000 0005");
+    const std::size_t typesAt = 0x78 + 428;
+    const std::size_t labelsAt = typesAt + 6 + 40 + 20 + 2;
+    const std::size_t lengthsAt = labelsAt + 6 + 40 + 1 + 2;
+    const std::size_t preferencesAt = lengthsAt + 6 + 40 + 40 + 2;
+    const std::size_t recordAt = preferencesAt + 6 + 40 + 1 + 2;
+    const auto entry = [](std::size_t offset, const char* rest) {
+        return FromHex("0000") + static_cast<char>(offset >> 8) + static_cast<char>(offset) + FromHex(rest);
+    };
+    expected += entry(typesAt, "05000001") + entry(labelsAt, "01000002") + entry(lengthsAt, "06000003") +
+                entry(preferencesAt, "04000004") + entry(recordAt, "02000005") + FromHex("0000");
+    expected += FromHex("0000");
+    for (const char* category :
+         {"Unfiled", "FieldLabels", "DataRecords", "DataRecordsFout", "Preferences", "DataType", "FieldLengths"}) {
+        std::string name = category;
+        name.resize(16);
+        expected += name;
+    }
+    expected +=
+        std::string(9 * 16, '\0') + FromHex("000102030405060708090A0B0C0D0E0F 0F00 0003 00000000 00 00 000000000000");
+    expected += "0" + std::string(39, '\0') + FromHex("02 83") + "x" + std::string(39, '\0') + FromHex("01 01") +
+                std::string(42, '\0');
+    expected += FromHex("00010000 FF000000 FF000000");
+    expected += schema("F", "T") + schema("A", "") + schema("70", "80") + FromHex("FFFFFF01FF00 0000 0001") + "0";
+    for (char k = 2; k < 20; ++k) expected += std::string{'\0', k};
+    expected += FromHex("00FF") + FromHex("FFFFFF01FF00 0000 31 00FF");
+    EXPECT_EQ(expected, written);
+}
+
+TEST_F(QuillaryDoc, AFileThatWeWroteComesBackByteForByte) {
+    ASSERT_TRUE(Open(Contacts()));
+    doc.SetStyle(DateStyle::Long);
+    doc.SetFilter({{{false, "Name", 1, std::string(40, 'x')}, {true, "", 0, ""}}, true, false});
+    doc.SetSort({{"Due", true}, {"Name", false}});
+    const std::string first = Saved();
+    for (std::uint32_t hash : {0u, 2u, 0x80000001u}) {
+        doc.SetDatabasePassword(u"");
+        ASSERT_TRUE(doc.OpenDatabase("/db.pdb", OpenMode::Edit, questions));
+        EXPECT_EQ(2u, doc.Filter().conditions.size());
+        EXPECT_EQ(40u, doc.Filter().conditions[0].value.size()) << "40 bytes without a zero are read whole";
+        EXPECT_EQ(2u, doc.Sort().size());
+        doc.SetFieldWidth(0, doc.FieldWidth(0) + 1);
+        doc.SetFieldWidth(0, doc.FieldWidth(0) - 1);
+        EXPECT_TRUE(doc.IsModified());
+        EXPECT_EQ(first, Saved()) << hash;
+    }
+}
+
+TEST_F(QuillaryDoc, LockWordAndSortKeyWidth) {
+    // Keys as written (4 bytes each): field 1 descending, field 0 ascending, none.
+    const std::string tail = std::string(126, '\0') + FromHex("01010000 00000000 FF000000");
+    struct Case {
+        const char* name;
+        std::uint32_t lockWord;
+        std::uint16_t formatVersion;
+        std::vector<SortKey> keys;
+        int asked;
+    };
+    const Case kCases[] = {
+        {"open", 0, 3, {{"Due", true}, {"Name", false}}, 0},
+        {"below 3", 2, 3, {{"Due", true}, {"Name", false}}, 1},
+        {"negative", 0xFFFFFFFF, 3, {{"Due", true}, {"Name", false}}, 1},
+        // Read 5 bytes wide: 01 01 00 00 00 | 00 00 00 FF 00 | 00 00 and what follows.
+        {"3 or more: wide keys", 3, 3, {{"Due", true}, {"Name", false}, {"Name", false}}, 1},
+        {"version 2 has no keys", 0, 2, {}, 0},
+        {"version 0 has no lock either", 5, 0, {}, 0},
+    };
+    for (const auto& c : kCases) {
+        ImageParts parts = Contacts();
+        parts.tail = tail;
+        parts.lockWord = c.lockWord;
+        parts.formatVersion = c.formatVersion;
+        struct AcceptAll : ScriptedQuestions {
+            bool AskDatabasePassword(const CQuillaryDoc&) override { return ++asked > 0; }
+        } accept;
+        files.contents["/db.pdb"] = parts.Build();
+        ASSERT_TRUE(doc.OpenDatabase("/db.pdb", OpenMode::Edit, accept)) << c.name;
+        EXPECT_EQ(c.asked, accept.asked) << c.name;
+        EXPECT_EQ(c.keys, doc.Sort()) << c.name;
+        EXPECT_EQ(c.formatVersion < 3 ? 3u : 2u, doc.Shown().size()) << c.name;
+        doc.SetStyle(DateStyle::Long);
+        const std::string saved = Saved();
+        EXPECT_EQ(428u, AppInfoBlock::Read(saved, DatabaseHeader::Read(saved)->AppInfoOffset()).FormatVersion() == 3
+                            ? 428u
+                            : 0u);
+        const std::uint32_t kept = c.formatVersion == 0 ? 0 : c.lockWord;
+        EXPECT_EQ(kept, AppInfoBlock::Read(saved, DatabaseHeader::Read(saved)->AppInfoOffset()).LockWord()) << c.name;
+    }
+}
+
+TEST_F(QuillaryDoc, RefusesWhatIsNoDatabase) {
+    struct Case {
+        const char* name;
+        std::string image;
+        Message reason;
+    };
+    ImageParts noName;
+    noName.AddSchema({""}, {"t"});
+    ImageParts noTypes = Contacts();
+    noTypes.records.erase(noTypes.records.begin());
+    ImageParts versionOne = Contacts();
+    versionOne.version = 1;
+    const Case kCases[] = {
+        {"empty", "", Message::None},
+        {"version 1", versionOne.Build(), Message::None},
+        {"no DataType record", noTypes.Build(), Message::NoDataType},
+        {"no field", noName.Build(), Message::None},
+        {"text", std::string(5000, 'x'), Message::None},
+    };
+    for (const auto& c : kCases) {
+        questions.told.clear();
+        files.contents["/db.pdb"] = c.image;
+        EXPECT_FALSE(doc.OpenDatabase("/db.pdb", OpenMode::Edit, questions)) << c.name;
+        EXPECT_THAT(questions.told, ElementsAre(Message::InvalidDatabaseFile)) << c.name;
+        EXPECT_EQ(c.reason, doc.ReaderError().message) << c.name;
+        EXPECT_FALSE(doc.IsOpen());
+    }
+    EXPECT_FALSE(doc.OpenDatabase("", OpenMode::Read, questions));
+    EXPECT_EQ(Message::NoFilename, doc.ReaderError().message);
+    EXPECT_FALSE(doc.OpenDatabase("/none.pdb", OpenMode::Read, questions));
+    EXPECT_EQ(Message::ErrorOpeningFile, doc.ReaderError().message);
+}
+
+TEST_F(QuillaryDoc, ALockedFileOpensOnlyWithItsPassword) {
+    ASSERT_TRUE(Open(Contacts()));
+    doc.SetDatabasePassword(u"caf\u00E9");
+    const std::string locked = Saved();
+    questions.password = u"cafe";
+    EXPECT_FALSE(doc.OpenDatabase("/db.pdb", OpenMode::Edit, questions));
+    EXPECT_TRUE(questions.told.empty()) << "giving up is no failure to tell";
+    EXPECT_FALSE(doc.IsOpen());
+    questions.password = u"caf\u00E9";
+    EXPECT_TRUE(doc.OpenDatabase("/db.pdb", OpenMode::Edit, questions));
+}
+
+TEST_F(QuillaryDoc, ConditionsAndKeysWithoutAFieldAreClosedUp) {
+    ImageParts parts = Contacts();
+    // Conditions: selector 9 names no field and carries the "or" flag; unused; field 0 contains "x". Keys: 7 (none),
+    // FF, 1.
+    parts.tail = std::string(40, 'a') + FromHex("09 80") + std::string(42, '\0') + "x" + std::string(39, '\0') +
+                 FromHex("02 01") + FromHex("07000000 FF000000 01010000");
+    ASSERT_TRUE(Open(parts));
+    EXPECT_EQ((FilterSettings{{{false, "Name", 1, "x"}}, true, false}), doc.Filter());
+    EXPECT_EQ((SortSettings{{"Due", true}}), doc.Sort());
+    doc.SetStyle(DateStyle::Long);
+    const std::string saved = Saved();
+    const AppInfoBlock block = AppInfoBlock::Read(saved, DatabaseHeader::Read(saved)->AppInfoOffset());
+    EXPECT_EQ(0x81, block.Condition(0).codes);
+    EXPECT_EQ(2, block.Condition(0).selector);
+    EXPECT_EQ(0, block.Condition(2).selector);
+    EXPECT_EQ(1, block.SortKey(0).field);
+    EXPECT_EQ(kUnusedSortKey, block.SortKey(2).field);
+}
+
+TEST_F(QuillaryDoc, WithoutAnAppInfoBlockHiddenRecordsStayHidden) {
+    ImageParts parts = Contacts();
+    parts.hasAppInfo = false;
+    ASSERT_TRUE(Open(parts));
+    EXPECT_EQ(2u, doc.Shown().size());
+    EXPECT_EQ(1u, doc.Hidden().size());
+    EXPECT_TRUE(doc.Filter().conditions.empty());
+    doc.SetStyle(DateStyle::Long);
+    EXPECT_EQ(15u, static_cast<std::size_t>(Saved()[DatabaseHeader::Read(Saved())->AppInfoOffset() + 274]));
+}
+
+TEST_F(QuillaryDoc, TheLimitOfRecordsIsRefusedBeforeAnythingChanges) {
+    ASSERT_TRUE(Open(Contacts()));
+    Failure failure;
+    while (doc.HasRoomFor(1)) ASSERT_TRUE(doc.AppendRecord(Entries({"x"}), failure));
+    EXPECT_EQ(65531u, doc.RecordCount());
+    EXPECT_FALSE(doc.AppendRecord(Entries({"y"}), failure));
+    EXPECT_EQ(Message::TooManyRecords, failure.message);
+    EXPECT_EQ(65531u, doc.RecordCount());
+    const std::string saved = Saved();
+    ASSERT_TRUE(doc.OpenDatabase("/db.pdb", OpenMode::Edit, questions));
+    EXPECT_EQ(65531u, doc.RecordCount());
+    EXPECT_EQ(FromHex("FFFF0000"), saved.substr(68, 4)) << "the seed is little-endian";
+}
+
+TEST_F(QuillaryDoc, RestoreTakesEveryChangeBackAlsoAcrossASave) {
+    ASSERT_TRUE(Open(Contacts()));
+    const auto texts = ShownTexts(doc);
+    const auto snapshot = doc.Snapshot();
+    Failure failure;
+    ASSERT_TRUE(doc.AppendRecord(Entries({"New", "1", "true"}), failure));
+    doc.ReplaceRecord(0, Entries({"Eve"}));
+    doc.SetSort({{"Name", false}});
+    (void)Saved();
+    doc.RemoveRecord(0);
+    doc.Restore(*snapshot);
+    EXPECT_EQ(texts, ShownTexts(doc));
+    EXPECT_TRUE(doc.Sort().empty());
+    EXPECT_FALSE(doc.IsModified());
+}
+
+TEST_F(QuillaryDoc, AnotherProgramsChangeIsNotOverwritten) {
+    ASSERT_TRUE(Open(Contacts()));
+    ImageParts other = Contacts();
+    other.Add(2, {"Dan"});
+    const std::string theirs = files.contents["/db.pdb"] = other.Build();
+    doc.SetStyle(DateStyle::Long);
+    Failure failure;
+    EXPECT_FALSE(doc.SaveDatabase(failure));
+    EXPECT_EQ(Message::ChangedByAnother, failure.message);
+    EXPECT_EQ(theirs, files.contents["/db.pdb"]);
+    EXPECT_TRUE(doc.IsModified());
+    EXPECT_TRUE(doc.OverwriteDatabase(failure));
+    EXPECT_FALSE(doc.IsModified());
+}
+
+TEST_F(QuillaryDoc, SaveAsRefusesATakenNameAndCutsItsOwn) {
+    ASSERT_TRUE(Open(Contacts()));
+    Failure failure;
+    EXPECT_FALSE(doc.SaveDatabaseAs("/db.pdb", "Other", failure));
+    EXPECT_EQ(Message::NameExists, failure.message);
+    EXPECT_EQ(u"Test", doc.Name());
+    const std::string name(40, 'n');
+    ASSERT_TRUE(doc.SaveDatabaseAs("/new.pdb", name, failure));
+    EXPECT_EQ(std::u16string(31, u'n'), doc.Name());
+    EXPECT_EQ(name.substr(0, 31) + '\0', files.contents["/new.pdb"].substr(0, 32));
+    EXPECT_TRUE(CQuillaryDoc::DatabaseExists(files, "/new.pdb", failure));
+    EXPECT_EQ(Path("/new.pdb"), doc.FilePath());
+}
+
+RC_GTEST_PROP(QuillaryDocProperty, WhatIsAppendedComesBack, ()) {
+    const auto texts =
+        *rc::gen::container<std::vector<std::vector<std::string>>>(rc::gen::container<std::vector<std::string>>(
+            3, rc::gen::container<std::string>(
+                   rc::gen::suchThat<char>([](char c) { return static_cast<unsigned char>(c) > 2 && c != '\xFF'; }))));
+    MemoryFiles files;
+    ScriptedQuestions questions;
+    CQuillaryDoc doc(files);
+    doc.NewDatabase("x", {MakeField("a", "t"), MakeField("b", "t"), MakeField("c", "t")});
+    Failure failure;
+    for (const auto& row : texts) RC_ASSERT(doc.AppendRecord(Entries(row), failure));
+    RC_ASSERT(doc.SaveDatabaseAs("/db.pdb", "x", failure));
+    CQuillaryDoc again(files);
+    RC_ASSERT(again.OpenDatabase("/db.pdb", OpenMode::Read, questions));
+    RC_ASSERT(ShownTexts(again) == texts);
+}
+
+}  // namespace
+}  // namespace quillary

@@ -1,0 +1,433 @@
+#include "db/Saving.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <random>
+
+#include "db/RecoveryFile.h"
+#include "tests/fakes/FaultyFiles.h"
+
+namespace quillary {
+namespace {
+
+using testing::AnyOf;
+
+const Path kPath = "/home/ann/films.pdb";
+const Path kRecovery = "/home/ann/films.pdb.recovery";
+
+std::string Bytes(std::size_t size, unsigned seed) {
+    std::mt19937 random(seed);
+    std::string bytes(size, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(random());
+    return bytes;
+}
+
+// Length and hash, so that a failure prints readably.
+std::string Id(std::string_view bytes) { return std::to_string(bytes.size()) + ':' + std::to_string(Hash64(bytes)); }
+std::string IdOf(const FaultyFiles& disk, const Path& path) {
+    const auto bytes = disk.BytesOf(path);
+    return bytes ? Id(*bytes) : "none";
+}
+
+LoadedFile MustLoad(FaultyFiles& files, LoadMode mode = LoadMode::Read) {
+    LoadedFile loaded;
+    FileError error;
+    EXPECT_TRUE(LoadDatabaseFile(files, kPath, mode, nullptr, loaded, error)) << error.reason;
+    if (!loaded.image) loaded.image = std::make_shared<Image>();
+    return loaded;
+}
+
+std::string Shown(const LoadedFile& loaded) { return Id(loaded.image->Bytes()); }
+
+// One save as a document makes it, to its end or to its first failure. `finish` off stops before the flush.
+bool Save(FaultyFiles& files, const LoadedFile& read, const std::string& bytes, Failure& failure, bool finish = true,
+          bool overwriteChanges = false) {
+    const Image image(bytes);
+    RewriteRequest request;
+    request.path = kPath;
+    request.oldImage = read.image;
+    request.oldStamp = read.stamp;
+    request.newImage = &image;
+    request.overwriteChanges = overwriteChanges;
+    FileStamp stamp;
+    const auto save = RewriteDatabaseFile(files, request, stamp, failure);
+    return save && (!finish || save->Finish(failure));
+}
+
+bool Make(FaultyFiles& files, const std::string& bytes, Failure& failure) {
+    std::shared_ptr<LockedFile> held;
+    FileStamp stamp;
+    return CreateDatabaseFile(files, kPath, Image(bytes), held, stamp, failure);
+}
+
+// What a reader sees; what completing it leaves is the same and needs its recovery file no more.
+std::string Reopened(FaultyFiles& disk) {
+    const LoadedFile read = MustLoad(disk);
+    EXPECT_EQ(disk.Changes(), 0) << "reading wrote";
+    const LoadedFile completed = MustLoad(disk, LoadMode::Complete);
+    EXPECT_EQ(Shown(completed), Shown(read));
+    EXPECT_EQ(completed.recovery, RecoveryState::None);
+    EXPECT_EQ(IdOf(disk, kPath), Shown(read));
+    EXPECT_EQ(IdOf(disk, kRecovery), "none");
+    return Shown(read);
+}
+
+struct SizeCase {
+    const char* name;
+    std::size_t oldSize;
+    std::size_t newSize;
+    std::size_t diskBlock;
+};
+
+void PrintTo(const SizeCase& c, std::ostream* out) { *out << c.name; }
+
+class SavingSizes : public testing::TestWithParam<SizeCase> {
+  protected:
+    const std::string m_old = Bytes(GetParam().oldSize, 1);
+    const std::string m_new = Bytes(GetParam().newSize, 2);
+
+    FaultyFiles Disk() const {
+        FaultyFiles disk(GetParam().diskBlock);
+        disk.Put(kPath, m_old);
+        return disk;
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Saving, SavingSizes,
+                         testing::Values(SizeCase{"same", 1800, 1800, 512}, SizeCase{"growing", 700, 1900, 512},
+                                         SizeCase{"shrinking", 1900, 700, 512},
+                                         SizeCase{"growing inside the last block", 1030, 1500, 512},
+                                         SizeCase{"shrinking to a block's end", 1500, 1024, 512},
+                                         SizeCase{"large blocks", 9000, 14000, 4096}),
+                         [](const auto& info) { return "Case" + std::to_string(info.index); });
+
+TEST_P(SavingSizes, EveryStopAndEveryLossOfUnflushedBytesLeavesTheOldOrTheNewImage) {
+    for (int stopAt = 1;; ++stopAt) {
+        FaultyFiles disk = Disk();
+        const LoadedFile read = MustLoad(disk);
+        disk.FailAt(stopAt, FaultyFiles::Fail::ThisCallAndLater);
+        Failure failure;
+        const bool saved = Save(disk, read, m_new, failure);
+        disk.ForEachCrash([&](FaultyFiles& left) {
+            EXPECT_THAT(Reopened(left), AnyOf(Id(saved ? m_new : m_old), Id(m_new))) << "call " << stopAt;
+        });
+        if (HasFailure() || disk.Calls() < stopAt) break;
+    }
+}
+
+TEST_P(SavingSizes, OneFailingCallMeansTheOldImageOrACompletableOne) {
+    for (int failAt = 1;; ++failAt) {
+        FaultyFiles disk = Disk();
+        const LoadedFile read = MustLoad(disk);
+        disk.FailAt(failAt, FaultyFiles::Fail::ThisCall);
+        Failure failure;
+        const bool saved = Save(disk, read, m_new, failure);
+        EXPECT_EQ(saved, failure.message == Message::None) << failAt;
+        EXPECT_NE(failure.message, Message::WriteFailedTorn) << "the disk took back every byte; call " << failAt;
+        EXPECT_EQ(IdOf(disk, kPath), Id(saved ? m_new : m_old)) << failAt;
+        disk.ForEachCrash([&](FaultyFiles& left) {
+            EXPECT_THAT(Reopened(left), AnyOf(Id(saved ? m_new : m_old), Id(m_new))) << "call " << failAt;
+        });
+        if (HasFailure() || disk.Calls() < failAt) break;
+    }
+}
+
+TEST_P(SavingSizes, CompletingCanBeStoppedToo) {
+    FaultyFiles disk = Disk();
+    const LoadedFile read = MustLoad(disk);
+    Failure failure;
+    ASSERT_TRUE(Save(disk, read, m_new, failure, false));
+    int mixtures = 0;
+    disk.ForEachCrash([&](FaultyFiles& torn) {
+        const LoadedFile before = MustLoad(torn);
+        if (before.recovery != RecoveryState::Pending || ++mixtures > 12) return;
+        EXPECT_EQ(Shown(before), Id(m_new));
+        const std::string bytes = *torn.BytesOf(kPath);
+        const std::string recovery = *torn.BytesOf(kRecovery);
+        for (int stopAt = 1;; ++stopAt) {
+            torn.Put(kPath, bytes);
+            torn.Put(kRecovery, recovery);
+            torn.FailAt(stopAt, FaultyFiles::Fail::ThisCallAndLater);
+            LoadedFile loaded;
+            FileError error;
+            (void)LoadDatabaseFile(torn, kPath, LoadMode::Complete, nullptr, loaded, error);
+            torn.ForEachCrash([&](FaultyFiles& left) { EXPECT_EQ(Reopened(left), Id(m_new)) << "call " << stopAt; });
+            if (HasFailure() || torn.Calls() < stopAt) break;
+        }
+    });
+    EXPECT_GT(mixtures, 0);
+}
+
+// A save that meets an earlier stopped one ends that first, and either is whole at any time.
+TEST_P(SavingSizes, ASaveOverAStoppedRewriteCanBeStoppedToo) {
+    const std::string third = Bytes(1300, 3);
+    int mixtures = 0;
+    for (int first = 1, stopAt = 1;; ++stopAt) {
+        FaultyFiles disk = Disk();
+        Failure failure;
+        const LoadedFile before = MustLoad(disk);
+        disk.FailAt(first, FaultyFiles::Fail::ThisCallAndLater);
+        if (Save(disk, before, m_new, failure)) break;
+        disk.FailAt(0, FaultyFiles::Fail::ThisCall);
+        const LoadedFile read = MustLoad(disk);
+        mixtures += read.recovery == RecoveryState::Pending ? 1 : 0;
+        disk.FailAt(stopAt, FaultyFiles::Fail::ThisCallAndLater);
+        const bool saved = Save(disk, read, third, failure);
+        disk.ForEachCrash([&](FaultyFiles& left) {
+            // Without the flush of the first save its end may still be undone.
+            EXPECT_THAT(Reopened(left),
+                        AnyOf(saved ? Id(third) : Shown(read), Id(third), saved ? Id(third) : Id(m_new)))
+                << "calls " << first << ", " << stopAt;
+        });
+        if (HasFailure()) break;
+        if (disk.Calls() >= stopAt) continue;
+        ++first;
+        stopAt = 0;
+    }
+    EXPECT_GT(mixtures, 0);
+}
+
+TEST(Saving, AStoppedCreationLeavesNoFileOrTheWholeOne) {
+    const std::string bytes = Bytes(2700, 4);
+    for (const auto fail : {FaultyFiles::Fail::ThisCallAndLater, FaultyFiles::Fail::ThisCall}) {
+        for (int failAt = 1;; ++failAt) {
+            FaultyFiles disk;
+            disk.FailAt(failAt, fail);
+            Failure failure;
+            const bool made = Make(disk, bytes, failure);
+            const bool goesOn = fail == FaultyFiles::Fail::ThisCall;
+            if (!made && goesOn && failure.message != Message::WriteFailedTorn) {
+                EXPECT_EQ(IdOf(disk, kPath), "none") << failAt;
+            }
+            disk.ForEachCrash([&](FaultyFiles& left) {
+                const auto found = left.BytesOf(kPath);
+                // A failed creation that did take the bytes back may leave the name.
+                const bool isNone = !found || (found->empty() && !left.BytesOf(kRecovery));
+                if (isNone) {
+                    EXPECT_FALSE(made) << failAt;
+                } else {
+                    EXPECT_EQ(Reopened(left), Id(bytes)) << failAt;
+                }
+            });
+            if (HasFailure() || disk.Calls() < failAt) break;
+        }
+    }
+}
+
+TEST(Saving, ATakenNameIsRefusedWithoutTouchingItsRecoveryFile) {
+    FaultyFiles disk;
+    disk.Put(kPath, "theirs");
+    disk.Put(kRecovery, "needed");
+    Failure failure;
+    EXPECT_FALSE(Make(disk, "mine", failure));
+    EXPECT_EQ(failure.message, Message::NameExists);
+    EXPECT_EQ(disk.Changes(), 0);
+}
+
+// Blocks of `a` and `b` in turn, as long as `a`.
+std::string Mixed(std::string a, std::string_view b) {
+    for (std::size_t at = 512; at < std::min(a.size(), b.size()); at += 1024) {
+        const std::size_t count = std::min<std::size_t>(512, a.size() - at);
+        a.replace(at, count, b.substr(at, count));
+    }
+    return a;
+}
+
+TEST(Saving, WhatTheFileHoldsDecidesAboutItsRecoveryFile) {
+    const std::string oldBytes = Bytes(2300, 5);
+    const std::string newBytes = Bytes(3100, 6);
+    const std::string zeros(3100 - 2300, '\0');
+    const std::string backup = Bytes(2300, 7);
+    std::string touched = Mixed(oldBytes, newBytes);
+    touched[600] ^= 1;
+    struct Case {
+        const char* name;
+        std::string holds;
+        bool otherInode;
+        RecoveryState state;
+    };
+    const Case kCases[] = {
+        {"the new image", newBytes, false, RecoveryState::None},
+        {"the old image", oldBytes, false, RecoveryState::None},
+        {"the old image, copied back", oldBytes, true, RecoveryState::None},
+        {"blocks of both, not grown", Mixed(oldBytes, newBytes), false, RecoveryState::Pending},
+        {"blocks of both, grown", Mixed(newBytes, oldBytes + zeros), false, RecoveryState::Pending},
+        {"only the length has grown", oldBytes + zeros, false, RecoveryState::Pending},
+        {"the new bytes up to the old length", newBytes.substr(0, 2300), false, RecoveryState::Pending},
+        {"blocks of both in another file", Mixed(oldBytes, newBytes), true, RecoveryState::Unrelated},
+        {"a backup restored in place", backup, false, RecoveryState::Unrelated},
+        {"a mixture in which one byte was changed", touched, false, RecoveryState::Unrelated},
+        {"something longer", oldBytes + newBytes, false, RecoveryState::Unrelated},
+        {"the old image behind a grown length, and more", oldBytes + Bytes(800, 8), false, RecoveryState::Unrelated},
+        {"nothing", "", false, RecoveryState::Unrelated},
+    };
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.name);
+        FaultyFiles disk;
+        disk.Put(kPath, oldBytes);
+        Failure failure;
+        ASSERT_TRUE(Save(disk, MustLoad(disk), newBytes, failure, false));
+        if (c.otherInode) {
+            disk.Replace(kPath, c.holds);
+        } else {
+            disk.Put(kPath, c.holds);
+        }
+        for (const LoadMode mode : {LoadMode::Read, LoadMode::Complete}) {
+            const LoadedFile loaded = MustLoad(disk, mode);
+            const bool completed = mode == LoadMode::Complete && c.state == RecoveryState::Pending;
+            EXPECT_EQ(loaded.recovery, completed ? RecoveryState::None : c.state);
+            EXPECT_EQ(Shown(loaded), Id(c.state == RecoveryState::Pending ? newBytes : c.holds));
+        }
+        Image copy;
+        FileError error;
+        EXPECT_EQ(LoadRecoveryCopy(disk, kPath, copy, error), c.state == RecoveryState::Unrelated);
+        if (c.state != RecoveryState::Unrelated) continue;
+        EXPECT_EQ(Id(copy.Bytes()), Id(newBytes));
+        EXPECT_TRUE(DropRecoveryCopy(disk, kPath, error));
+        EXPECT_EQ(MustLoad(disk).recovery, RecoveryState::None);
+    }
+}
+
+TEST(Saving, AnotherProgramsWriteIsNotOverwrittenUnasked) {
+    const std::string read = Bytes(900, 9);
+    std::string sameSize = read;
+    sameSize[450] ^= 1;
+    struct Case {
+        const char* name;
+        std::string holds;
+        bool keepTime;
+        bool replaced;
+        bool overwrite;
+        Message message;
+    };
+    const Case kCases[] = {
+        {"a longer file", read + "x", false, false, false, Message::ChangedByAnother},
+        {"one byte", sameSize, false, false, false, Message::ChangedByAnother},
+        {"one byte within the clock's grain", sameSize, true, false, false, Message::ChangedByAnother},
+        {"another file under the name", sameSize, false, true, false, Message::ChangedByAnother},
+        {"the same bytes written again", read, false, false, false, Message::None},
+        {"the same bytes in another file", read, false, true, false, Message::None},
+        {"overwriting was asked for", sameSize, false, false, true, Message::None},
+    };
+    for (const Case& c : kCases) {
+        SCOPED_TRACE(c.name);
+        FaultyFiles disk;
+        disk.Put(kPath, read);
+        disk.mayHideAWrite = c.keepTime;
+        const LoadedFile loaded = MustLoad(disk);
+        if (c.replaced) {
+            disk.Replace(kPath, c.holds);
+        } else {
+            disk.Put(kPath, c.holds, c.keepTime);
+        }
+        Failure failure;
+        EXPECT_EQ(Save(disk, loaded, "mine", failure, true, c.overwrite), c.message == Message::None);
+        EXPECT_EQ(failure.message, c.message);
+        EXPECT_EQ(IdOf(disk, kPath), Id(c.message == Message::None ? "mine" : c.holds));
+        EXPECT_EQ(IdOf(disk, kRecovery), "none");
+    }
+}
+
+TEST(Saving, AFailedFlushOfAnOverwriteBringsBackWhatTheOtherProgramWrote) {
+    FaultyFiles disk;
+    disk.Put(kPath, "read");
+    const LoadedFile loaded = MustLoad(disk);
+    disk.Put(kPath, "theirs");
+    const Image image("mine");
+    RewriteRequest request;
+    request.path = kPath;
+    request.oldImage = loaded.image;
+    request.oldStamp = loaded.stamp;
+    request.newImage = &image;
+    request.overwriteChanges = true;
+    FileStamp stamp;
+    Failure failure;
+    const auto save = RewriteDatabaseFile(disk, request, stamp, failure);
+    ASSERT_TRUE(save);
+    disk.FailAt(1, FaultyFiles::Fail::ThisCall);
+    EXPECT_FALSE(save->Finish(failure));
+    EXPECT_EQ(failure.message, Message::WriteFailed);
+    EXPECT_EQ(disk.BytesOf(kPath), "theirs");
+}
+
+TEST(Saving, AnotherProgramsLockIsRespectedUntilTheFlush) {
+    FaultyFiles disk;
+    disk.Put(kPath, "old");
+    const LoadedFile loaded = MustLoad(disk);
+    FileError error;
+    Failure failure;
+    {
+        const auto reader = disk.Open(kPath, LockKind::Shared, error);
+        EXPECT_FALSE(Save(disk, loaded, "new", failure));
+        EXPECT_EQ(failure.message, Message::FileBusy);
+    }
+    const Image image("new");
+    RewriteRequest request;
+    request.path = kPath;
+    request.oldImage = loaded.image;
+    request.oldStamp = loaded.stamp;
+    request.newImage = &image;
+    FileStamp stamp;
+    auto save = RewriteDatabaseFile(disk, request, stamp, failure);
+    EXPECT_FALSE(disk.Open(kPath, LockKind::Shared, error));
+    EXPECT_EQ(error.kind, FileError::Kind::Busy);
+    save.reset();
+    EXPECT_TRUE(disk.Open(kPath, LockKind::Shared, error));
+}
+
+// Whatever stands in the recovery file, a reader gets the file's own bytes or the image that was meant for it.
+TEST(Saving, ARecoveryFileIsNotTrusted) {
+    const std::string oldBytes = Bytes(1500, 10);
+    const std::string newBytes = Bytes(1200, 11);
+    const std::string torn = Mixed(newBytes, oldBytes);
+    FaultyFiles disk;
+    disk.Put(kPath, oldBytes);
+    Failure failure;
+    ASSERT_TRUE(Save(disk, MustLoad(disk), newBytes, failure, false));
+    disk.Put(kPath, torn);
+    const std::string recovery = *disk.BytesOf(kRecovery);
+    ASSERT_EQ(Shown(MustLoad(disk)), Id(newBytes));
+
+    for (std::size_t size = 0; size < recovery.size(); ++size) {
+        disk.Put(kRecovery, recovery.substr(0, size));
+        ASSERT_EQ(Shown(MustLoad(disk)), Id(torn)) << "cut to " << size;
+    }
+    disk.Put(kRecovery, recovery + '\0');
+    EXPECT_EQ(Shown(MustLoad(disk)), Id(torn)) << "longer than it says";
+    for (std::size_t at = 0; at < recovery.size(); ++at) {
+        std::string flipped = recovery;
+        flipped[at] = static_cast<char>(flipped[at] ^ 1 << at % 8);
+        disk.Put(kRecovery, flipped);
+        ASSERT_EQ(Shown(MustLoad(disk)), Id(torn)) << "byte " << at;
+    }
+    const FileStamp stamp = MustLoad(disk).stamp;
+    struct WildLength {
+        const char* name;
+        std::size_t at;
+        std::uint64_t value;
+    };
+    // Each head is whole but for one number, and its hash agrees with that.
+    const WildLength kWild[] = {
+        {"path", 12, 0xFFFFFFFF},        {"old image, by one block", 40, 1},
+        {"old image", 40, 0xFFFFFFFF00}, {"old image, over the largest number", 40, ~std::uint64_t{0}},
+        {"new image", 48, 1 << 30},      {"new image, over the largest number", 48, ~std::uint64_t{0}},
+    };
+    for (const WildLength& c : kWild) {
+        std::string wild = RecoveryFile::Head(kPath, stamp, {}, newBytes);
+        std::memcpy(wild.data() + c.at, &c.value, c.at == 12 ? 4 : 8);
+        const std::uint64_t hash = Hash64(std::string_view(wild).substr(0, wild.size() - sizeof hash));
+        std::memcpy(wild.data() + wild.size() - sizeof hash, &hash, sizeof hash);
+        disk.Put(kRecovery, wild + newBytes);
+        EXPECT_EQ(Shown(MustLoad(disk)), Id(torn)) << c.name;
+    }
+    // One that is whole but was written for another database.
+    disk.Put(kRecovery, RecoveryFile::Head("/home/ann/other.pdb", stamp, oldBytes, newBytes) + newBytes);
+    const LoadedFile loaded = MustLoad(disk, LoadMode::Complete);
+    EXPECT_EQ(loaded.recovery, RecoveryState::None);
+    EXPECT_EQ(Shown(loaded), Id(torn));
+}
+
+}  // namespace
+}  // namespace quillary

@@ -1,0 +1,107 @@
+#include "db/TextEntry.h"
+
+#include <gtest/gtest.h>
+
+#include "db/FieldValue.h"
+
+namespace quillary {
+namespace {
+
+constexpr auto kMDY = DateOrder::MonthDayYear;
+constexpr auto kDMY = DateOrder::DayMonthYear;
+constexpr auto kYMD = DateOrder::YearMonthDay;
+
+TEST(TextEntry, Dates) {
+    struct Case {
+        const char* text;
+        DateOrder order;
+        std::optional<CivilDate> date;
+    };
+    const Case kCases[] = {
+        {"2004-03-07", kMDY, CivilDate{2004, 3, 7}},
+        {" 2004-3-7 ", kDMY, CivilDate{2004, 3, 7}},
+        {"March 07, 2004", kDMY, CivilDate{2004, 3, 7}},
+        {"mArCh 7 2004", kYMD, CivilDate{2004, 3, 7}},
+        {"March7, 2004", kMDY, std::nullopt},
+        {"Mar 7, 2004", kMDY, std::nullopt},
+        {"03/07/2004", kMDY, CivilDate{2004, 3, 7}},
+        {"03.07.2004", kDMY, CivilDate{2004, 7, 3}},
+        {"3-7-2004", kDMY, CivilDate{2004, 7, 3}},
+        {"2004/03/07", kYMD, CivilDate{2004, 3, 7}},
+        {"2004/03/07", kMDY, std::nullopt},
+        {"13/01/2004", kMDY, std::nullopt},
+        {"03/07.2004", kMDY, std::nullopt},
+        {"02/29/1900", kMDY, std::nullopt},
+        {"3/7/04", kMDY, CivilDate{2004, 3, 7}},
+        {"3/7/004", kMDY, std::nullopt},
+        {"01/01/0100", kMDY, CivilDate{100, 1, 1}},
+        {"36500", kMDY, std::nullopt},
+        {"12/12/12345", kMDY, std::nullopt},
+        {"2004-03-07T10:00", kMDY, std::nullopt},
+        {"", kMDY, std::nullopt},
+    };
+    for (const auto& c : kCases) {
+        const auto expected = c.date ? DateToDay(*c.date) : std::nullopt;
+        EXPECT_EQ(expected, ParseDate(c.text, c.order, 2000)) << c.text;
+    }
+    EXPECT_FALSE(ParseDate("3/7/04", kMDY, std::nullopt)) << "two digits of a year without a century";
+}
+
+TEST(TextEntry, Times) {
+    struct Case {
+        const char* text;
+        std::optional<int> minutes;
+    };
+    const Case kCases[] = {
+        {"10:30", 630},
+        {"0:00", 0},
+        {"23:59:59", 1439},
+        {"24:00", std::nullopt},
+        {"12:30 am", 30},
+        {"12:30PM", 750},
+        {" 1:05 pm ", 785},
+        {"13:00 pm", std::nullopt},
+        {"0:30 am", std::nullopt},
+        {"10:5", std::nullopt},
+        {"10", std::nullopt},
+        {"10:30:", std::nullopt},
+        {"10:60", std::nullopt},
+        {"10:30 xm", std::nullopt},
+        {"10:30 am.", std::nullopt},
+        {"36000", std::nullopt},
+    };
+    for (const auto& c : kCases) {
+        EXPECT_EQ(c.minutes ? std::optional(*c.minutes * 60) : std::nullopt, ParseTime(c.text)) << c.text;
+    }
+}
+
+TEST(TextEntry, WhatIsShownCanBeEntered) {
+    for (const std::int32_t day : {-658896, -1, 0, 36591, 2957003}) {
+        for (const DateStyle style : {DateStyle::Numeric, DateStyle::Long}) {
+            const std::string shown = DisplayText(FieldType::Date, std::to_string(day), style, AnsiText::Windows1252());
+            EXPECT_EQ(day, ParseDate(shown, kMDY, std::nullopt)) << shown;
+        }
+    }
+    for (int minute = 0; minute < 24 * 60; ++minute) {
+        const std::string stored = std::to_string(minute * 60);
+        EXPECT_EQ(minute * 60,
+                  ParseTime(DisplayText(FieldType::Time, stored, DateStyle::Numeric, AnsiText::Windows1252())));
+    }
+    EXPECT_TRUE(IsNoDate(" no date "));
+    EXPECT_FALSE(IsNoDate("No Time"));
+    EXPECT_TRUE(IsNoTime(""));
+}
+
+TEST(TextEntry, NumbersAndCheckBoxes) {
+    for (const char* number : {"0", "-1", "1.5", ".5", "5.", "007"}) EXPECT_TRUE(IsPlainNumber(number)) << number;
+    for (const char* other : {"", "-", ".", "1.2.3", "1,5", "+1", " 1", "1e3", "1-"})
+        EXPECT_FALSE(IsPlainNumber(other)) << other;
+    EXPECT_TRUE(IsPlainInteger("-12"));
+    EXPECT_FALSE(IsPlainInteger("1.0"));
+    EXPECT_EQ(true, ParseCheckBox("YES"));
+    EXPECT_EQ(false, ParseCheckBox("0"));
+    EXPECT_FALSE(ParseCheckBox("ja"));
+}
+
+}  // namespace
+}  // namespace quillary
