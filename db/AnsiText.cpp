@@ -50,6 +50,7 @@ AnsiText::AnsiText(std::string name, const Table& table) : m_name(std::move(name
         quillary::AppendUtf8(unit, utf8);
         std::copy(utf8.begin(), utf8.end(), m_utf8[b].begin());
         m_utf8Length[b] = static_cast<std::uint8_t>(utf8.size());
+        m_isSameInUtf8[b] = utf8.size() == 1 && unit == b;
         m_isLetter[b] = quillary::IsLetter(unit);
         if (unit == kNoCharacter) continue;
         std::uint8_t& page = m_pageOfHighByte[unit >> 8];
@@ -97,11 +98,7 @@ void AnsiText::AppendUtf8(std::string_view bytes, std::string& out) const {
     }
     for (std::size_t i = 0; i < bytes.size();) {
         std::size_t run = i;
-        while (run < bytes.size() && m_utf8Length[static_cast<unsigned char>(bytes[run])] == 1 &&
-               static_cast<char16_t>(static_cast<unsigned char>(bytes[run])) ==
-                   m_toWide[static_cast<unsigned char>(bytes[run])]) {
-            ++run;
-        }
+        while (run < bytes.size() && m_isSameInUtf8[static_cast<unsigned char>(bytes[run])]) ++run;
         out.append(bytes, i, run - i);
         if (run < bytes.size()) {
             const auto b = static_cast<unsigned char>(bytes[run++]);
@@ -117,6 +114,23 @@ std::string AnsiText::ToUtf8(std::string_view bytes) const {
     return utf8;
 }
 
+bool AnsiText::AppendStored(std::u16string_view character, std::string& bytes) const {
+    const std::size_t before = bytes.size();
+    if (m_converter) {
+        const auto stored = m_converter->fromWide(character);
+        if (!stored) return false;
+        bytes += *stored;
+    } else {
+        const auto byte = character.size() == 1 ? ByteOf(character[0]) : std::nullopt;
+        if (!byte) return false;
+        bytes.push_back(static_cast<char>(*byte));
+    }
+    const std::string_view stored = std::string_view(bytes).substr(before);
+    if (stored.find(kEndMarkByte) == stored.npos && stored.find('\0') == stored.npos) return true;
+    bytes.resize(before);
+    return false;
+}
+
 std::optional<std::string> AnsiText::FromWide(std::u16string_view text, std::u16string* unstorable) const {
     std::string bytes;
     bytes.reserve(text.size());
@@ -124,18 +138,9 @@ std::optional<std::string> AnsiText::FromWide(std::u16string_view text, std::u16
     for (std::size_t i = 0; i < text.size();) {
         const std::u16string_view character = CharacterAt(text, i);
         i += character.size();
-        std::optional<std::string> stored;
-        if (m_converter) {
-            stored = m_converter->fromWide(character);
-        } else if (character.size() == 1) {
-            if (const auto byte = ByteOf(character[0])) stored = std::string(1, static_cast<char>(*byte));
-        }
-        if (!stored || stored->find(kEndMarkByte) != stored->npos || stored->find('\0') != stored->npos) {
-            storable = false;
-            NoteUnstorable(character, unstorable);
-        } else {
-            bytes += *stored;
-        }
+        if (AppendStored(character, bytes)) continue;
+        storable = false;
+        NoteUnstorable(character, unstorable);
     }
     if (!storable) return std::nullopt;
     return bytes;
@@ -146,14 +151,7 @@ std::string AnsiText::FromWideForHashing(std::u16string_view text) const {
     for (std::size_t i = 0; i < text.size();) {
         const std::u16string_view character = CharacterAt(text, i);
         i += character.size();
-        if (!m_converter && character.size() == 1) {
-            const auto byte = ByteOf(character[0]);
-            bytes.push_back(byte ? static_cast<char>(*byte) : '?');
-        } else if (const auto stored = m_converter ? m_converter->fromWide(character) : std::nullopt) {
-            bytes += *stored;
-        } else {
-            bytes.push_back('?');
-        }
+        if (!AppendStored(character, bytes)) bytes.push_back('?');
     }
     return bytes;
 }

@@ -44,8 +44,7 @@ class AnsiText {
     [[nodiscard]] std::optional<std::string> FromWide(std::u16string_view text,
                                                       std::u16string* unstorable = nullptr) const;
 
-    /// As FromWide, but what cannot be stored becomes "?". For passwords alone: their bytes are hashed, never stored,
-    /// so U+00FF is taken as its byte.
+    /// As FromWide, but each character that cannot be stored becomes "?". For passwords alone.
     [[nodiscard]] std::string FromWideForHashing(std::u16string_view text) const;
 
     /// Upper case, one unit to one unit.
@@ -65,6 +64,8 @@ class AnsiText {
 
   private:
     [[nodiscard]] std::optional<std::uint8_t> ByteOf(char16_t unit) const;
+    /// Appends its bytes; false, with nothing appended, for a character that no text may hold.
+    [[nodiscard]] bool AppendStored(std::u16string_view character, std::string& bytes) const;
 
     std::string m_name;
     std::shared_ptr<const Converter> m_converter;  // null for a single-byte page
@@ -75,6 +76,7 @@ class AnsiText {
     std::array<bool, 256> m_isLetter{};
     std::array<std::array<char, 3>, 256> m_utf8{};
     std::array<std::uint8_t, 256> m_utf8Length{};
+    std::array<bool, 256> m_isSameInUtf8{};
 };
 
 }  // namespace quillary

@@ -131,7 +131,8 @@ void AppendRow(const Directive& directive, std::size_t row, std::string& out) {
 }  // namespace
 
 void AppendCellText(std::string_view display, std::size_t row, std::string& out) {
-    std::string_view text = display.substr(0, display.find_first_of("\r\n"));
+    std::string_view text = display.substr(0, display.find('\n'));
+    text = text.substr(0, text.find('\r'));
     bool rowTaken = false;
     for (;;) {
         const auto percent = text.find('%');

@@ -3,14 +3,14 @@
 #include <algorithm>
 
 #include "db/Bytes.h"
+#include "db/FieldType.h"
 #include "db/FieldValue.h"
 
 namespace quillary {
 
 namespace {
 
-constexpr std::int32_t kDefaultWidth = 80;
-constexpr std::size_t kAttributesInEntry = 4;
+constexpr std::size_t kAttributesInEntry = 4;  // behind the offset
 
 }  // namespace
 
@@ -36,9 +36,7 @@ const char* CDatabaseReader::ListEntry(std::size_t i) const {
     return m_image.data() + kHeaderSize + (i - m_firstRecord) * kRecordEntrySize;
 }
 
-std::uint32_t CDatabaseReader::OffsetOf(std::size_t i) const {
-    return i < m_firstRecord ? m_header.AppInfoOffset() : LoadBig32(ListEntry(i));
-}
+std::uint32_t CDatabaseReader::OffsetOf(std::size_t i) const { return LoadBig32(ListEntry(i)); }
 
 void CDatabaseReader::ReadRecordList() {
     const std::size_t room = (m_image.size() - kHeaderSize) / kRecordEntrySize;
@@ -82,14 +80,15 @@ std::string_view CDatabaseReader::RecordBytes(std::size_t i) const {
     return m_image.substr(begin + kRecordHeader.size(), end - begin - kRecordHeader.size());
 }
 
-RecordRef CDatabaseReader::RecordAt(std::size_t i) {
+void CDatabaseReader::ReadRecord(std::size_t i) {
     std::string_view bytes = RecordBytes(i);
     // Crossing offsets make records overlap; together they may not grow far beyond the file.
     m_bytesRead += bytes.size();
     if (m_bytesRead > 2 * static_cast<std::uint64_t>(m_image.size())) bytes = {};
     const std::string_view entries = EntriesOf(bytes);
-    return {entries.data(), static_cast<std::uint32_t>(entries.size()),
-            static_cast<std::uint8_t>(ListEntry(i)[kAttributesInEntry])};
+    m_record.data = entries.data();
+    m_record.size = static_cast<std::uint32_t>(entries.size());
+    m_record.category = static_cast<std::uint8_t>(ListEntry(i)[kAttributesInEntry]);
 }
 
 bool CDatabaseReader::ReadSchema() {
@@ -138,14 +137,14 @@ bool CDatabaseReader::FirstDataRecord() {
     m_bytesRead = 0;
     m_loaded = false;
     if (m_dataRecords.empty()) return Fail(Message::NoRecordsExist);
-    m_record = RecordAt(m_dataRecords[0]);
+    ReadRecord(m_dataRecords[0]);
     m_loaded = true;
     return true;
 }
 
 bool CDatabaseReader::NextDataRecord() {
     if (m_position + 1 >= m_dataRecords.size()) return Fail(Message::EofReached);
-    m_record = RecordAt(m_dataRecords[++m_position]);
+    ReadRecord(m_dataRecords[++m_position]);
     return true;
 }
 

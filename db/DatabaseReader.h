@@ -61,13 +61,14 @@ class CDatabaseReader {
     [[nodiscard]] const char* ListEntry(std::size_t listIndex) const;
     [[nodiscard]] std::uint32_t OffsetOf(std::size_t listIndex) const;
     [[nodiscard]] std::string_view RecordBytes(std::size_t listIndex) const;
-    [[nodiscard]] RecordRef RecordAt(std::size_t listIndex);
+    void ReadRecord(std::size_t listIndex);
     [[nodiscard]] bool Fail(Message message);
 
     std::string_view m_image;
     DatabaseHeader m_header;
     AppInfoBlock m_appInfo;
-    // The list is read where it stands in the image. Index 0 stands for the application-info block when there is one.
+    // The list is read where it stands in the image. Records count from 1 when index 0 stands for the application-info
+    // block, else from 0.
     std::size_t m_firstRecord = 0;
     std::size_t m_listSize = 0;
     std::vector<std::uint16_t> m_dataRecords;  // list indices, in file order

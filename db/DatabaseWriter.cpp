@@ -10,7 +10,6 @@ namespace quillary {
 namespace {
 
 constexpr std::string_view kPaddingType = "T";
-constexpr std::string_view kPaddingWidth = "80";
 constexpr std::uint8_t kMatchAnyCode = 0x80;
 
 std::optional<std::uint8_t> PositionOf(std::string_view name, const std::vector<Field>& fields) {
@@ -20,30 +19,20 @@ std::optional<std::uint8_t> PositionOf(std::string_view name, const std::vector<
     return static_cast<std::uint8_t>(found - fields.begin());
 }
 
-// Replaces the bytes behind which the entries up to `last` could not be found. No text made here holds any; a damaged
-// file's would change what its later entries read as from save to save.
-std::string WithoutHidingBytes(std::string text, std::uint8_t entry, std::uint8_t last) {
-    std::replace_if(
-        text.begin(), text.end(), [entry, last](unsigned char byte) { return byte > entry && byte <= last; }, '?');
-    return text;
-}
-
 // The entries of a schema record: `text(field)` for each field, `padding` behind the last one.
 template <typename Text>
 std::string SchemaEntries(const std::vector<Field>& fields, std::string_view padding, Text text) {
     std::string entries;
     for (std::uint8_t k = 0; k < kMaxFields; ++k) {
-        AppendEntry(entries, k,
-                    k < fields.size() ? WithoutHidingBytes(text(fields[k]), k, kMaxFields - 1) : std::string(padding));
+        AppendEntry(entries, k, k < fields.size() ? std::string(text(fields[k])) : std::string(padding));
     }
     return entries;
 }
 
 std::string PreferenceEntries(const DatabaseContent& content) {
-    constexpr std::uint8_t kLockEntry = 1;
     std::string entries;
-    AppendEntry(entries, 0, WithoutHidingBytes(content.infoText, 0, kLockEntry));
-    AppendEntry(entries, kLockEntry, std::to_string(content.infoLockHash));
+    AppendEntry(entries, 0, content.infoText);
+    AppendEntry(entries, 1, std::to_string(content.infoLockHash));
     for (std::uint8_t k = 2; k < kMaxFields; ++k) AppendEntry(entries, k, {});
     return entries;
 }
@@ -69,10 +58,20 @@ class RecordWriter {
     }
 
     void WriteAll(std::uint8_t category, std::vector<RecordRef>& records) {
-        for (RecordRef& record : records) record = {Write(category, record.Entries()), record.size, category};
+        for (std::size_t i = 0; i < records.size(); ++i) {
+            // Sorted records lie all over the old image: the next ones are on their way while this one is copied.
+            if (i + kAhead < records.size()) {
+                const RecordRef& ahead = records[i + kAhead];
+                __builtin_prefetch(ahead.data);
+                __builtin_prefetch(ahead.data + ahead.size / 2);
+            }
+            RecordRef& record = records[i];
+            record = {Write(category, record.Entries()), record.size, category};
+        }
     }
 
   private:
+    static constexpr std::size_t kAhead = 8;
     char* m_image;
     char* m_list;
     char* m_at;
@@ -87,12 +86,12 @@ std::uint64_t SizeOf(const std::vector<RecordRef>& records) {
     return size;
 }
 
-}  // namespace
-
+// Conditions and keys whose name is no field are left out, and the used ones move up.
 void FillSettings(DatabaseContent& content) {
     std::size_t used = 0;
     for (const FilterCondition& condition : content.filter.conditions) {
         const auto field = PositionOf(condition.field, content.fields);
+        if (used == kMaxConditions) break;
         if (!condition.allFields && !field) continue;
         const bool any = used == 0 && content.filter.matchAny;
         content.appInfo.SetCondition(
@@ -104,12 +103,15 @@ void FillSettings(DatabaseContent& content) {
 
     used = 0;
     for (const SortKey& key : content.sort) {
-        if (const auto field = PositionOf(key.field, content.fields)) {
+        const auto field = PositionOf(key.field, content.fields);
+        if (field && used < kMaxSortKeys) {
             content.appInfo.SetSortKey(used++, {*field, key.descending});
         }
     }
     while (used < kMaxSortKeys) content.appInfo.SetSortKey(used++, {});
 }
+
+}  // namespace
 
 bool EncodeDatabase(DatabaseContent& content, Image& image, Failure& failure) {
     const std::size_t records = content.shown.size() + content.hidden.size();
@@ -119,8 +121,8 @@ bool EncodeDatabase(DatabaseContent& content, Image& image, Failure& failure) {
     }
     const std::string types = SchemaEntries(content.fields, kPaddingType, StoredFieldType);
     const std::string labels = SchemaEntries(content.fields, {}, [](const Field& field) { return field.name; });
-    const std::string lengths =
-        SchemaEntries(content.fields, kPaddingWidth, [](const Field& field) { return std::to_string(field.width); });
+    const std::string lengths = SchemaEntries(content.fields, std::to_string(kDefaultWidth),
+                                              [](const Field& field) { return std::to_string(field.width); });
     const std::string preferences = PreferenceEntries(content);
 
     const std::size_t entryCount = records + kSchemaRecords;

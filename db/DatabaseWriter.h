@@ -27,10 +27,6 @@ struct DatabaseContent {
     std::vector<RecordRef> hidden;
 };
 
-/// The header and block that the written file holds: count, offsets, conditions and keys filled in. Conditions and keys
-/// whose name is no field are left out, and the used ones move up.
-void FillSettings(DatabaseContent& content);
-
 /// Builds the image and moves the records of `content` onto it, category bytes included. False, with `content` as it
 /// was, when there are too many records or the image would exceed 4 GiB - 1.
 [[nodiscard]] bool EncodeDatabase(DatabaseContent& content, Image& image, Failure& failure);

@@ -45,12 +45,14 @@ struct FieldOptions {
     bool operator==(const FieldOptions&) const = default;
 };
 
+inline constexpr std::int32_t kDefaultWidth = 80;  // pixels
+
 /// One column of the table.
 struct Field {
     std::string name;  // in the file's code page, not empty
     FieldType type = FieldType::Text;
     FieldOptions options;
-    std::int32_t width = 80;  // pixels, as stored; ShownWidth is what a list uses
+    std::int32_t width = kDefaultWidth;  // pixels, as stored; ShownWidth is what a list uses
     /// The type text that the field was read from. It is written back as it was, unknown letters included, until the
     /// type or its options are changed.
     std::string storedType;

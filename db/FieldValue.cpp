@@ -29,15 +29,11 @@ constexpr std::int64_t kEpoch = DaysFromMarchOfYearZero(1904, 1, 1);
 constexpr auto kFirstDay = static_cast<std::int32_t>(DaysFromMarchOfYearZero(100, 1, 1) - kEpoch);
 constexpr auto kLastDay = static_cast<std::int32_t>(DaysFromMarchOfYearZero(9999, 12, 31) - kEpoch);
 
-void AppendTwoDigits(int value, std::string& out) {
-    out.push_back(static_cast<char>('0' + value / 10));
-    out.push_back(static_cast<char>('0' + value % 10));
-}
-
-void AppendDecimal(std::int32_t value, std::string& out) {
-    std::array<char, 12> digits;
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    out.append(digits.data(), end);
+// Writes two digits and `behind` them; returns the end.
+char* PutTwoDigits(int value, std::string_view behind, char* at) {
+    *at++ = static_cast<char>('0' + value / 10);
+    *at++ = static_cast<char>('0' + value % 10);
+    return std::copy(behind.begin(), behind.end(), at);
 }
 
 void AppendDate(std::string_view stored, DateStyle style, std::string& out) {
@@ -51,17 +47,17 @@ void AppendDate(std::string_view stored, DateStyle style, std::string& out) {
         return;
     }
     const CivilDate date = DayToDate(*day);
+    std::array<char, 10> text;
+    char* at = text.data();
     if (style == DateStyle::Long) {
         out.append(kMonthNames[date.month - 1]).push_back(' ');
-        AppendTwoDigits(date.day, out);
-        out.append(", ");
+        at = PutTwoDigits(date.day, ", ", at);
     } else {
-        AppendTwoDigits(date.month, out);
-        out.push_back('/');
-        AppendTwoDigits(date.day, out);
-        out.push_back('/');
+        at = PutTwoDigits(date.month, "/", at);
+        at = PutTwoDigits(date.day, "/", at);
     }
-    AppendDecimal(date.year, out);
+    at = std::to_chars(at, text.data() + text.size(), date.year).ptr;
+    out.append(text.data(), at);
 }
 
 void AppendTime(std::string_view stored, std::string& out) {
@@ -72,10 +68,10 @@ void AppendTime(std::string_view stored, std::string& out) {
         return;
     }
     const int hour = *minute / 60;
-    AppendTwoDigits(hour % 12 == 0 ? 12 : hour % 12, out);
-    out.push_back(':');
-    AppendTwoDigits(*minute % 60, out);
-    out.append(hour < 12 ? " am" : " pm");
+    std::array<char, 8> text;
+    char* at = PutTwoDigits(hour % 12 == 0 ? 12 : hour % 12, ":", text.data());
+    at = PutTwoDigits(*minute % 60, hour < 12 ? " am" : " pm", at);
+    out.append(text.data(), at);
 }
 
 // Every line end, LF or CR LF, as CR LF; a lone CR stays.
@@ -90,23 +86,33 @@ void AppendUniformLines(std::string_view text, std::string& out) {
     out.append(text);
 }
 
-// The digits of a phone number, or nothing when it is none: a letter, or not 7 or 10 digits.
-std::string PhoneDigits(std::string_view text, const AnsiText& page) {
-    std::string digits;
-    std::copy_if(text.begin(), text.end(), std::back_inserter(digits), IsDigit);
-    if ((digits.size() != 7 && digits.size() != 10) || page.HasLetter(text)) digits.clear();
-    return digits;
+using PhoneBuffer = std::array<char, 10>;
+
+// The digits of a phone number in `buffer`, or nothing when it is none: a letter, or not 7 or 10 digits.
+std::string_view PhoneDigits(std::string_view text, const AnsiText& page, PhoneBuffer& buffer) {
+    std::size_t count = 0;
+    for (const char c : text) {
+        if (!IsDigit(c)) continue;
+        if (count == buffer.size()) return {};
+        buffer[count++] = c;
+    }
+    if (count != 7 && count != 10) return {};
+    if (count < text.size() && page.HasLetter(text)) return {};
+    return {buffer.data(), count};
 }
 
 void AppendPhone(std::string_view stored, const AnsiText& page, std::string& out) {
-    const std::string digits = PhoneDigits(stored, page);
-    if (digits.size() == 7) {
-        out.append(digits, 0, 3).append("-").append(digits, 3, 4);
-    } else if (digits.size() == 10) {
-        out.append("(").append(digits, 0, 3).append(") ").append(digits, 3, 3).append("-").append(digits, 6, 4);
-    } else {
+    PhoneBuffer buffer;
+    const std::string_view digits = PhoneDigits(stored, page, buffer);
+    if (digits.empty()) {
         out.append(stored);
+        return;
     }
+    const std::string_view form = digits.size() == 7 ? "000-0000" : "(000) 000-0000";
+    std::array<char, 14> shown;
+    std::transform(form.begin(), form.end(), shown.begin(),
+                   [digit = digits.begin()](char c) mutable { return c == '0' ? *digit++ : c; });
+    out.append(shown.data(), form.size());
 }
 
 // The value of a decimal number too large or too small for a double.
@@ -248,8 +254,9 @@ std::optional<std::int32_t> DateToDay(const CivilDate& date) {
 }
 
 std::string NormalizePhone(std::string_view text, const AnsiText& page) {
-    std::string digits = PhoneDigits(text, page);
-    return digits.empty() ? std::string(text) : digits;
+    PhoneBuffer buffer;
+    const std::string_view digits = PhoneDigits(text, page, buffer);
+    return std::string(digits.empty() ? text : digits);
 }
 
 }  // namespace quillary

@@ -25,6 +25,7 @@ struct FileError {
         TooLarge,  // over kMaxReadSize
         Busy,      // another program kept its lock for longer than a user waits
         Full,      // no space, or the quota is used up
+        Recovery,  // a recovery copy that cannot be read; `reason` is the whole message
         Other
     };
     Kind kind = Kind::None;
@@ -56,6 +57,8 @@ class LockedFile {
     [[nodiscard]] virtual bool Stamp(FileStamp& stamp, FileError& error) = 0;
     /// Replaces `image` by the whole file. A file over kMaxReadSize is refused before anything is allocated.
     [[nodiscard]] virtual bool Read(Image& image, FileError& error) = 0;
+    /// Whether the file holds just these bytes. Needs no memory for them.
+    [[nodiscard]] virtual bool Holds(std::string_view bytes, bool& holds, FileError& error) = 0;
     /// Makes room for `size` bytes, so that writing them cannot run out of space where the file system can promise
     /// that. The file's length may already grow; its bytes do not change.
     [[nodiscard]] virtual bool Reserve(std::uint64_t size, FileError& error) = 0;

@@ -22,6 +22,8 @@ enum class Message {
     NoRecordsInFile,
     ColumnDoesNotExist,
     FileTooLarge,
+    RecoveryNotRead,  // %s: path, %s: the system's reason
+    OutOfMemory,
     // The writer's
     NameExists,
     UnableToOpenForWriting,
@@ -30,6 +32,7 @@ enum class Message {
     ChangedByAnother,    // another program wrote the file since it was read
     FileBusy,            // another program holds the file's lock
     RecoveryNotWritten,  // %s: path, %s: the system's reason
+    UndecidedCopy,       // %s: path of the copy
     WriteFailed,         // %s: the system's reason; the file is as it was
     WriteFailedTorn,     // %s: the system's reason; the recovery file completes it at the next opening
     ReadOnly,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <new>
 #include <thread>
 #include <utility>
 
@@ -13,7 +14,6 @@ namespace quillary {
 
 namespace {
 
-constexpr std::int32_t kWidthOfMissingColumn = 80;
 constexpr std::size_t kMaxNameBytes = kNameSize - 1;
 
 std::int32_t AddSaturated(std::int32_t a, std::int32_t b) {
@@ -35,25 +35,68 @@ std::string CutName(std::string_view name, const AnsiText& page) {
     return {};
 }
 
+// Replaces the bytes of a schema text behind which the entries up to `last` could not be found. No text made here holds
+// any; a damaged file's would change what its later entries read as from save to save.
+std::string WithoutHidingBytes(std::string_view text, std::size_t entry, std::size_t last) {
+    std::string plain(text);
+    std::replace_if(
+        plain.begin(), plain.end(), [entry, last](unsigned char byte) { return byte > entry && byte <= last; }, '?');
+    return plain;
+}
+
 std::vector<Field> FieldsOf(CDatabaseReader& reader) {
     std::vector<Field> fields(reader.ColumnCount());
     for (std::size_t k = 0; k < fields.size(); ++k) {
-        fields[k].name = reader.ColumnName(k).value_or(std::string_view{});
-        fields[k].storedType = reader.ColumnTypeText(k).value_or(std::string_view{});
+        fields[k].name = WithoutHidingBytes(reader.ColumnName(k).value_or(std::string_view{}), k, fields.size());
+        fields[k].storedType =
+            WithoutHidingBytes(reader.ColumnTypeText(k).value_or(std::string_view{}), k, fields.size() - 1);
         fields[k].width = reader.ColumnWidth(k);
         DecodeFieldType(fields[k].storedType, fields[k].type, fields[k].options);
     }
     return fields;
 }
 
-Message ReaderMessage(const FileError& error) {
+Failure ReaderFailure(const FileError& error) {
+    Failure failure;
     switch (error.kind) {
         case FileError::Kind::TooLarge:
-            return Message::FileTooLarge;
+            failure.Set(Message::FileTooLarge);
+            break;
         case FileError::Kind::Busy:
-            return Message::FileBusy;
+            failure.Set(Message::FileBusy);
+            break;
+        case FileError::Kind::Recovery:
+            failure = {Message::RecoveryNotRead, error.reason};
+            break;
         default:
-            return Message::ErrorOpeningFile;
+            failure.Set(Message::ErrorOpeningFile);
+    }
+    return failure;
+}
+
+// The reader's own reasons are all told as an invalid file; these are no fault of the file.
+bool IsToldAsItIs(Message message) {
+    switch (message) {
+        case Message::FileTooLarge:
+        case Message::RecoveryNotRead:
+        case Message::OutOfMemory:
+        case Message::FileBusy:
+        case Message::ReadOnly:
+        case Message::UnableToOpenForWriting:
+            return true;
+        default:
+            return false;
+    }
+}
+
+// A table may be larger than the memory there is; the step then has no effect but the message.
+template <class Step>
+bool WithinMemory(Failure& failure, Step step) {
+    try {
+        return step();
+    } catch (const std::bad_alloc&) {
+        failure.Set(Message::OutOfMemory);
+        return false;
     }
 }
 
@@ -69,6 +112,7 @@ class CQuillaryDoc::State {
   public:
     DatabaseContent content;
     std::shared_ptr<Storage> storage;
+    std::shared_ptr<const Image> fileImage;  // what the file held then
     std::size_t current = 0;
     bool modified = false;
 };
@@ -98,6 +142,7 @@ void CQuillaryDoc::Clear() {
     m_path.clear();
     m_held.reset();
     m_fileImage.reset();
+    m_tornImage.reset();
     m_stamp = {};
     m_content = {};
     m_storage = std::make_shared<Storage>();
@@ -110,8 +155,8 @@ void CQuillaryDoc::Clear() {
 }
 
 void CQuillaryDoc::Close() {
-    Failure ignored;  // A flush that failed leaves the recovery file, which the next opening completes.
-    if (!FinishSave(ignored)) m_readerError = ignored;
+    Failure ignored;  // who wants to know calls FinishSave first
+    (void)FinishSave(ignored);
     Clear();
 }
 
@@ -130,15 +175,19 @@ bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
     if (mode == OpenMode::EditExclusive) {
         m_held = m_files.Open(path, LockKind::Exclusive, error);
         if (!m_held) {
-            m_readerError.Set(error.kind == FileError::Kind::Denied ? Message::UnableToOpenForWriting
-                                                                    : ReaderMessage(error));
+            m_readerError = ReaderFailure(error);
+            if (error.kind == FileError::Kind::Denied) m_readerError.Set(Message::UnableToOpenForWriting);
+            return false;
+        }
+        if (!m_files.CanWrite(path)) {
+            m_readerError.Set(Message::ReadOnly);
             return false;
         }
     }
     m_readOnly = mode == OpenMode::Edit && !m_files.CanWrite(path);
     const LoadMode loadMode = mode == OpenMode::Read || m_readOnly ? LoadMode::Read : LoadMode::Complete;
     if (!LoadDatabaseFile(m_files, path, loadMode, m_held.get(), loaded, error)) {
-        m_readerError.Set(ReaderMessage(error));
+        m_readerError = ReaderFailure(error);
         return false;
     }
     if (!IsDatabaseImage(loaded.image->Bytes())) return false;
@@ -153,7 +202,7 @@ bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
     content.header = reader.Header();
     content.appInfo = reader.AppInfo();
     content.fields = FieldsOf(reader);
-    content.infoText = reader.Preference(0).value_or(std::string_view{});
+    content.infoText = WithoutHidingBytes(reader.Preference(0).value_or(std::string_view{}), 0, 1);  // the lock's entry
     content.infoLockHash = ReadDecimal(reader.Preference(1).value_or(std::string_view{}));
     content.filter = LoadFilter(content.appInfo, content.fields);
     content.sort = LoadSort(content.appInfo, content.fields);
@@ -161,10 +210,10 @@ bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
     const bool filterIsStored = content.appInfo.FormatVersion() >= kFormatVersion;
     content.shown.reserve(reader.DataRecordCount());
     for (bool more = reader.FirstDataRecord(); more; more = reader.NextDataRecord()) {
-        RecordRef record = reader.DataRecord();
-        if (!filterIsStored) record.category = kCategoryShown;
-        const bool shown = (record.category & ~kDirtyBit) == kCategoryShown;
-        (shown ? content.shown : content.hidden).push_back(record);
+        const RecordRef& record = reader.DataRecord();
+        const std::uint8_t category = filterIsStored ? record.category : kCategoryShown;
+        const bool shown = (category & ~kDirtyBit) == kCategoryShown;
+        (shown ? content.shown : content.hidden).push_back({record.data, record.size, category});
     }
 
     m_path = path;
@@ -187,12 +236,9 @@ bool CQuillaryDoc::OpenDatabase(const Path& path, OpenMode mode, Questions& ques
         m_readerError = std::move(reason);
         return false;
     };
-    if (!Load(path, mode)) {
-        Failure told;
-        const bool plain = m_readerError.message == Message::FileTooLarge ||
-                           m_readerError.message == Message::FileBusy ||
-                           m_readerError.message == Message::UnableToOpenForWriting;
-        told.Set(plain ? m_readerError.message : Message::InvalidDatabaseFile);
+    if (!WithinMemory(m_readerError, [&] { return Load(path, mode); })) {
+        Failure told = m_readerError;
+        if (!IsToldAsItIs(told.message)) told.Set(Message::InvalidDatabaseFile);
         const bool result = giveUp();
         questions.Tell(told);
         return result;
@@ -208,12 +254,21 @@ void CQuillaryDoc::NewDatabase(std::string_view name, std::vector<Field> fields)
     Changed();
 }
 
-bool CQuillaryDoc::SaveDatabase(Failure& failure) { return Save(false, failure); }
+bool CQuillaryDoc::SaveDatabase(Failure& failure) {
+    return WithinMemory(failure, [&] { return Save(false, failure); });
+}
 
-bool CQuillaryDoc::OverwriteDatabase(Failure& failure) { return Save(true, failure); }
+bool CQuillaryDoc::OverwriteDatabase(Failure& failure) {
+    return WithinMemory(failure, [&] { return Save(true, failure); });
+}
+
+bool CQuillaryDoc::SaveDatabaseAs(const Path& path, std::string_view name, Failure& failure) {
+    return WithinMemory(failure, [&] { return SaveAs(path, name, failure); });
+}
 
 bool CQuillaryDoc::Save(bool overwriteChanges, Failure& failure) {
-    if (!FinishSave(failure)) return false;
+    (void)FinishSave(failure);  // after a failed flush the document counts as modified, and this save tries again
+    failure = {};
     if (!m_modified && !overwriteChanges) return true;
     if (m_readOnly) {
         failure.Set(Message::ReadOnly);
@@ -228,14 +283,19 @@ bool CQuillaryDoc::Save(bool overwriteChanges, Failure& failure) {
     request.held = m_held;
     request.oldImage = m_fileImage;
     request.oldStamp = m_stamp;
+    request.tornImage = m_tornImage;
     request.newImage = image.get();
     request.overwriteChanges = overwriteChanges;
     FileStamp stamp = m_stamp;
     auto save = RewriteDatabaseFile(m_files, request, stamp, failure);
-    if (!save) return false;
+    if (!save) {
+        if (failure.message == Message::WriteFailedTorn) m_tornImage = std::move(image);
+        return false;
+    }
     if (m_flushInBackground) {
         m_flush = std::make_unique<BackgroundFlush>(std::move(save), m_fileImage, m_stamp);
     } else if (!save->Finish(failure)) {
+        if (failure.message == Message::WriteFailedTorn) m_tornImage = std::move(image);
         return false;
     }
     Adopt(std::move(next), std::move(image), stamp);
@@ -247,14 +307,16 @@ void CQuillaryDoc::Adopt(DatabaseContent content, std::shared_ptr<const Image> i
     m_storage = std::make_shared<Storage>();
     m_storage->image = image;
     m_fileImage = std::move(image);
+    m_tornImage.reset();
     m_stamp = stamp;
     m_formatVersion = kFormatVersion;
     m_foreignRecords = 0;
     m_modified = false;
 }
 
-bool CQuillaryDoc::SaveDatabaseAs(const Path& path, std::string_view name, Failure& failure) {
-    if (!FinishSave(failure)) return false;
+bool CQuillaryDoc::SaveAs(const Path& path, std::string_view name, Failure& failure) {
+    (void)FinishSave(failure);  // saving elsewhere is the way out when the file's own disk refuses
+    failure = {};
     DatabaseContent next = m_content;
     next.header.SetName(CutName(name, m_page));
     auto image = std::make_shared<Image>();
@@ -276,6 +338,7 @@ bool CQuillaryDoc::FinishSave(Failure& failure) {
     flush->thread.join();
     if (flush->finished) return true;
     m_modified = true;  // what was written is not on the disk: the next save writes again
+    if (flush->failure.message == Message::WriteFailedTorn) m_tornImage = m_fileImage;
     m_fileImage = flush->oldImage;
     m_stamp = flush->oldStamp;
     failure = flush->failure;
@@ -295,7 +358,7 @@ std::u16string CQuillaryDoc::Name() const { return m_page.ToWide(m_content.heade
 std::u16string CQuillaryDoc::FieldName(std::size_t k) const { return m_page.ToWide(m_content.fields[k].name); }
 
 std::int32_t CQuillaryDoc::FieldWidth(std::size_t k) const {
-    return k < FieldCount() ? m_content.fields[k].width : kWidthOfMissingColumn;
+    return k < FieldCount() ? m_content.fields[k].width : kDefaultWidth;
 }
 
 void CQuillaryDoc::SetFieldWidth(std::size_t k, std::int32_t pixels) {
@@ -436,6 +499,7 @@ std::shared_ptr<const CQuillaryDoc::State> CQuillaryDoc::Snapshot() const {
     auto state = std::make_shared<State>();
     state->content = m_content;
     state->storage = m_storage;
+    state->fileImage = m_fileImage;
     state->current = m_current;
     state->modified = m_modified;
     return state;
@@ -445,7 +509,8 @@ void CQuillaryDoc::Restore(const State& state) {
     m_content = state.content;
     m_storage = state.storage;
     m_current = state.current;
-    m_modified = state.modified;
+    // A save in between, or one that failed half-way, left the file with something else.
+    m_modified = state.modified || state.fileImage != m_fileImage || m_tornImage;
     ++m_changeNumber;
 }
 

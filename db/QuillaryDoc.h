@@ -47,8 +47,8 @@ class CQuillaryDoc {
     /// Makes an empty, unsaved document. `name` is stored in the header, cut to 31 bytes, never inside a character.
     void NewDatabase(std::string_view name, std::vector<Field> fields);
 
-    /// Rewrites the file; writes nothing when nothing changed. On failure document and file are as they were (the
-    /// document stays modified).
+    /// Rewrites the file; writes nothing when nothing changed. On failure the document is as it was and stays
+    /// modified; so is the file, unless the message says otherwise.
     [[nodiscard]] bool SaveDatabase(Failure& failure);
     /// As SaveDatabase, but also over a file that another program changed.
     [[nodiscard]] bool OverwriteDatabase(Failure& failure);
@@ -155,6 +155,7 @@ class CQuillaryDoc {
 
     [[nodiscard]] bool Load(const Path& path, OpenMode mode);
     [[nodiscard]] bool Save(bool overwriteChanges, Failure& failure);
+    [[nodiscard]] bool SaveAs(const Path& path, std::string_view name, Failure& failure);
     void Adopt(DatabaseContent content, std::shared_ptr<const Image> image, const FileStamp& stamp);
     [[nodiscard]] RecordRef NewRecord(std::string_view entries);
     void Changed();
@@ -165,6 +166,7 @@ class CQuillaryDoc {
     Path m_path;
     std::shared_ptr<LockedFile> m_held;        // EditExclusive: the lock from reading to closing
     std::shared_ptr<const Image> m_fileImage;  // the whole file as last read or written
+    std::shared_ptr<const Image> m_tornImage;  // what a failed save may have left in the file
     FileStamp m_stamp;
     DatabaseContent m_content;
     std::shared_ptr<Storage> m_storage;

@@ -89,9 +89,8 @@ std::optional<std::vector<Entry>> WalkEntries(std::string_view entries) {
 }
 
 void AppendEntry(std::string& entries, std::uint8_t number, std::string_view text) {
-    entries.push_back('\0');
-    entries.push_back(static_cast<char>(number));
-    entries.append(text);
+    const char head[] = {'\0', static_cast<char>(number)};
+    entries.append(head, sizeof head).append(text);
 }
 
 std::string RewriteEntries(std::string_view entries, std::span<const Entry> changes, std::size_t fieldCount) {
@@ -123,9 +122,12 @@ std::string RewriteEntries(std::string_view entries, std::span<const Entry> chan
 }
 
 std::optional<HiddenField> FieldHiddenBy(std::string_view text, std::size_t field, std::size_t fieldCount) {
-    for (const char byte : text) {
-        const auto number = static_cast<unsigned char>(byte);
-        if (number > field && number < fieldCount) return HiddenField{number, byte};
+    for (std::size_t i = 0; i < text.size(); i += 8) {
+        for (std::uint64_t marks = BytesBelow(LoadEight(text, i), fieldCount); marks != 0; marks &= marks - 1) {
+            const char byte = text[i + static_cast<std::size_t>(std::countr_zero(marks)) / 8];
+            const auto number = static_cast<unsigned char>(byte);
+            if (number > field) return HiddenField{number, byte};
+        }
     }
     return std::nullopt;
 }

@@ -21,6 +21,24 @@ std::string_view ByteName(char byte) {
     }
 }
 
+bool SetHides(const CQuillaryDoc& doc, std::size_t field, char byte, std::size_t hidden, Failure& failure) {
+    const std::string name = WideToUtf8(doc.FieldName(field));
+    failure.Set(Message::HidesField, {ByteName(byte), name, WideToUtf8(doc.FieldName(hidden)), name, ByteName(byte)});
+    return false;
+}
+
+// Names the text behind which field `hidden` of `entries` cannot be found.
+bool RefuseHidden(const CQuillaryDoc& doc, std::string_view entries, std::uint8_t hidden, Failure& failure) {
+    std::size_t hiding = 0;
+    if (const auto walked = WalkEntries(entries)) {
+        const auto found = std::find_if(walked->begin(), walked->end(), [hidden](const Entry& entry) {
+            return entry.text.find(static_cast<char>(hidden)) != entry.text.npos;
+        });
+        if (found != walked->end() && found->number < doc.FieldCount()) hiding = found->number;
+    }
+    return SetHides(doc, hiding, static_cast<char>(hidden), hidden, failure);
+}
+
 }  // namespace
 
 std::optional<std::string> StoredText(const CQuillaryDoc& doc, std::size_t field, std::u16string_view typed,
@@ -65,10 +83,7 @@ std::vector<std::string> NewRecordValues(const CQuillaryDoc& doc, const Clock& c
 bool CheckHidesNothing(const CQuillaryDoc& doc, std::size_t field, std::string_view stored, Failure& failure) {
     const auto hidden = FieldHiddenBy(stored, field, doc.FieldCount());
     if (!hidden) return true;
-    const std::string name = WideToUtf8(doc.FieldName(field));
-    const std::string_view byte = ByteName(hidden->byte);
-    failure.Set(Message::HidesField, {byte, name, WideToUtf8(doc.FieldName(hidden->field)), name, byte});
-    return false;
+    return SetHides(doc, field, hidden->byte, hidden->field, failure);
 }
 
 bool ReadsTheSame(const CQuillaryDoc& doc, std::size_t field, std::optional<std::string_view> present,
@@ -93,7 +108,13 @@ bool CommitRecord(CQuillaryDoc& doc, std::size_t row, std::span<const EnteredVal
     }
     if (changes.empty()) return true;
     std::sort(changes.begin(), changes.end(), [](const Entry& a, const Entry& b) { return a.number < b.number; });
-    doc.ReplaceRecord(row, RewriteEntries(entries, changes, doc.FieldCount()));
+    const std::string rewritten = RewriteEntries(entries, changes, doc.FieldCount());
+    for (const Entry& change : changes) {
+        // A text that stays may hide it already, in a file that another program made.
+        if (FindEntry(rewritten, change.number) != change.text)
+            return RefuseHidden(doc, rewritten, change.number, failure);
+    }
+    doc.ReplaceRecord(row, rewritten);
     changed = true;
     return true;
 }

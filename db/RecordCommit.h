@@ -13,7 +13,8 @@
 
 namespace quillary {
 
-/// What a person entered for one field, already in the stored form of its type (StoredText, StoredPhone, "true" ...).
+/// What a person entered for one field, already in the stored form of its type (StoredText, StoredCheckBox, a day count
+/// ...).
 struct EnteredValue {
     std::size_t field;
     std::string stored;  // in the file's code page

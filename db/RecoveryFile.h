@@ -37,6 +37,8 @@ class RecoveryFile {
     [[nodiscard]] static std::optional<RecoveryFile> Parse(Image bytes);
 
     [[nodiscard]] bool IsFor(const Path& canonicalPath) const { return m_path == canonicalPath; }
+    /// Whether the file was being created.
+    [[nodiscard]] bool IsOfNewFile() const { return m_inode == 0; }
     [[nodiscard]] std::string_view NewImage() const { return m_bytes.Bytes().substr(m_headSize); }
 
     /// `inode` is the number of the file that holds `bytes`. A mixture has every block from one of the two images, so a

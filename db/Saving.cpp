@@ -20,16 +20,25 @@ struct Situation {
 
 std::shared_ptr<const Image> CopyOf(std::string_view bytes) { return std::make_shared<const Image>(bytes); }
 
-// The recovery file of the database at `path`, when there is one that is whole and its own.
-std::optional<RecoveryFile> FindRecovery(FileAccess& files, const Path& path, bool& isTorn) {
-    Image bytes;
-    FileError none;
+// Reads the recovery file of the database at `path`, when there is one that is whole and its own. False when there is
+// one that cannot be read: a torn database must not pass for a whole one.
+bool FindRecovery(FileAccess& files, const Path& path, std::optional<RecoveryFile>& recovery, bool& isTorn,
+                  FileError& error) {
+    recovery.reset();
     isTorn = false;
-    if (!files.ReadRecovery(files.RecoveryPath(path), bytes, none)) return std::nullopt;
-    auto recovery = RecoveryFile::Parse(std::move(bytes));
+    Image bytes;
+    FileError refused;
+    const Path recoveryPath = files.RecoveryPath(path);
+    if (!files.ReadRecovery(recoveryPath, bytes, refused)) {
+        if (refused.kind == FileError::Kind::NotFound) return true;
+        error = {FileError::Kind::Recovery,
+                 FormatMessage(Message::RecoveryNotRead, {recoveryPath.string(), refused.reason})};
+        return false;
+    }
+    recovery = RecoveryFile::Parse(std::move(bytes));
     isTorn = !recovery;
-    if (recovery && !recovery->IsFor(files.CanonicalPath(path))) return std::nullopt;
-    return recovery;
+    if (recovery && !recovery->IsFor(files.CanonicalPath(path))) recovery.reset();
+    return true;
 }
 
 bool Examine(FileAccess& files, const Path& path, LockedFile& file, Situation& found, FileError& error) {
@@ -37,7 +46,7 @@ bool Examine(FileAccess& files, const Path& path, LockedFile& file, Situation& f
     // The stamp first: what is written after it shows in the next one.
     if (!file.Stamp(found.stamp, error) || !file.Read(image, error)) return false;
     found.image = std::make_shared<const Image>(std::move(image));
-    found.recovery = FindRecovery(files, path, found.isTorn);
+    if (!FindRecovery(files, path, found.recovery, found.isTorn, error)) return false;
     if (found.recovery) found.match = found.recovery->Compare(found.image->Bytes(), found.stamp.inode);
     // From here on the new image stands for a mixture; the file's own bytes make room for it.
     if (found.recovery && found.match == RecoveryFile::Match::Mixture) {
@@ -60,17 +69,35 @@ bool Settle(FileAccess& files, const Path& path, LockedFile& file, Situation& fo
     return files.Remove(files.RecoveryPath(path), error);
 }
 
-// The recovery file is about to be replaced, so a rewrite that still needs it is ended first.
+// Why a locked file that was open already cannot be looked at.
+void SetLookFailure(const FileError& error, Failure& failure) {
+    if (error.kind == FileError::Kind::Recovery) {
+        failure = {Message::RecoveryNotRead, error.reason};
+    } else {
+        // A name that leads to another file now, or to none, is another program's doing.
+        failure.Set(error.kind == FileError::Kind::NotFound ? Message::ChangedByAnother
+                                                            : Message::UnableToOpenForWriting);
+    }
+}
+
+// The recovery file is about to be replaced, so a rewrite that still needs it is ended first, and a copy that nobody
+// has decided about is left alone.
 bool EndStoppedRewrite(FileAccess& files, const Path& path, LockedFile& file, Failure& failure) {
-    bool isTorn = false;
-    if (!FindRecovery(files, path, isTorn)) return true;
     FileError error;
     Situation found;
-    if (!Examine(files, path, file, found, error)) {
-        failure.Set(Message::UnableToOpenForWriting);
+    if (!FindRecovery(files, path, found.recovery, found.isTorn, error)) {
+        SetLookFailure(error, failure);
         return false;
     }
-    if (!found.recovery || found.match == RecoveryFile::Match::Neither) return true;
+    if (!found.recovery) return true;
+    if (!Examine(files, path, file, found, error)) {
+        SetLookFailure(error, failure);
+        return false;
+    }
+    if (found.match == RecoveryFile::Match::Neither) {
+        failure.Set(Message::UndecidedCopy, {files.RecoveryPath(path).string()});
+        return false;
+    }
     if (Settle(files, path, file, found, error)) return true;
     failure.Set(Message::WriteFailedTorn, {error.reason});
     return false;
@@ -81,19 +108,33 @@ bool EndStoppedRewrite(FileAccess& files, const Path& path, LockedFile& file, Fa
 bool FindOldImage(const RewriteRequest& request, LockedFile& file, FileStamp& present,
                   std::shared_ptr<const Image>& oldImage, Failure& failure) {
     FileError error;
+    const auto holds = [&](const std::shared_ptr<const Image>& image, bool& answer) {
+        answer = false;
+        return !image || file.Holds(image->Bytes(), answer, error);
+    };
+    bool unchanged = false;
+    bool torn = false;
     if (!file.Stamp(present, error)) {
-        failure.Set(Message::ChangedByAnother);  // the name leads to another file now, or to none
+        SetLookFailure(error, failure);
         return false;
     }
     if (present.SameState(request.oldStamp) && !request.oldStamp.mayHideAWrite) return true;
-    Image bytes;
-    if (!file.Read(bytes, error)) {
-        failure.Set(Message::UnableToOpenForWriting);
+    if (!holds(oldImage, unchanged) || (!unchanged && !holds(request.tornImage, torn))) {
+        SetLookFailure(error, failure);
         return false;
     }
-    if (bytes.Bytes() == oldImage->Bytes()) return true;
+    if (unchanged) return true;
+    if (torn) {
+        oldImage = request.tornImage;
+        return true;
+    }
     if (!request.overwriteChanges) {
         failure.Set(Message::ChangedByAnother);
+        return false;
+    }
+    Image bytes;
+    if (!file.Read(bytes, error)) {
+        SetLookFailure(error, failure);
         return false;
     }
     oldImage = std::make_shared<const Image>(std::move(bytes));
@@ -152,14 +193,26 @@ bool LoadDatabaseFile(FileAccess& files, const Path& path, LoadMode mode, Locked
     return true;
 }
 
-bool LoadRecoveryCopy(FileAccess& files, const Path& path, Image& image, FileError& error) {
-    bool isTorn = false;
-    const auto recovery = FindRecovery(files, path, isTorn);
-    if (!recovery) {
-        error.kind = FileError::Kind::NotFound;
+bool RestoreRecoveryCopy(FileAccess& files, const Path& path, Failure& failure) {
+    FileError error;
+    FileError ignored;
+    const auto file = files.Open(path, LockKind::Exclusive, error);
+    Situation found;
+    if (!file || !Examine(files, path, *file, found, error)) {
+        SetLookFailure(error, failure);
         return false;
     }
-    image = Image(recovery->NewImage());
+    if (!found.recovery) {
+        failure.Set(Message::ChangedByAnother);  // decided or completed elsewhere meanwhile
+        return false;
+    }
+    const std::string_view copy = found.recovery->NewImage();
+    if (!file->Reserve(copy.size(), error) || !Overwrite(*file, copy, error)) {
+        failure.Set(Message::WriteFailed, {error.reason});
+        (void)Overwrite(*file, found.image->Bytes(), ignored);
+        return false;
+    }
+    (void)files.Remove(files.RecoveryPath(path), ignored);  // one that stays equals the file
     return true;
 }
 
@@ -229,6 +282,17 @@ bool CreateDatabaseFile(FileAccess& files, const Path& path, const Image& image,
     FileError error;
     FileError ignored;
     const Path recoveryPath = files.RecoveryPath(path);
+    std::optional<RecoveryFile> recovery;
+    bool isTorn = false;
+    if (!FindRecovery(files, path, recovery, isTorn, error)) {
+        SetLookFailure(error, failure);
+        return false;
+    }
+    if (recovery && !recovery->IsOfNewFile()) {
+        failure.Set(Message::UndecidedCopy, {recoveryPath.string()});  // of a database that has gone from here
+        return false;
+    }
+    recovery.reset();
     const std::string head = RecoveryFile::Head(files.CanonicalPath(path), {}, {}, image.Bytes());
     if (!files.WriteRecovery(recoveryPath, head, image.Bytes(), error)) {
         failure.Set(Message::RecoveryNotWritten, {recoveryPath.string(), error.reason});

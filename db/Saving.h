@@ -35,8 +35,9 @@ struct LoadedFile {
 [[nodiscard]] bool LoadDatabaseFile(FileAccess& files, const Path& path, LoadMode mode, LockedFile* held,
                                     LoadedFile& loaded, FileError& error);
 
-/// Reads the copy that an Unrelated recovery file holds.
-[[nodiscard]] bool LoadRecoveryCopy(FileAccess& files, const Path& path, Image& image, FileError& error);
+/// Puts the copy that an Unrelated recovery file holds in the file's place. On failure the copy stays, and the file is
+/// as it was if the disk allows.
+[[nodiscard]] bool RestoreRecoveryCopy(FileAccess& files, const Path& path, Failure& failure);
 /// Forgets the copy.
 [[nodiscard]] bool DropRecoveryCopy(FileAccess& files, const Path& path, FileError& error);
 
@@ -67,7 +68,8 @@ struct RewriteRequest {
     std::shared_ptr<const Image> oldImage;  // what the file held when it was read
     FileStamp oldStamp;
     const Image* newImage = nullptr;
-    bool overwriteChanges = false;  // also when another program wrote the file since
+    std::shared_ptr<const Image> tornImage;  // what an earlier rewrite of the caller's left half written, if one did
+    bool overwriteChanges = false;           // also when another program wrote the file since
 };
 
 /// Rewrites an existing file in place. On failure the file is as it was, or, when the disk refuses that too, the

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "db/QuillaryDoc.h"
+#include "query/FoldedSearch.h"
 
 namespace quillary {
 
@@ -22,13 +23,16 @@ class RecordFinder {
     [[nodiscard]] std::optional<std::size_t> FindFrom(std::size_t row);
 
   private:
+    [[nodiscard]] bool MayMatch(std::string_view entries) const;
     [[nodiscard]] bool CellMatches(std::string_view cell) const;
     [[nodiscard]] bool RowMatches(std::size_t row);
 
     const CQuillaryDoc& m_doc;
     std::u16string m_upper;
-    std::optional<std::string> m_folded;  // single-byte pages; nullopt = no stored text can hold it
-    int m_column;
+    std::optional<FoldedSearch> m_search;  // single-byte pages; nullopt = no stored text can hold it
+    std::size_t m_firstField = 0;
+    std::size_t m_endField;
+    bool m_mayBeMade = false;  // some field's display may hold the text where its stored text does not
     EntryTable m_entries;
     std::string m_display;
     std::string m_cell;

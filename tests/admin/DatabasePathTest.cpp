@@ -46,7 +46,7 @@ TEST(DatabasePath, NamesAndLocations) {
         Failure failure;
         EXPECT_EQ(c.path, BuildDatabasePath(c.name, locations, settings, failure));
     }
-    for (const char* impossible : {"", ".", "..", "a/b", "..\\x", "a\nb"}) {
+    for (const char* impossible : {"", ".", "..", "a/b", "..\\x", "a\nb", "a\xC2\x85"}) {
         Failure failure;
         EXPECT_FALSE(BuildDatabasePath(impossible, Handheld(), OneSetting(), failure)) << impossible;
         EXPECT_FALSE(failure.text.empty());

@@ -26,6 +26,11 @@ class FaultyFile : public LockedFile {
         image = Image(m_node->seen);
         return true;
     }
+    bool Holds(std::string_view bytes, bool& holds, FileError& error) override {
+        if (m_files.Fails(error)) return false;
+        holds = m_node->seen == bytes;
+        return true;
+    }
     bool Reserve(std::uint64_t size, FileError& error) override {
         const bool fails = m_files.Fails(error);
         if (!fails || m_files.m_calls == m_files.m_failAt) {

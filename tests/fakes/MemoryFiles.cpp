@@ -15,6 +15,10 @@ class MemoryFile : public LockedFile {
         image = Image(m_bytes);
         return true;
     }
+    bool Holds(std::string_view bytes, bool& holds, FileError&) override {
+        holds = m_bytes == bytes;
+        return true;
+    }
     bool Reserve(std::uint64_t, FileError&) override { return true; }
     bool WriteAt(std::uint64_t offset, std::string_view bytes, FileError&) override {
         if (m_bytes.size() < offset + bytes.size()) m_bytes.resize(offset + bytes.size());

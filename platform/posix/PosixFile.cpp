@@ -1,0 +1,168 @@
+#include "platform/posix/PosixFile.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <new>
+#include <system_error>
+#include <vector>
+
+namespace quillary {
+
+namespace {
+
+// Repeats a call that a signal interrupted.
+template <class Call>
+auto Retry(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR) result = call();
+    return result;
+}
+
+}  // namespace
+
+FileError SystemError(int number) {
+    using Kind = FileError::Kind;
+    FileError error;
+    error.reason = std::generic_category().message(number);
+    switch (number) {
+        case ENOENT:
+        case ENOTDIR:
+            error.kind = Kind::NotFound;
+            break;
+        case EEXIST:
+            error.kind = Kind::Exists;
+            break;
+        case EACCES:
+        case EPERM:
+        case EROFS:
+        case ETXTBSY:
+            error.kind = Kind::Denied;
+            break;
+        case EISDIR:
+        case ENXIO:
+        case ELOOP:
+            error.kind = Kind::NotAFile;
+            break;
+        case EFBIG:
+            error.kind = Kind::TooLarge;
+            break;
+        case ENOSPC:
+        case EDQUOT:
+            error.kind = Kind::Full;
+            break;
+        default:
+            error.kind = Kind::Other;
+    }
+    return error;
+}
+
+bool Fail(FileError& error) {
+    error = SystemError(errno);
+    return false;
+}
+
+PosixFile::~PosixFile() {
+    if (m_descriptor >= 0) close(m_descriptor);
+}
+
+bool PosixFile::Read(std::uint64_t maxSize, Image& image, FileError& error) const {
+    struct stat status {};
+    if (fstat(m_descriptor, &status) != 0) return Fail(error);
+    const auto size = static_cast<std::uint64_t>(status.st_size);
+    if (size > maxSize) {
+        error = SystemError(EFBIG);
+        return false;
+    }
+    try {
+        image = Image(size);
+    } catch (const std::bad_alloc&) {
+        error = SystemError(ENOMEM);
+        return false;
+    }
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t count =
+            Retry([&] { return pread(m_descriptor, image.Data() + done, size - done, static_cast<off_t>(done)); });
+        if (count < 0) return Fail(error);
+        if (count == 0) break;  // another program has just shortened it
+        done += static_cast<std::size_t>(count);
+    }
+    image.Shrink(done);
+    return true;
+}
+
+bool PosixFile::Holds(std::string_view bytes, bool& holds, FileError& error) const {
+    struct stat status {};
+    if (fstat(m_descriptor, &status) != 0) return Fail(error);
+    holds = static_cast<std::uint64_t>(status.st_size) == bytes.size();
+    std::vector<char> chunk(256 * 1024);
+    for (std::size_t done = 0; holds && done < bytes.size();) {
+        const std::string_view expected = bytes.substr(done, chunk.size());
+        const ssize_t count =
+            Retry([&] { return pread(m_descriptor, chunk.data(), expected.size(), static_cast<off_t>(done)); });
+        if (count < 0) return Fail(error);
+        const auto size = static_cast<std::size_t>(count);
+        holds = size > 0 && std::string_view(chunk.data(), size) == expected.substr(0, size);
+        done += size;
+    }
+    return true;
+}
+
+bool PosixFile::WriteAt(std::uint64_t offset, std::string_view bytes, FileError& error) const {
+    while (!bytes.empty()) {
+        const ssize_t count =
+            Retry([&] { return pwrite(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
+        if (count < 0) return Fail(error);
+        if (count == 0) {
+            error = SystemError(EIO);
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
+        offset += static_cast<std::uint64_t>(count);
+    }
+    return true;
+}
+
+bool PosixFile::Flush(FileError& error) const {
+    return Retry([&] { return fsync(m_descriptor); }) == 0 || Fail(error);
+}
+
+bool FlushFolder(const Path& folder, FileError& error) {
+    const PosixFile file(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!file) return errno == EACCES || Fail(error);  // one that may be written but not read
+    if (file.Flush(error)) return true;
+    return errno == EINVAL || errno == EROFS;  // file systems that cannot flush a folder on its own
+}
+
+bool MakePrivateFolder(const Path& folder, FileError& error) {
+    struct stat status {};
+    if (stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return true;
+    if (folder.has_relative_path() && !MakePrivateFolder(folder.parent_path(), error)) return false;
+    if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) return Fail(error);
+    return FlushFolder(folder.parent_path(), error);
+}
+
+bool ReplaceFile(const Path& path, std::initializer_list<std::string_view> pieces, unsigned mode, FileError& error) {
+    Path second = path;
+    second += ".new";
+    unlink(second.c_str());  // left by a program that was stopped
+    const PosixFile file(open(second.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+    if (!file) return Fail(error);
+    std::uint64_t offset = 0;
+    bool written = true;
+    for (const std::string_view piece : pieces) {
+        written = written && file.WriteAt(offset, piece, error);
+        offset += piece.size();
+    }
+    if (!written || !file.Flush(error) || (rename(second.c_str(), path.c_str()) != 0 && !Fail(error))) {
+        unlink(second.c_str());
+        return false;
+    }
+    return FlushFolder(path.parent_path(), error);
+}
+
+}  // namespace quillary

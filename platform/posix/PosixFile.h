@@ -1,0 +1,50 @@
+// An open file descriptor with the loops that system calls need, and errors in the terms of FileAccess.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <utility>
+
+#include "db/FileAccess.h"
+
+namespace quillary {
+
+/// `number` is an errno value.
+[[nodiscard]] FileError SystemError(int number);
+/// Sets `error` from errno; returns false for the caller to return.
+bool Fail(FileError& error);
+
+class PosixFile {
+  public:
+    PosixFile() = default;
+    explicit PosixFile(int descriptor) : m_descriptor(descriptor) {}
+    PosixFile(PosixFile&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+    PosixFile& operator=(PosixFile&& other) noexcept {
+        std::swap(m_descriptor, other.m_descriptor);
+        return *this;
+    }
+    ~PosixFile();
+
+    [[nodiscard]] explicit operator bool() const { return m_descriptor >= 0; }
+    [[nodiscard]] int Descriptor() const { return m_descriptor; }
+
+    /// The whole file in one piece, or TooLarge before anything is allocated.
+    [[nodiscard]] bool Read(std::uint64_t maxSize, Image& image, FileError& error) const;
+    [[nodiscard]] bool Holds(std::string_view bytes, bool& holds, FileError& error) const;
+    [[nodiscard]] bool WriteAt(std::uint64_t offset, std::string_view bytes, FileError& error) const;
+    [[nodiscard]] bool Flush(FileError& error) const;
+
+  private:
+    int m_descriptor = -1;
+};
+
+/// Flushes the names in a folder to the disk.
+[[nodiscard]] bool FlushFolder(const Path& folder, FileError& error);
+/// Makes the folder and those above it, for the user alone, known to the disk.
+[[nodiscard]] bool MakePrivateFolder(const Path& folder, FileError& error);
+/// Replaces the file by the pieces one after the other, through a second file that takes its name when its bytes are on
+/// the disk. Follows no link.
+[[nodiscard]] bool ReplaceFile(const Path& path, std::initializer_list<std::string_view> pieces, unsigned mode,
+                               FileError& error);
+
+}  // namespace quillary

@@ -1,0 +1,235 @@
+#include "platform/posix/PosixFileAccess.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+#include <system_error>
+#include <thread>
+
+#include "db/Layout.h"
+#include "db/RecoveryFile.h"
+#include "platform/posix/PosixFile.h"
+
+namespace quillary {
+
+namespace {
+
+// A recovery file holds an image and, for each 512 bytes of another, a hash.
+constexpr std::uint64_t kMaxRecoverySize = kMaxReadSize + kMaxReadSize / 32;
+constexpr mode_t kNewFileMode = 0666;  // less the user's umask
+constexpr mode_t kPrivateFileMode = 0600;
+
+std::int64_t Nanoseconds(const timespec& time) { return time.tv_sec * std::int64_t{1000000000} + time.tv_nsec; }
+
+std::int64_t Now() {
+    timespec now{};
+    clock_gettime(CLOCK_REALTIME, &now);
+    return Nanoseconds(now);
+}
+
+FileStamp StampOf(const struct stat& status) {
+    constexpr std::int64_t kMillisecond = 1000000;
+    FileStamp stamp;
+    stamp.device = status.st_dev;
+    stamp.inode = status.st_ino;
+    stamp.size = static_cast<std::uint64_t>(status.st_size);
+    stamp.modifiedNs = Nanoseconds(status.st_mtim);
+    // The kernel's time stamps move on every few milliseconds, those of memory cards every two seconds.
+    const std::int64_t grain = status.st_mtim.tv_nsec == 0 ? 2050 * kMillisecond : 50 * kMillisecond;
+    stamp.mayHideAWrite = stamp.modifiedNs > Now() - grain;
+    return stamp;
+}
+
+bool RefuseUnlessRegular(const struct stat& status, FileError& error) {
+    if (S_ISREG(status.st_mode)) return true;
+    error = SystemError(S_ISDIR(status.st_mode) ? EISDIR : ENXIO);
+    if (!S_ISDIR(status.st_mode)) error.reason = "Not a regular file";
+    return false;
+}
+
+// Some file systems have no locks; their databases open all the same.
+bool HasNoLocks(int number) { return number == ENOLCK || number == ENOTSUP || number == ENOSYS || number == EINVAL; }
+
+bool Lock(const PosixFile& file, LockKind kind, std::chrono::milliseconds wait, FileError& error) {
+    using Clock = std::chrono::steady_clock;
+    const auto deadline = Clock::now() + wait;
+    const int operation = (kind == LockKind::Exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB;
+    while (flock(file.Descriptor(), operation) != 0) {
+        if (HasNoLocks(errno)) return true;
+        if (errno != EWOULDBLOCK && errno != EINTR) return Fail(error);
+        if (Clock::now() >= deadline) {
+            error = {FileError::Kind::Busy, "Another program holds its lock"};
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
+class PosixLockedFile : public LockedFile {
+  public:
+    PosixLockedFile(PosixFile file, Path path, bool isNew)
+        : m_file(std::move(file)), m_path(std::move(path)), m_isNew(isNew) {}
+
+    bool Stamp(FileStamp& stamp, FileError& error) override;
+    bool Read(Image& image, FileError& error) override { return m_file.Read(kMaxReadSize, image, error); }
+    bool Holds(std::string_view bytes, bool& holds, FileError& error) override {
+        return m_file.Holds(bytes, holds, error);
+    }
+    bool Reserve(std::uint64_t size, FileError& error) override;
+    bool WriteAt(std::uint64_t offset, std::string_view bytes, FileError& error) override;
+    bool Truncate(std::uint64_t size, FileError& error) override;
+    bool Flush(FileError& error) override;
+
+    /// Whether the name still leads to this file: another program may have put a new file in its place.
+    [[nodiscard]] bool HasItsName(struct stat& own, FileError& error) const;
+
+  private:
+    PosixFile m_file;
+    Path m_path;
+    bool m_isNew;
+    bool m_wasWritten = false;
+};
+
+bool PosixLockedFile::HasItsName(struct stat& own, FileError& error) const {
+    struct stat named {};
+    if (fstat(m_file.Descriptor(), &own) != 0 || stat(m_path.c_str(), &named) != 0) return Fail(error);
+    if (own.st_dev == named.st_dev && own.st_ino == named.st_ino) return true;
+    error = {FileError::Kind::NotFound, "Another file has taken its place"};
+    return false;
+}
+
+bool PosixLockedFile::Stamp(FileStamp& stamp, FileError& error) {
+    struct stat status {};
+    if (!HasItsName(status, error)) return false;
+    // After a write of our own the time is set to the nanosecond, which no later write will hit by chance: without it
+    // every save would have to read back what the one before wrote.
+    bool isExact = false;
+    if (m_wasWritten) {
+        m_wasWritten = false;
+        const std::int64_t now = Now();
+        const timespec times[2] = {{0, UTIME_OMIT}, {now / 1000000000, now % 1000000000}};
+        if (futimens(m_file.Descriptor(), times) == 0 && !HasItsName(status, error)) return false;
+        isExact = now % 1000 != 0 && Nanoseconds(status.st_mtim) == now;
+    }
+    stamp = StampOf(status);
+    if (isExact) stamp.mayHideAWrite = false;
+    return true;
+}
+
+bool PosixLockedFile::Reserve(std::uint64_t size, FileError& error) {
+    int result = 0;
+    do {
+        result = fallocate(m_file.Descriptor(), FALLOC_FL_KEEP_SIZE, 0, static_cast<off_t>(size));
+    } while (result != 0 && errno == EINTR);
+    if (result == 0 || errno == EOPNOTSUPP || errno == ENOSYS || errno == EINVAL) return true;
+    return Fail(error);
+}
+
+bool PosixLockedFile::WriteAt(std::uint64_t offset, std::string_view bytes, FileError& error) {
+    m_wasWritten = true;
+    return m_file.WriteAt(offset, bytes, error);
+}
+
+bool PosixLockedFile::Truncate(std::uint64_t size, FileError& error) {
+    m_wasWritten = true;
+    int result = 0;
+    do {
+        result = ftruncate(m_file.Descriptor(), static_cast<off_t>(size));
+    } while (result != 0 && errno == EINTR);
+    return result == 0 || Fail(error);
+}
+
+bool PosixLockedFile::Flush(FileError& error) {
+    if (!m_file.Flush(error)) return false;
+    if (m_isNew && !FlushFolder(m_path.parent_path(), error)) return false;
+    m_isNew = false;
+    return true;
+}
+
+}  // namespace
+
+std::unique_ptr<LockedFile> PosixFileAccess::Open(const Path& path, LockKind lock, FileError& error) {
+    const int access = lock == LockKind::Exclusive ? O_RDWR : O_RDONLY;
+    for (;;) {
+        // Looked at before it is opened: opening some devices does something.
+        struct stat status {};
+        if (stat(path.c_str(), &status) != 0) {
+            Fail(error);
+            return nullptr;
+        }
+        if (!RefuseUnlessRegular(status, error)) return nullptr;
+        PosixFile file(open(path.c_str(), access | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+        if (!file || fstat(file.Descriptor(), &status) != 0) {
+            Fail(error);
+            return nullptr;
+        }
+        if (!RefuseUnlessRegular(status, error) || !Lock(file, lock, m_lockWait, error)) return nullptr;
+        auto locked = std::make_unique<PosixLockedFile>(std::move(file), path, false);
+        // A file that was replaced while we waited for its lock is the wrong one.
+        if (locked->HasItsName(status, error)) return locked;
+        if (error.kind != FileError::Kind::NotFound) return nullptr;
+    }
+}
+
+std::unique_ptr<LockedFile> PosixFileAccess::Create(const Path& path, FileError& error) {
+    PosixFile file(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
+    if (!file) {
+        Fail(error);
+        return nullptr;
+    }
+    if (!Lock(file, LockKind::Exclusive, m_lockWait, error)) {
+        unlink(path.c_str());
+        return nullptr;
+    }
+    return std::make_unique<PosixLockedFile>(std::move(file), path, true);
+}
+
+bool PosixFileAccess::Remove(const Path& path, FileError& error) {
+    return unlink(path.c_str()) == 0 || errno == ENOENT || Fail(error);
+}
+
+bool PosixFileAccess::CanRead(const Path& path) { return faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0; }
+
+bool PosixFileAccess::CanWrite(const Path& path) {
+    const Path folder = path.has_parent_path() ? path.parent_path() : ".";
+    return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0 &&
+           faccessat(AT_FDCWD, folder.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+Path PosixFileAccess::CanonicalPath(const Path& path) {
+    std::error_code failed;
+    Path canonical = std::filesystem::weakly_canonical(std::filesystem::absolute(path, failed), failed);
+    return failed ? path.lexically_normal() : canonical;
+}
+
+Path PosixFileAccess::RecoveryPath(const Path& path) {
+    if (m_stateFolder.empty()) return {};
+    char name[17];
+    std::snprintf(name, sizeof name, "%016llx", static_cast<unsigned long long>(Hash64(CanonicalPath(path).native())));
+    return m_stateFolder / "quillary" / "recovery" / name;
+}
+
+bool PosixFileAccess::ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) {
+    const PosixFile file(open(recoveryPath.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
+    struct stat status {};
+    if (!file || fstat(file.Descriptor(), &status) != 0) return Fail(error);
+    return RefuseUnlessRegular(status, error) && file.Read(kMaxRecoverySize, image, error);
+}
+
+bool PosixFileAccess::WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body,
+                                    FileError& error) {
+    if (recoveryPath.empty()) {
+        error = {FileError::Kind::NotFound, "You have no home folder"};
+        return false;
+    }
+    return MakePrivateFolder(recoveryPath.parent_path(), error) &&
+           ReplaceFile(recoveryPath, {head, body}, kPrivateFileMode, error);
+}
+
+}  // namespace quillary

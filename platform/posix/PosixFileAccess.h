@@ -1,0 +1,37 @@
+// Database files on a POSIX system: advisory locks by flock, recovery files in the user's state folder.
+#pragma once
+
+#include <chrono>
+
+#include "db/FileAccess.h"
+#include "platform/posix/XdgFolders.h"
+
+namespace quillary {
+
+class PosixFileAccess : public FileAccess {
+  public:
+    static constexpr std::chrono::milliseconds kLockWait{5000};
+
+    /// Recovery files live in `stateFolder`/quillary/recovery. `lockWait` is how long Open waits for another program.
+    explicit PosixFileAccess(Path stateFolder = StateFolder(), std::chrono::milliseconds lockWait = kLockWait)
+        : m_stateFolder(std::move(stateFolder)), m_lockWait(lockWait) {}
+
+    std::unique_ptr<LockedFile> Open(const Path& path, LockKind lock, FileError& error) override;
+    std::unique_ptr<LockedFile> Create(const Path& path, FileError& error) override;
+    bool Remove(const Path& path, FileError& error) override;
+    bool CanRead(const Path& path) override;
+    bool CanWrite(const Path& path) override;
+    Path CanonicalPath(const Path& path) override;
+    Path RecoveryPath(const Path& path) override;
+    bool ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) override;
+    /// Through a second file that takes the name when its bytes are on the disk, so that an earlier recovery file stays
+    /// until this one is whole. Follows no link.
+    bool WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body,
+                       FileError& error) override;
+
+  private:
+    Path m_stateFolder;  // empty when the user has no home
+    std::chrono::milliseconds m_lockWait;
+};
+
+}  // namespace quillary

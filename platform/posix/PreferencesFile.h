@@ -1,0 +1,34 @@
+// The program's preferences in an INI file, the group "Preferences" of it; the toolkit's own settings class reads and
+// writes the same file.
+#pragma once
+
+#include <optional>
+
+#include "admin/Settings.h"
+#include "platform/posix/XdgFolders.h"
+
+namespace quillary {
+
+class PreferencesFile : public Settings {
+  public:
+    /// Telvane/Quillary.conf in the user's configuration folder; an empty path keeps nothing.
+    [[nodiscard]] static Path DefaultPath();
+
+    explicit PreferencesFile(Path path = DefaultPath()) : m_path(std::move(path)) {}
+
+    // The file is read at every call: another program may have changed it. A number that is none, or does not fit 32
+    // bits, counts as absent.
+    std::int32_t ReadInt(std::string_view name, std::int32_t fallback) const override;
+    std::string ReadText(std::string_view name, std::string_view fallback) const override;
+    // The rest of the file stays as it is. A stop at any point leaves the old or the new file whole.
+    bool WriteInt(std::string_view name, std::int32_t value) override;
+    bool WriteText(std::string_view name, std::string_view value) override;
+
+  private:
+    [[nodiscard]] std::optional<std::string> Value(std::string_view name) const;
+    bool Store(std::string_view name, const std::string& value);
+
+    Path m_path;
+};
+
+}  // namespace quillary
