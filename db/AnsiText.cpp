@@ -115,20 +115,17 @@ std::string AnsiText::ToUtf8(std::string_view bytes) const {
 }
 
 bool AnsiText::AppendStored(std::u16string_view character, std::string& bytes) const {
-    const std::size_t before = bytes.size();
-    if (m_converter) {
-        const auto stored = m_converter->fromWide(character);
-        if (!stored) return false;
-        bytes += *stored;
-    } else {
+    const auto isStorable = [](char byte) { return byte != kEndMarkByte && byte != '\0'; };
+    if (!m_converter) {
         const auto byte = character.size() == 1 ? ByteOf(character[0]) : std::nullopt;
-        if (!byte) return false;
+        if (!byte || !isStorable(static_cast<char>(*byte))) return false;
         bytes.push_back(static_cast<char>(*byte));
+        return true;
     }
-    const std::string_view stored = std::string_view(bytes).substr(before);
-    if (stored.find(kEndMarkByte) == stored.npos && stored.find('\0') == stored.npos) return true;
-    bytes.resize(before);
-    return false;
+    const auto stored = m_converter->fromWide(character);
+    if (!stored || !std::all_of(stored->begin(), stored->end(), isStorable)) return false;
+    bytes += *stored;
+    return true;
 }
 
 std::optional<std::string> AnsiText::FromWide(std::u16string_view text, std::u16string* unstorable) const {

@@ -218,7 +218,13 @@ Path PosixFileAccess::RecoveryPath(const Path& path) {
 bool PosixFileAccess::ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) {
     const PosixFile file(open(recoveryPath.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
     struct stat status {};
-    if (!file || fstat(file.Descriptor(), &status) != 0) return Fail(error);
+    if (!file || fstat(file.Descriptor(), &status) != 0) {
+        Fail(error);
+        // In a folder that is closed to this user none of its own can be.
+        const bool isClosed = faccessat(AT_FDCWD, recoveryPath.parent_path().c_str(), X_OK, AT_EACCESS) != 0;
+        if (error.kind == FileError::Kind::Denied && isClosed) error.kind = FileError::Kind::NotFound;
+        return false;
+    }
     return RefuseUnlessRegular(status, error) && file.Read(kMaxRecoverySize, image, error);
 }
 

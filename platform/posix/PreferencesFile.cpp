@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <charconv>
 #include <system_error>
 #include <vector>
@@ -86,12 +87,14 @@ std::optional<std::string> Unescaped(std::string_view text) {
     return out.substr(1);
 }
 
-std::vector<std::string> LinesOf(const Path& path) {
+// nullopt when there is a file that cannot be read: nothing is written in its place.
+std::optional<std::vector<std::string>> LinesOf(const Path& path) {
     const PosixFile file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    std::vector<std::string> lines;
+    if (!file && errno == ENOENT) return lines;
     Image image;
     FileError none;
-    std::vector<std::string> lines;
-    if (!file || !file.Read(kMaxFileSize, image, none)) return lines;
+    if (!file || !file.Read(kMaxFileSize, image, none)) return std::nullopt;
     for (std::string_view rest = image.Bytes(); !rest.empty();) {
         const auto end = rest.find('\n');
         lines.emplace_back(rest.substr(0, end));
@@ -128,7 +131,7 @@ Path PreferencesFile::DefaultPath() {
 }
 
 std::optional<std::string> PreferencesFile::Value(std::string_view name) const {
-    const auto lines = LinesOf(m_path);
+    const auto lines = LinesOf(m_path).value_or(std::vector<std::string>());
     const Place place = Find(lines, name);
     if (!place.entry) return std::nullopt;
     const std::string_view line = lines[*place.entry];
@@ -154,7 +157,9 @@ bool PreferencesFile::WriteText(std::string_view name, std::string_view value) {
 
 bool PreferencesFile::Store(std::string_view name, const std::string& value) {
     if (m_path.empty()) return false;
-    auto lines = LinesOf(m_path);
+    auto read = LinesOf(m_path);
+    if (!read) return false;
+    auto& lines = *read;
     const Place place = Find(lines, name);
     const std::string line = std::string(name) + '=' + value;
     if (place.entry) {

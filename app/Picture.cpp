@@ -1,0 +1,37 @@
+#include "app/Picture.h"
+
+#include <QApplication>
+#include <QPixmap>
+#include <iostream>
+
+#include "app/QuillaryApp.h"
+#include "db/Questions.h"
+#include "platform/NativePath.h"
+
+namespace quillary {
+
+namespace {
+
+class StandardErrorQuestions : public Questions {
+  public:
+    void Tell(const Failure& failure) override { std::cerr << "quillary: " << failure.text << '\n'; }
+    bool AskDatabasePassword(const CQuillaryDoc&) override {
+        std::cerr << "quillary: This database is locked; a picture shows no locked database.\n";
+        return false;
+    }
+};
+
+}  // namespace
+
+int SavePicture(CQuillaryApp& app, const Path& database, const Path& picture) {
+    StandardErrorQuestions questions;
+    if (!app.OpenDocumentFile(database, OpenMode::Read, questions)) return 1;
+    app.Frame().resize(1000, 640);
+    app.Frame().show();
+    QApplication::processEvents();
+    if (app.Frame().grab().save(FromPath(picture), "PNG")) return 0;
+    std::cerr << "quillary: The picture could not be written.\n";
+    return 1;
+}
+
+}  // namespace quillary

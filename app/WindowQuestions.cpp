@@ -1,0 +1,17 @@
+#include "app/WindowQuestions.h"
+
+#include "admin/EnterPasswordDlg.h"
+#include "ui/FrameWindow.h"
+#include "ui/MessageBox.h"
+#include "ui/WideText.h"
+
+namespace quillary {
+
+void CWindowQuestions::Tell(const Failure& failure) { ShowMessage(m_frame.Window(), FromUtf8(failure.text)); }
+
+bool CWindowQuestions::AskDatabasePassword(const CQuillaryDoc& doc) {
+    CEnterPasswordDlg dialog(doc, m_frame);
+    return dialog.exec() == QDialog::Accepted;
+}
+
+}  // namespace quillary

@@ -1,0 +1,78 @@
+#!/usr/bin/env bash
+# Times whole processes of qly beside other programs that do the same with the same table, by turns in one run, and prints
+# the medians. All files are memory-backed.
+set -euo pipefail
+export LC_ALL=C.UTF-8
+build=${QUILLARY_BUILD:-$(dirname "$(readlink -f "$0")")/../build/bench}
+qly=$build/cli/qly
+readonly rounds=11
+readonly absent=xylophone
+
+memory=/dev/shm
+[ -w "$memory" ] || memory=${TMPDIR:-/tmp}
+folder=$(mktemp -d "$memory/quillary-peers-XXXXXX")
+trap 'rm -rf "$folder"' EXIT
+export HOME=$folder XDG_STATE_HOME=$folder XDG_CONFIG_HOME=$folder    # recovery files go there too
+"$build/benchmarks/generate_table" "$folder"
+cd "$folder"
+sqlite3 table.db '.import --csv table.csv t'
+definitions=()
+like=()
+while read -r definition; do
+  definitions+=(--field "$definition")
+  like+=("\"${definition%%:*}\" like '%$absent%'")
+done <fields.txt
+where=$(printf ' or %s' "${like[@]}")
+
+qly_list() { "$qly" list table.pdb >/dev/null; }
+sqlite_list() { sqlite3 -csv table.db 'select * from t' >/dev/null; }
+qly_import() { "$qly" import table.csv new.pdb "${definitions[@]}"; }
+sqlite_import() { sqlite3 new.db '.import --csv table.csv t'; }
+qly_find() { "$qly" find table.pdb "$absent" || [ $? -eq 1 ]; }
+sqlite_find() { sqlite3 table.db "select rowid from t where ${where# or }"; }
+grep_find() { grep -i "$absent" table.csv || [ $? -eq 1 ]; }
+
+# In microseconds.
+elapsed() {
+  rm -f new.pdb new.db
+  local begun=${EPOCHREALTIME/./}
+  "$1"
+  echo $((${EPOCHREALTIME/./} - begun))
+}
+
+median() { sort -n | sed -n "$((rounds / 2 + 1))p"; }
+
+# compare FIGURE OURS PEER AIM-IN-PERCENT ("" = none)
+compare() {
+  local round ours peer ratio met=""
+  : >ours.times
+  : >peer.times
+  elapsed "$2" >/dev/null    # the first run fills caches
+  elapsed "$3" >/dev/null
+  for ((round = 0; round < rounds; ++round)); do
+    elapsed "$2" >>ours.times
+    elapsed "$3" >>peer.times
+  done
+  ours=$(median <ours.times)
+  peer=$(median <peer.times)
+  ratio=$((ours * 100 / peer))
+  if [ -n "$4" ]; then
+    met=MISSED
+    if [ "$ratio" -le "$4" ]; then met=met; fi
+  fi
+  printf '%-46s %5d.%d ms %5d.%d ms  %2d.%02d  %-12s %s\n' "$1" $((ours / 1000)) $((ours % 1000 / 100)) \
+    $((peer / 1000)) $((peer % 1000 / 100)) $((ratio / 100)) $((ratio % 100)) \
+    "${4:+at most $(($4 / 100)).$(($4 % 100 / 10))}" "$met"
+}
+
+# What is compared must have been the same work.
+qly_import
+sqlite_import
+cmp <("$qly" list table.pdb) <("$qly" list new.pdb)
+[ "$(sqlite3 new.db 'select count(*) from t')" -eq "$("$qly" list --format jsonl new.pdb | wc -l)" ]
+
+printf '\n%-46s %10s %10s %6s  %s\n' "whole processes" ours theirs ratio aim
+compare "list as CSV: qly list, sqlite3 select" qly_list sqlite_list 50
+compare "import of a CSV: qly import, sqlite3 .import" qly_import sqlite_import 100
+compare "absent text: qly find, sqlite3 like" qly_find sqlite_find 50
+compare "absent text: qly find, grep -i on the CSV" qly_find grep_find ""

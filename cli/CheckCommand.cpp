@@ -1,0 +1,58 @@
+#include "cli/Check.h"
+#include "cli/Commands.h"
+#include "cli/Session.h"
+#include "cli/Text.h"
+#include "db/Container.h"
+#include "db/Saving.h"
+
+namespace quillary {
+
+namespace {
+
+// As the document says it when it opens a file.
+std::string OpeningError(const FileError& error) {
+    switch (error.kind) {
+        case FileError::Kind::TooLarge:
+            return FormatMessage(Message::FileTooLarge);
+        case FileError::Kind::Busy:
+            return FormatMessage(Message::FileBusy);
+        default:
+            return FormatMessage(Message::InvalidDatabaseFile) + " (" + FormatMessage(Message::ErrorOpeningFile) + ")";
+    }
+}
+
+}  // namespace
+
+ExitStatus RunCheck(Session& session, const Arguments& arguments) {
+    LoadedFile loaded;
+    FileError error;
+    if (!LoadDatabaseFile(session.Files(), arguments.words[0], LoadMode::Read, nullptr, loaded, error)) {
+        return session.Refuse(OpeningError(error));
+    }
+    const std::string_view image = loaded.image->Bytes();
+    if (!IsDatabaseImage(image)) return session.Refuse(MessageText(Message::InvalidDatabaseFile));
+    if (loaded.recovery == RecoveryState::Pending) {
+        Complain("A save of this file did not end. What is checked is what its recovery copy makes of it.");
+    }
+
+    const std::vector<Departure> departures = CheckImage(image, session.Page());
+    const bool json = arguments.Has("--json");
+    std::string out;
+    if (json) out += "[";
+    for (const Departure& departure : departures) {
+        const bool isFirst = &departure == departures.data();
+        if (json) {
+            out += std::string(isFirst ? "\n" : ",\n") + "  {\"offset\": " + std::to_string(departure.offset) +
+                   ", \"problem\": ";
+            AppendJsonString(departure.problem, out);
+            out += "}";
+        } else {
+            out += std::to_string(departure.offset) + ": " + departure.problem + "\n";
+        }
+    }
+    if (json) out += departures.empty() ? "]\n" : "\n]\n";
+    session.Out().Append(out);
+    return departures.empty() ? ExitStatus::Done : ExitStatus::Refused;
+}
+
+}  // namespace quillary

@@ -1,0 +1,116 @@
+#include "cli/Command.h"
+
+#include "cli/Commands.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr CommandOption kJson{"--json", "", "as JSON, for programs"};
+constexpr CommandOption kDropForeign{"--drop-foreign", "",
+                                     "write the file although records of other programs in it will be lost"};
+constexpr CommandOption kField{"--field", "DEFINITION", "a field; once for each, in their order", true};
+
+constexpr std::string_view kDefinitions =
+    "A DEFINITION is NAME:TYPE or NAME:TYPE:OPTIONS. NAME ends at the first colon. TYPE is text, number, sequence,\n"
+    "checkbox, date, time, list, phone, e-mail or web-url. OPTIONS are separated by \";\":\n"
+    "  list:red;green;blue   the items\n"
+    "  sequence:100;5        the next value and the increment\n"
+    "  checkbox:checked      new records start checked\n"
+    "  date:today, time:now  new records start with the present day or time\n"
+    "  text:capitalize       the first word gets a capital letter while it is typed";
+
+constexpr CommandOption kListOptions[] = {
+    {"--format", "csv|tsv|json|jsonl", "the form of the table (csv)"},
+    {"--records", "shown|hidden|all", "which records (shown); all: the shown ones, then the hidden ones"},
+    {"--stored", "", "the texts as they are stored, dates and times as counts"},
+    {"--iso", "", "dates as YYYY-MM-DD and times as HH:MM:SS, the same under every locale"},
+    {"--cells", "", "exactly what the cells of the record list show"},
+};
+constexpr CommandOption kFindOptions[] = {
+    {"--field", "NAME", "in this field alone"},
+    {"--after", "ROW", "begin behind this row (0)"},
+    {"--all", "", "every matching row"},
+};
+constexpr CommandOption kHashOptions[] = {
+    {"--database", "", "as the password of a database"},
+    {"--lock", "", "as the lock of an info text"},
+};
+constexpr CommandOption kNewOptions[] = {
+    {"--name", "NAME", "the database's name, at most 28 characters"},
+    kField,
+};
+constexpr CommandOption kImportOptions[] = {
+    {"--name", "NAME", "the new database's name (FILE's name without its ending)"},
+    kField,
+    {"--fit", "", "make the columns as wide as their texts"},
+    {"--lenient", "", "store a value that cannot be read as its type empty, and say how many these were"},
+    kDropForeign,
+};
+constexpr CommandOption kRecordOptions[] = {kDropForeign};
+constexpr CommandOption kOptionsOptions[] = {
+    {"--long-dates", "on|off", "display dates in long format"},
+    {"--edit-on-select", "on|off", "on select, go to Edit View"},
+    kDropForeign,
+};
+constexpr CommandOption kJsonOnly[] = {kJson};
+
+constexpr CommandOption kCommonOptions[] = {
+    {"--password-file", "PATH", "the first line is the password of a locked database"},
+    {"--code-page", "NAME", "the code page of the database's texts (windows-1252)"},
+    {"--date-order", "mdy|dmy|ymd", "the order of day, month and year in dates given as numbers (the locale's)"},
+    {"--quiet", "", "show no progress"},
+    {"--help", "", "print this"},
+};
+
+constexpr auto kAny = Command::kAnyNumber;
+
+const Command kCommands[] = {
+    {"info", "FILE [--json]", "Print the name, counts, options, fields, sort keys, filter and info text", "", 1, 1,
+     kJsonOnly, ExitStatus::Refused, RunInfo},
+    {"list", "FILE [--format csv|tsv|json|jsonl] [--records shown|hidden|all] [--stored|--iso|--cells]",
+     "Print the records as a table",
+     "CSV is as in RFC 4180, with a row of names. TSV writes tab, CR, LF and backslash as \\t, \\r, \\n and \\\\.\n"
+     "JSON is {\"fields\": [...], \"records\": [[...], ...]}, JSON lines an array for each record.",
+     1, 1, kListOptions, ExitStatus::Refused, RunList},
+    {"find", "FILE TEXT [--field NAME] [--after ROW] [--all]", "Print the number of the first row that shows a text",
+     "Case makes no difference. Rows count from 1. Status 0: found, 1: not found, 3: it could not be searched.", 2, 2,
+     kFindOptions, ExitStatus::Failed, RunFind},
+    {"fields", "FILE", "Print the fields as JSON", "", 1, 1, {}, ExitStatus::Refused, RunFields},
+    {"check", "FILE [--json]", "Report everything in which the file departs from the format",
+     "Prints OFFSET: TEXT lines. Status 0: nothing to report, 1: something, 3: the file is no database. Needs no\n"
+     "password.",
+     1, 1, kJsonOnly, ExitStatus::Failed, RunCheck},
+    {"hash", "--database|--lock", "Print the hash of a password, read from standard input", "", 0, 0, kHashOptions,
+     ExitStatus::Refused, RunHash},
+    {"new", "FILE --name NAME --field DEFINITION...", "Make an empty database", kDefinitions, 1, 1, kNewOptions,
+     ExitStatus::Refused, RunNew},
+    {"import", "TABLE.csv FILE [--name NAME] [--field DEFINITION...] [--fit] [--lenient]",
+     "Make a database from a CSV table, or append the table to one",
+     "The table is UTF-8 and its first row holds the names of the columns, which are matched to fields by exact name.\n"
+     "\"-\" is standard input. When FILE exists its fields stay as they are.\n\n"
+     "Without --field a new database gets a field for each column. Where every value of the column that is not empty\n"
+     "can be read so without a doubt, its type is:\n"
+     "  number    digits with one \".\" and a \"-\" before them; no value begins with 0 and another digit\n"
+     "  date      YYYY-MM-DD, March 07, 2004, or three numbers that one order alone fits; years of four digits\n"
+     "  time      HH:MM, or with am or pm; no seconds but :00\n"
+     "  checkbox  true and false, or yes and no; no value is empty\n"
+     "Everything else is text. A table is imported whole or not at all; a message names the row (the header is row 1)\n"
+     "and the column that stopped it.\n\n"
+     "A DEFINITION is NAME:TYPE or NAME:TYPE:OPTIONS; \"qly help new\" says what they are.",
+     2, 2, kImportOptions, ExitStatus::Refused, RunImport},
+    {"record", "FILE add [FIELD=VALUE...] | set ROW FIELD=VALUE... | delete ROW | duplicate ROW",
+     "Add, change, delete or duplicate one of the shown records",
+     "Rows count from 1, as find prints them. Dates are given as YYYY-MM-DD, times as HH:MM.", 2, kAny, kRecordOptions,
+     ExitStatus::Refused, RunRecord},
+    {"options", "FILE [--long-dates on|off] [--edit-on-select on|off]", "Print or set the options of a database", "", 1,
+     1, kOptionsOptions, ExitStatus::Refused, RunOptions},
+};
+
+}  // namespace
+
+std::span<const Command> AllCommands() { return kCommands; }
+
+std::span<const CommandOption> CommonOptions() { return kCommonOptions; }
+
+}  // namespace quillary

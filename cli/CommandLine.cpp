@@ -1,0 +1,233 @@
+#include "cli/CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <new>
+
+#include "cli/Command.h"
+#include "cli/Session.h"
+#include "cli/Text.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr std::string_view kHelpOption = "--help";
+constexpr int kMostWords = 1 << 20;
+
+std::vector<std::string_view> ChoicesOf(const CommandOption& option) {
+    std::vector<std::string_view> choices;
+    if (option.value.find('|') == option.value.npos) return choices;
+    std::string_view rest = option.value;
+    for (auto end = rest.find('|'); end != rest.npos; end = rest.find('|')) {
+        choices.push_back(rest.substr(0, end));
+        rest.remove_prefix(end + 1);
+    }
+    choices.push_back(rest);
+    return choices;
+}
+
+std::vector<const CommandOption*> OptionsOf(const Command& command) {
+    std::vector<const CommandOption*> options;
+    for (const CommandOption& option : command.options) options.push_back(&option);
+    for (const CommandOption& option : CommonOptions()) options.push_back(&option);
+    return options;
+}
+
+// ---- Help
+
+void AppendOptions(std::span<const CommandOption> options, std::string& help) {
+    constexpr std::size_t kIndent = 28;
+    for (const CommandOption& option : options) {
+        std::string left = "  " + std::string(option.name);
+        if (!option.value.empty()) left += " " + std::string(option.value);
+        left += left.size() + 2 > kIndent ? "\n" + std::string(kIndent, ' ') : std::string(kIndent - left.size(), ' ');
+        help += left + std::string(option.help) + "\n";
+    }
+}
+
+std::string HelpOn(const Command& command) {
+    std::string help = "Usage: qly " + std::string(command.name) + " " + std::string(command.synopsis) + "\n\n" +
+                       std::string(command.summary) + ".\n";
+    if (!command.details.empty()) help += "\n" + std::string(command.details) + "\n";
+    if (!command.options.empty()) {
+        help += "\nOptions:\n";
+        AppendOptions(command.options, help);
+    }
+    help += "\nOptions of every command:\n";
+    AppendOptions(CommonOptions(), help);
+    return help;
+}
+
+std::string HelpOnAll() {
+    std::string help =
+        "Usage: qly COMMAND FILE ...\n\n"
+        "Works on Quillary's databases without a window.\n\nCommands:\n";
+    for (const Command& command : AllCommands()) {
+        std::string name = "  " + std::string(command.name);
+        name.resize(12, ' ');
+        help += name + std::string(command.summary) + "\n";
+    }
+    help += "\nOptions of every command:\n";
+    AppendOptions(CommonOptions(), help);
+    return help +
+           "\n\"--\" ends the options. The password of a locked database comes from --password-file or from the "
+           "environment\nvariable QLY_PASSWORD. \"qly help COMMAND\" tells more.\n";
+}
+
+ExitStatus Print(std::string_view text) {
+    Output output;
+    output.Append(text);
+    output.Flush();
+    if (!output.HasFailed()) return ExitStatus::Done;
+    Complain("The output cannot be written (" + output.Reason() + ").");
+    return ExitStatus::Refused;
+}
+
+// ---- Commands
+
+const Command* CommandNamed(std::string_view name) {
+    const auto commands = AllCommands();
+    const auto found =
+        std::find_if(commands.begin(), commands.end(), [name](const Command& c) { return c.name == name; });
+    return found == commands.end() ? nullptr : &*found;
+}
+
+ExitStatus UnknownCommand(std::string_view name) {
+    std::vector<std::string_view> names{"help"};
+    for (const Command& command : AllCommands()) names.push_back(command.name);
+    Complain("There is no command " + Quoted(name) + ". Did you mean " + Quoted(NearestName(name, names)) + "?");
+    return ExitStatus::WrongUsage;
+}
+
+ExitStatus UnknownOption(std::string_view given, const std::vector<std::string_view>& names) {
+    const std::string_view name = given.substr(0, given.find('='));
+    Complain("There is no option " + Quoted(name) + " here. Did you mean " + Quoted(NearestName(name, names)) + "?");
+    return ExitStatus::WrongUsage;
+}
+
+// Takes the arguments behind the command's name apart. False with a message when they make no sense.
+class ArgumentParser {
+  public:
+    explicit ArgumentParser(const Command& command) : m_command(command), m_options(OptionsOf(command)) {
+        m_app.set_help_flag();
+        // Not as a list of any length: that would take a word like "[a,b]" apart.
+        m_app.add_option("words")->expected(kMostWords)->take_all()->allow_extra_args(false);
+        for (const CommandOption* option : m_options) {
+            const std::string name(option->name);
+            if (option->value.empty()) {
+                m_app.add_flag(option->name == kHelpOption ? name + ",-h" : name)->disable_flag_override();
+            } else {
+                m_app.add_option(name)->take_all()->allow_extra_args(false);
+            }
+        }
+    }
+
+    [[nodiscard]] bool Parse(std::vector<std::string> given, Arguments& arguments) {
+        SplitEmptyValues(given);
+        const std::string last = given.empty() ? std::string() : given.back();
+        std::reverse(given.begin(), given.end());
+        try {
+            m_app.parse(given);
+        } catch (const CLI::ExtrasError&) {
+            std::vector<std::string_view> names;
+            for (const CommandOption* option : m_options) names.push_back(option->name);
+            (void)UnknownOption(m_app.remaining().front(), names);
+            return false;
+        } catch (const CLI::ParseError& error) {
+            const bool lacksValue = std::any_of(
+                m_options.begin(), m_options.end(),
+                [&last](const CommandOption* option) { return option->name == last && !option->value.empty(); });
+            Complain(lacksValue ? "The option " + Quoted(last) + " needs a value." : error.what());
+            return false;
+        }
+        if (AsksForHelp()) return true;
+        arguments.words = m_app.get_option("words")->results();
+        for (const CommandOption* option : m_options) {
+            const CLI::Option* parsed = m_app.get_option(std::string(option->name));
+            if (parsed->count() == 0) continue;
+            if (!Check(*option, parsed->results())) return false;
+            arguments.options[option->name] = option->value.empty() ? std::vector<std::string>() : parsed->results();
+        }
+        return CheckWords(arguments.words.size());
+    }
+    [[nodiscard]] bool AsksForHelp() const { return m_app.count(std::string(kHelpOption)) > 0; }
+
+  private:
+    // The library would take the next word for the value of "--name=".
+    void SplitEmptyValues(std::vector<std::string>& given) const {
+        for (std::size_t i = 0; i < given.size() && given[i] != "--"; ++i) {
+            const auto isThis = [&](const CommandOption* option) {
+                return !option->value.empty() && given[i] == std::string(option->name) + "=";
+            };
+            if (std::none_of(m_options.begin(), m_options.end(), isThis)) continue;
+            given[i].pop_back();
+            given.insert(given.begin() + static_cast<std::ptrdiff_t>(++i), std::string());
+        }
+    }
+
+    static bool Check(const CommandOption& option, const std::vector<std::string>& values) {
+        if (values.size() > 1 && !option.repeats && !option.value.empty()) {
+            Complain("The option " + Quoted(option.name) + " is given twice.");
+            return false;
+        }
+        const auto choices = ChoicesOf(option);
+        if (choices.empty() || std::find(choices.begin(), choices.end(), values.front()) != choices.end()) return true;
+        Complain("The option " + Quoted(option.name) + " takes " + std::string(option.value) + ", not " +
+                 Quoted(values.front()) + ".");
+        return false;
+    }
+
+    [[nodiscard]] bool CheckWords(std::size_t count) const {
+        if (count >= m_command.fewestWords && count <= m_command.mostWords) return true;
+        Complain(std::string(count < m_command.fewestWords ? "Too few" : "Too many") + " words. Usage: qly " +
+                 std::string(m_command.name) + " " + std::string(m_command.synopsis));
+        return false;
+    }
+
+    const Command& m_command;
+    std::vector<const CommandOption*> m_options;
+    CLI::App m_app;
+};
+
+ExitStatus RunCommand(const Command& command, std::vector<std::string> given) {
+    ArgumentParser parser(command);
+    Arguments arguments;
+    if (!parser.Parse(std::move(given), arguments)) return ExitStatus::WrongUsage;
+    if (parser.AsksForHelp()) return Print(HelpOn(command));
+    Session session(command, arguments);
+    if (!session.SetUp()) return ExitStatus::WrongUsage;
+    try {
+        return session.Finish(command.run(session, arguments));
+    } catch (const std::bad_alloc&) {
+        return session.Refuse("There is not enough memory.");
+    }
+}
+
+ExitStatus RunHelp(const std::vector<std::string>& words) {
+    if (words.empty()) return Print(HelpOnAll());
+    if (words.size() > 1) {
+        Complain("Too many words. Usage: qly help COMMAND");
+        return ExitStatus::WrongUsage;
+    }
+    const Command* command = CommandNamed(words.front());
+    return command ? Print(HelpOn(*command)) : UnknownCommand(words.front());
+}
+
+}  // namespace
+
+ExitStatus RunCommandLine(const std::vector<std::string>& arguments) {
+    if (arguments.empty()) {
+        Complain("No command is given. \"qly --help\" lists them.");
+        return ExitStatus::WrongUsage;
+    }
+    const std::string& first = arguments.front();
+    std::vector<std::string> rest(arguments.begin() + 1, arguments.end());
+    if (first == kHelpOption || first == "-h" || first == "help") return RunHelp(rest);
+    if (first == "--version") return Print("qly " QUILLARY_VERSION "\n");
+    if (first.starts_with("-")) return UnknownOption(first, {kHelpOption, "--version"});
+    const Command* command = CommandNamed(first);
+    return command ? RunCommand(*command, std::move(rest)) : UnknownCommand(first);
+}
+
+}  // namespace quillary

@@ -1,0 +1,21 @@
+#include "cli/Output.h"
+
+namespace quillary {
+
+void Output::Grow(std::size_t size) {
+    const std::size_t capacity = std::max({m_size + size, 2 * m_capacity, 2 * kPiece});
+    auto bytes = std::make_unique_for_overwrite<char[]>(capacity);
+    if (m_size > 0) std::memcpy(bytes.get(), m_bytes.get(), m_size);
+    m_bytes = std::move(bytes);
+    m_capacity = capacity;
+}
+
+bool Output::Flush() {
+    if (m_result == WriteResult::Done) {
+        m_result = WriteAll(StandardStream::Output, {m_bytes.get(), m_size}, m_reason);
+    }
+    m_size = 0;
+    return m_result == WriteResult::Done;
+}
+
+}  // namespace quillary

@@ -1,0 +1,42 @@
+#include "cli/Progress.h"
+
+#include <utility>
+
+#include "cli/StandardStreams.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr std::chrono::milliseconds kFirstAfter{500};
+constexpr std::chrono::milliseconds kThenEvery{100};
+
+// Progress that cannot be shown is no failure of the work.
+void WriteQuietly(const std::string& text) {
+    std::string ignored;
+    (void)WriteAll(StandardStream::Error, text, ignored);
+}
+
+}  // namespace
+
+Progress::Progress(std::string doing, std::uint64_t total, bool shown)
+    : m_doing(std::move(doing)),
+      m_total(total),
+      m_shown(shown && total > 0 && IsTerminal(StandardStream::Error)),
+      m_next(std::chrono::steady_clock::now() + kFirstAfter) {}
+
+Progress::~Progress() {
+    if (m_lineLength > 0) WriteQuietly(std::string("\r").append(m_lineLength, ' ').append("\r"));
+}
+
+void Progress::Show(std::uint64_t done) {
+    const auto now = std::chrono::steady_clock::now();
+    if (now < m_next) return;
+    m_next = now + kThenEvery;
+    std::string line("\r");
+    line.append(m_doing).append(" ").append(std::to_string(done * 100 / m_total)).append(" %");
+    m_lineLength = line.size() - 1;
+    WriteQuietly(line);
+}
+
+}  // namespace quillary

@@ -1,0 +1,35 @@
+// Shows on standard error how far long work has come, when somebody looks at it.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <string>
+
+namespace quillary {
+
+class Progress {
+  public:
+    /// `doing` is what is shown, for example "Importing". Nothing is shown when `shown` is false.
+    Progress(std::string doing, std::uint64_t total, bool shown);
+    ~Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+
+    /// Cheap enough to be called for every record.
+    void At(std::uint64_t done) {
+        if (m_shown && ++m_calls % kCallsALook == 0) Show(done);
+    }
+
+  private:
+    static constexpr unsigned kCallsALook = 256;
+    void Show(std::uint64_t done);
+
+    std::string m_doing;
+    std::uint64_t m_total;
+    bool m_shown;
+    unsigned m_calls = 0;
+    std::chrono::steady_clock::time_point m_next;
+    std::size_t m_lineLength = 0;
+};
+
+}  // namespace quillary

@@ -1,0 +1,137 @@
+#include "cli/Session.h"
+
+#include <cstdlib>
+
+#include "cli/Input.h"
+#include "cli/Text.h"
+#include "db/Utf.h"
+#include "platform/posix/CodePages.h"
+#include "platform/posix/PosixLocale.h"
+
+namespace quillary {
+
+void Complain(std::string_view text) {
+    std::string ignored;  // there is nobody left to tell
+    (void)WriteAll(StandardStream::Error, "qly: " + OneLine(text) + "\n", ignored);
+}
+
+bool Session::SetUp() {
+    if (const auto order = m_arguments.Value("--date-order")) {
+        m_givenOrder = *order == "mdy"   ? DateOrder::MonthDayYear
+                       : *order == "dmy" ? DateOrder::DayMonthYear
+                                         : DateOrder::YearMonthDay;
+    }
+    if (const auto name = m_arguments.Value("--code-page")) {
+        m_page = CodePageByName(*name);
+        if (!m_page) {
+            Complain(Quoted(*name) + " is no code page that this system knows and a database can use.");
+            return false;
+        }
+    }
+    return true;
+}
+
+DateOrder Session::UserDateOrder() const { return m_givenOrder ? *m_givenOrder : PosixLocale().Order(); }
+
+ExitStatus Session::Refuse(std::string_view text) const {
+    Complain(text);
+    return m_command.failure;
+}
+
+ExitStatus Session::WrongUsage(std::string_view text) const {
+    Complain(text);
+    return ExitStatus::WrongUsage;
+}
+
+std::optional<std::u16string> Session::Wide(std::string_view argument) const {
+    auto wide = Utf8ToWide(argument);
+    if (!wide) Complain(Quoted(argument) + " is no UTF-8 text.");
+    return wide;
+}
+
+std::optional<std::string> Session::Stored(std::string_view argument, std::string_view place) const {
+    const auto wide = Wide(argument);
+    if (!wide) return std::nullopt;
+    std::u16string unstorable;
+    auto stored = Page().FromWide(*wide, &unstorable);
+    if (!stored) Complain(FormatMessage(Message::UnstorableCharacters, {place, WideToUtf8(unstorable)}));
+    return stored;
+}
+
+bool Session::AskDatabasePassword(const CQuillaryDoc& doc) {
+    std::string password;
+    if (const auto path = m_arguments.Value("--password-file")) {
+        std::string reason;
+        if (!ReadFirstLine(*path, password, reason)) {
+            Complain("The password file " + *path + " cannot be read (" + reason + ").");
+            return false;
+        }
+    } else if (const char* given = std::getenv("QLY_PASSWORD")) {
+        password = given;
+    }
+    const auto wide = Utf8ToWide(password);
+    if (wide && !wide->empty() && doc.CheckDatabasePassword(*wide)) return true;
+    Complain(MessageText(Message::WrongDatabasePassword));
+    return false;
+}
+
+bool Session::Open(CQuillaryDoc& doc, const std::string& path, OpenMode mode) {
+    m_told = {};
+    if (!doc.OpenDatabase(path, mode, *this)) {
+        if (m_told.message == Message::None) return false;  // the password, and that was said
+        std::string text = m_told.text;
+        const std::string& reason = doc.ReaderError().text;
+        if (!reason.empty() && reason != text) text += " (" + reason + ")";
+        Complain(text);
+        return false;
+    }
+    if (doc.Recovery() == RecoveryState::Unrelated) {
+        Complain("There is a recovery copy of " + path +
+                 " from a save that did not end, but the file has changed since. The file is used as it is; opening it "
+                 "in Quillary's window offers the copy.");
+    }
+    return true;
+}
+
+ExitStatus Session::OutputFailed() const { return Refuse("The output cannot be written (" + m_output.Reason() + ")."); }
+
+bool Session::FlushBeforeSaving() {
+    m_output.Flush();
+    return !m_output.HasFailed();  // Finish says why
+}
+
+ExitStatus Session::Save(CQuillaryDoc& doc) {
+    if (doc.IsModified() && doc.ForeignRecordCount() > 0 && !m_arguments.Has("--drop-foreign")) {
+        return Refuse(FormatMessage(Message::ForeignRecords, {std::to_string(doc.ForeignRecordCount())}) +
+                      " Nothing was changed; --drop-foreign gives them up.");
+    }
+    if (!FlushBeforeSaving()) return m_command.failure;
+    Failure failure;
+    return doc.SaveDatabase(failure) ? ExitStatus::Done : Refuse(failure.text);
+}
+
+std::string FieldList(const CQuillaryDoc& doc) {
+    std::string list;
+    for (std::size_t k = 0; k < doc.FieldCount(); ++k) {
+        if (k > 0) list += k + 1 == doc.FieldCount() ? " and " : ", ";
+        list += Quoted(WideToUtf8(doc.FieldName(k)));
+    }
+    return list;
+}
+
+std::optional<std::size_t> Session::FieldNamed(const CQuillaryDoc& doc, std::string_view name) const {
+    const auto wide = Utf8ToWide(name);
+    const auto stored = wide ? doc.Page().FromWide(*wide) : std::nullopt;
+    auto field = stored ? doc.FieldByName(*stored) : std::nullopt;
+    if (!field) {
+        Complain("There is no field " + Quoted(name) + ". The database has " + FieldList(doc) + ".");
+    }
+    return field;
+}
+
+ExitStatus Session::Finish(ExitStatus status) {
+    m_output.Flush();
+    return m_output.HasFailed() ? OutputFailed() : status;
+}
+
+}  // namespace quillary

@@ -1,0 +1,73 @@
+// One run of a command: its streams, its code page, the way it opens and saves databases, and how it says what went
+// wrong.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "cli/Command.h"
+#include "cli/Output.h"
+#include "db/AnsiText.h"
+#include "db/QuillaryDoc.h"
+#include "db/UserLocale.h"
+#include "platform/posix/PosixFileAccess.h"
+
+namespace quillary {
+
+/// Prints one line on standard error.
+void Complain(std::string_view text);
+
+class Session : private Questions {
+  public:
+    Session(const Command& command, const Arguments& arguments) : m_command(command), m_arguments(arguments) {}
+    /// False, with a message, when an option that every command takes has an unknown value.
+    [[nodiscard]] bool SetUp();
+
+    [[nodiscard]] Output& Out() { return m_output; }
+    [[nodiscard]] FileAccess& Files() { return m_files; }
+    [[nodiscard]] const AnsiText& Page() const { return m_page ? *m_page : AnsiText::Windows1252(); }
+    [[nodiscard]] bool ShowsProgress() const { return !m_arguments.Has("--quiet"); }
+    [[nodiscard]] std::optional<DateOrder> GivenDateOrder() const { return m_givenOrder; }
+    /// The one that was given, else the user's.
+    [[nodiscard]] DateOrder UserDateOrder() const;
+
+    /// Says why the command does not do what was asked; the status that it answers.
+    ExitStatus Refuse(std::string_view text) const;
+    ExitStatus WrongUsage(std::string_view text) const;
+
+    /// An argument as UTF-16; nullopt with a message when it is no UTF-8.
+    [[nodiscard]] std::optional<std::u16string> Wide(std::string_view argument) const;
+    /// An argument as it is stored; `place` says in the message what cannot hold its characters.
+    [[nodiscard]] std::optional<std::string> Stored(std::string_view argument, std::string_view place) const;
+
+    /// False with a message when `path` is not opened.
+    [[nodiscard]] bool Open(CQuillaryDoc& doc, const std::string& path, OpenMode mode);
+    /// Writes the collected output, so that a command whose output fails changes nothing. False when it fails.
+    [[nodiscard]] bool FlushBeforeSaving();
+    /// FlushBeforeSaving, then writes `doc`.
+    [[nodiscard]] ExitStatus Save(CQuillaryDoc& doc);
+    /// The field of that name; nullopt with a message that lists the fields.
+    [[nodiscard]] std::optional<std::size_t> FieldNamed(const CQuillaryDoc& doc, std::string_view name) const;
+
+    /// Writes the rest of the output; the status with which the process ends.
+    [[nodiscard]] ExitStatus Finish(ExitStatus status);
+
+  private:
+    void Tell(const Failure& failure) override { m_told = failure; }
+    [[nodiscard]] bool AskDatabasePassword(const CQuillaryDoc& doc) override;
+    [[nodiscard]] ExitStatus OutputFailed() const;
+
+    const Command& m_command;
+    const Arguments& m_arguments;
+    PosixFileAccess m_files;
+    std::optional<AnsiText> m_page;
+    std::optional<DateOrder> m_givenOrder;
+    Output m_output;
+    Failure m_told;
+};
+
+/// "A", "B" and "C": what a message lists.
+[[nodiscard]] std::string FieldList(const CQuillaryDoc& doc);
+
+}  // namespace quillary

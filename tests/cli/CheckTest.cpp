@@ -1,0 +1,235 @@
+#include "cli/Check.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "tests/cli/Qly.h"
+#include "tests/fakes/TestDatabase.h"
+
+namespace quillary {
+
+namespace {
+
+using ::testing::HasSubstr;
+
+ImageParts Clean() {
+    ImageParts parts;
+    parts.AddSchema({"Name", "K", "S"}, {"t", "Lx;y", "I1;1"}, {"80", "120", "0"}, "info", "-5");
+    parts.Add(2, {"Ann", "x", "1"});
+    parts.Add(3, {"Bob"});
+    return parts;
+}
+
+// Where things stand in the image of Clean(): six records.
+constexpr std::size_t kList = 78;
+constexpr std::size_t kBlock = kList + 6 * 8 + 2;
+constexpr std::size_t kDataType = kBlock + 428;
+
+std::string Patched(std::size_t at, const std::string& bytes) {
+    std::string image = Clean().Build();
+    return image.replace(at, bytes.size(), bytes);
+}
+
+std::string WithSchema(const std::vector<std::string>& names, const std::vector<std::string>& types,
+                       const std::vector<std::string>& widths, const std::string& info, const std::string& lock) {
+    ImageParts parts;
+    parts.AddSchema(names, types, widths, info, lock);
+    return parts.Build();
+}
+
+std::string WithRecord(const std::string& bytes, std::uint8_t attributes = 2) {
+    ImageParts parts;
+    parts.AddSchema({"A", "B", "C"}, {"t", "t", "t"}, {"1", "2", "3"});
+    parts.records.push_back({attributes, bytes});
+    return parts.Build();
+}
+
+std::string WithEntries(const std::string& hex) { return WithRecord(FromHex("FF FF FF 01 FF 00" + hex + "00 FF")); }
+
+std::string WithTail(const std::string& firstCondition, const std::string& keys) {
+    ImageParts parts = Clean();
+    parts.tail = firstCondition + std::string(126 - firstCondition.size(), '\0') + FromHex(keys);
+    return parts.Build();
+}
+
+std::string Without(std::size_t record) {
+    ImageParts parts = Clean();
+    parts.records.erase(parts.records.begin() + static_cast<std::ptrdiff_t>(record));
+    return parts.Build();
+}
+
+const std::string kNoKeys = "FF000000 FF000000 FF000000";
+const std::string kText40(40, 'x');
+
+std::string TwentyEntriesInsteadOf(std::size_t count) {
+    ImageParts parts = Clean();
+    std::vector<std::string> widths(count, "80");
+    parts.records[2].bytes = FromHex("FF FF FF 01 FF 00") + Entries(widths) + FromHex("00 FF");
+    return parts.Build();
+}
+
+std::string Foreign(std::uint8_t attributes) {
+    ImageParts parts = Clean();
+    parts.Add(attributes, {"x"});
+    return parts.Build();
+}
+
+std::string Swapped(std::size_t a, std::size_t b) {
+    ImageParts parts = Clean();
+    std::swap(parts.records[a], parts.records[b]);
+    return parts.Build();
+}
+
+struct DepartureCase {
+    const char* why;
+    std::string image;
+    const char* problem;  // a part of exactly one, or "" for none at all
+};
+
+const DepartureCase kDepartures[] = {
+    {"nothing", Clean().Build(), ""},
+    {"format versions below 3 are none", Patched(kBlock + 276, FromHex("00 01")), ""},
+    {"nor are reserved bytes", Patched(kBlock + 284, "abcdef"), ""},
+    {"nor are carried dates and attributes", Patched(32, FromHex("12 34 00 00 AA BB CC DD")), ""},
+    {"nor is the dirty bit", Patched(kList + 4 * 8 + 4, "\x42"), ""},
+    {"nor is a password", Patched(kBlock + 278, FromHex("7F FF FF FF")), ""},
+    {"a header alone cannot be less", "abc", "shorter than a header"},
+    {"a name without an end", Patched(0, std::string(32, 'n')), "name of the database has no end"},
+    {"a version", Patched(34, FromHex("00 01")), "version is 1"},
+    {"a type", Patched(60, "DATA"), "type is \"DATA\""},
+    {"a creator", Patched(64, "abcd"), "creator is \"abcd\""},
+    {"a sort-info block", Patched(56, FromHex("00 00 00 50")), "sort-info"},
+    {"a further record list", Patched(72, FromHex("00 00 00 50")), "further record list"},
+    {"a seed in the other byte order", Patched(68, FromHex("00 00 00 06")), "seed"},
+    {"a newer format version", Patched(kBlock + 276, FromHex("00 04")), "format version is 4"},
+    {"a block outside the file", Patched(52, FromHex("7F FF FF FF")),
+     "application-info block begins at 2147483647, outside"},
+    {"a block inside the list", Patched(52, FromHex("00 00 00 50")), "application-info block begins at 80, inside"},
+    {"a condition on no field", WithTail(kText40.substr(1) + FromHex("00 05 00"), kNoKeys),
+     "condition 1 names no field"},
+    {"a condition without an end", WithTail(kText40 + FromHex("02 00"), kNoKeys),
+     "condition 1 has a text without an end"},
+    {"an operator", WithTail(std::string(40, '\0') + FromHex("02 02"), kNoKeys),
+     "operator that its field's type lacks"},
+    {"a connective", WithTail(std::string(40, '\0') + FromHex("02 40"), kNoKeys), "unknown connective 4"},
+    {"a hole between conditions", WithTail(std::string(82, '\0') + FromHex("02 00"), kNoKeys),
+     "condition 2 stands behind an unused one"},
+    {"a key on no field", WithTail("", "03000000 FF000000 FF000000"), "key 1 names no field"},
+    {"a hole between keys", WithTail("", "FF000000 00000000 FF000000"), "key 2 stands behind an unused one"},
+    {"a direction", WithTail("", "00020000 FF000000 FF000000"), "unknown direction"},
+    {"keys of 5 bytes where they are", WithTail("", "0001000000 0100000000 FF00000000"), ""},
+    {"bytes between block and records", WithTail("", kNoKeys + "0000"), "belong to nothing"},
+    {"no DataType record", Without(0), "no DataType record"},
+    {"no FieldLabels record", Without(1), "no FieldLabels record"},
+    {"no FieldLengths record", Without(2), "no FieldLengths record"},
+    {"no Preferences record", Without(3), "no Preferences record"},
+    {"the schema in another order", Swapped(0, 1), "do not stand in the order"},
+    {"a hidden row before a shown one", Swapped(4, 5), "do not stand in the order"},
+    {"other unique IDs", Patched(kList + 3 * 8 + 5, FromHex("00 00 09")), "unique IDs"},
+    {"an unknown type", WithSchema({"A"}, {"X1"}, {"80"}, "", "0"), "type \"X1\" of field 1 is unknown"},
+    {"a sequence without its increment", WithSchema({"A"}, {"I5"}, {"80"}, "", "0"), "type \"I5\""},
+    {"a filler type", WithSchema({"A"}, {"t", "F"}, {"80"}, "", "0"), "type \"F\" of field 2"},
+    {"a width that is no number", WithSchema({"A"}, {"t"}, {"8x"}, "", "0"), "width \"8x\" of field 1"},
+    {"a filler width", WithSchema({"A"}, {"t"}, {"80", "81"}, "", "0"), "width \"81\" of field 2"},
+    {"a name behind the end of the table", WithSchema({"A", "", "C"}, {"t"}, {"80"}, "", "0"), "name \"C\""},
+    {"a lock that is no number", WithSchema({"A"}, {"t"}, {"80"}, "", "x"), "lock of the info text is no number"},
+    {"an info text that hides its lock", WithSchema({"A"}, {"t"}, {"80"}, "\x01", "0"),
+     "byte 1 in entry 0 hides entry 1"},
+    {"19 entries", TwentyEntriesInsteadOf(19), "19 entries instead of 20"},
+    {"another category", Foreign(7), "Record 7 is of another program"},
+    {"a deleted row", Foreign(0x82), "Record 7 is of another program"},
+    {"the unfiled category", Foreign(0x40), "Record 7 is of another program"},
+    {"no record header", WithRecord(FromHex("00 00 00 00 00 00 00 00 41 00 FF")), "begin with a record header"},
+    {"no end mark", WithRecord(FromHex("FF FF FF 01 FF 00 00 00 41")), "no end mark"},
+    {"FF in a text", WithRecord(FromHex("FF FF FF 01 FF 00 00 00 41 FF")), "ends at a byte FF inside a text"},
+    {"bytes behind the end mark", WithEntries("00 00 41 00 FF 00 00"), "4 bytes behind its end mark"},
+    {"a record that cannot be walked", WithEntries("41 00 00 41"), "cannot be walked"},
+    {"an entry number without its text's end", WithEntries("00 00 41 00 01 42 00"), "cannot be walked"},
+    {"entries out of order", WithEntries("00 01 41 00 00 42"), "stands behind entry 1"},
+    {"an entry twice", WithEntries("00 00 41 00 00 42"), "Entry 0 of the data record is there twice"},
+    {"an entry of no field", WithEntries("00 00 41 00 03 42"), "Entry 3 of the data record belongs to no field"},
+    {"a text that hides a later field", WithEntries("00 00 41 02 00 02 42"),
+     "byte 2 in the field \"A\" hides the field \"C\""},
+    {"a byte that equals the number of an earlier field", WithEntries("00 00 41 00 02 01"), ""},
+    {"a byte that equals no field", WithEntries("00 00 03 0A"), ""},
+    {"a list that the file cuts off", Clean().Build().substr(0, 100), "file ends inside its record list"},
+};
+
+TEST(Check, FindsEachDepartureAndNothingElse) {
+    for (const DepartureCase& c : kDepartures) {
+        const auto found = CheckImage(c.image);
+        const bool isClean = *c.problem == '\0';
+        std::string all;
+        int matching = 0;
+        for (const Departure& departure : found) {
+            all += departure.problem + "\n";
+            matching += departure.problem.find(c.problem) != std::string::npos ? 1 : 0;
+        }
+        EXPECT_EQ(isClean ? 0 : 1, isClean ? static_cast<int>(found.size()) : matching) << c.why << "\n" << all;
+    }
+}
+
+TEST(Check, OffsetsThatMakeNoSense) {
+    struct Case {
+        const char* why;
+        const char* hex;  // the offset of the first row
+        const char* problem;
+    };
+    const Case kCases[] = {
+        {"beyond the end", "7F FF FF FF", "outside the file"},
+        {"before its predecessor", "00 00 02 30", "before the record ahead of it"},
+        {"inside the list", "00 00 00 50", "before the record ahead of it"},
+    };
+    for (const Case& c : kCases) {
+        const auto found = CheckImage(Patched(kList + 4 * 8, FromHex(c.hex)));
+        const auto isIt = [&c](const Departure& departure) {
+            return departure.offset == kList + 4 * 8 && departure.problem.find(c.problem) != std::string::npos;
+        };
+        EXPECT_EQ(1, std::count_if(found.begin(), found.end(), isIt)) << c.why;
+    }
+    const auto inList = CheckImage(Patched(kList, FromHex("00 00 00 50")));
+    EXPECT_THAT(inList.front().problem, HasSubstr("inside the record list"));
+}
+
+TEST(Check, SaysWhere) {
+    const auto found = CheckImage(Patched(kDataType + 8, "q"));
+    ASSERT_EQ(1u, found.size());
+    EXPECT_EQ(kDataType + 8, found[0].offset);
+}
+
+// Records that overlap could make a small file hours of work and gigabytes of messages.
+TEST(Check, ComesToAnEndWithAHostileFile) {
+    ImageParts parts;
+    parts.AddSchema({"A"}, {"t"});
+    for (int i = 0; i < 60'000; ++i) parts.records.push_back({2, "x"});
+    std::string image = parts.Build();
+    for (std::size_t i = 4; i < 60'004; ++i) {
+        const bool high = i % 2 == 0;
+        image.replace(kList + i * 8, 4, high ? std::string("\0\x08\0\0", 4) : std::string("\0\x01\0\0", 4));
+    }
+    const auto found = CheckImage(image);
+    EXPECT_EQ(10'001u, found.size());
+    EXPECT_THAT(found.back().problem, HasSubstr("more departures"));
+}
+
+class CheckCommand : public QlyTest {};
+
+TEST_F(CheckCommand, PrintsLinesOrJson) {
+    Write("good.pdb", Clean().Build());
+    EXPECT_EQ("", Output({"check", "good.pdb"}));
+    EXPECT_EQ("[]\n", Output({"check", "good.pdb", "--json"}));
+    Write("bad.pdb", Patched(60, "\"\\\n\x01"));
+    const QlyResult lines = Qly({"check", "bad.pdb"});
+    EXPECT_EQ(1, lines.status);
+    EXPECT_EQ("60: The type is \"\"\\ ?\", not \"Qly1\"\n", lines.out);
+    const QlyResult json = Qly({"check", "bad.pdb", "--json"});
+    EXPECT_EQ(1, json.status);
+    EXPECT_EQ(nlohmann::json::parse(R"([{"offset": 60, "problem": "The type is \"\"\\ ?\", not \"Qly1\""}])"),
+              nlohmann::json::parse(json.out));
+}
+
+}  // namespace
+
+}  // namespace quillary

@@ -1,0 +1,58 @@
+// Runs the real qly as a process, in a folder of its own that is also its home.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace quillary {
+
+struct QlyResult {
+    int status = -1;  // 128 + the signal for one that was killed
+    std::string out;
+    std::string err;
+};
+
+/// What a process gets besides its arguments.
+struct QlySurroundings {
+    std::string input = {};
+    std::map<std::string, std::string> environment = {};
+    std::string output = {};  // a device instead of a file; "-" closes standard output, "|" is a pipe that nobody reads
+};
+
+/// A row of a table of calls: what is given, and what comes of it.
+struct Call {
+    const char* why;
+    std::vector<std::string> arguments;
+    int status;
+    std::string message;  // a part of the one line on standard error; empty: there is none
+    std::string output = {};
+    std::string input = {};
+};
+
+class QlyTest : public ::testing::Test {
+  protected:
+    QlyTest();
+    ~QlyTest() override;
+
+    QlyResult Qly(const std::vector<std::string>& arguments, const QlySurroundings& surroundings = {});
+    /// The output of a call that must succeed.
+    std::string Output(const std::vector<std::string>& arguments, const QlySurroundings& surroundings = {});
+
+    /// Makes each call, with `prefix` ahead of its arguments, and looks at everything that it leaves.
+    void Expect(const std::vector<std::string>& prefix, const std::vector<Call>& calls);
+
+    void Write(const std::string& name, const std::string& bytes);
+    [[nodiscard]] std::string Read(const std::string& name) const;
+    [[nodiscard]] bool Exists(const std::string& name) const;
+    [[nodiscard]] std::string PathOf(const std::string& name) const { return m_folder + "/" + name; }
+    /// The files that the test or qly put into the folder, with what they hold.
+    [[nodiscard]] std::map<std::string, std::string> Files() const;
+
+  private:
+    std::string m_folder;
+};
+
+}  // namespace quillary

@@ -1,0 +1,205 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/cli/Qly.h"
+#include "tests/fakes/TestDatabase.h"
+
+namespace quillary {
+
+namespace {
+
+using ::testing::HasSubstr;
+using Json = nlohmann::json;
+
+class ReadingCommands : public QlyTest {
+  protected:
+    void SetUp() override {
+        ImageParts parts;
+        parts.name = "Caf\xE9";
+        parts.AddSchema({"Name", "Due", "At", "Done", "Tel"}, {"t", "D!", "d", "B", "P"}, {"120", "-5"},
+                        "Hello\r\n\"x\"");
+        parts.Add(2, {"Ann, \"A\"", "36500", "37859", "ja", "5551234"});
+        parts.Add(0x42, {"Bj\xF8rn\nx", "", "", "", ""});
+        parts.Add(2, {"50%d \\\t|"});
+        parts.Add(3, {"\x81\x85 hid", "-1", "0", "no", "call 5"});
+        Write("t.pdb", parts.Build());
+    }
+};
+
+struct ListCase {
+    const char* why;
+    std::vector<std::string> options;
+    std::string output;
+};
+
+const ListCase kLists[] = {
+    {"display texts; a missing entry is empty",
+     {},
+     "Name,Due,At,Done,Tel\r\n"
+     "\"Ann, \"\"A\"\"\",12/07/2003,10:30 am,true,555-1234\r\n"
+     "\"Bjørn\r\nx\",No Date,No Time,false,\r\n"
+     "50%d \\\t|,,,,\r\n"},
+    {"ISO dates and times, none is empty",
+     {"--iso", "--records", "all"},
+     "Name,Due,At,Done,Tel\r\n"
+     "\"Ann, \"\"A\"\"\",2003-12-07,10:30:59,true,555-1234\r\n"
+     "\"Bjørn\r\nx\",,,false,\r\n"
+     "50%d \\\t|,,,,\r\n"
+     "\xC2\x81… hid,1903-12-31,00:00:00,false,call 5\r\n"},
+    {"stored texts",
+     {"--stored", "--format", "tsv"},
+     "Name\tDue\tAt\tDone\tTel\n"
+     "Ann, \"A\"\t36500\t37859\tja\t5551234\n"
+     "Bjørn\\nx\t\t\t\t\n"
+     "50%d \\\\\\t|\t\t\t\t\n"},
+    {"cells: first lines, directives expanded, rows from 0",
+     {"--cells", "--format", "tsv"},
+     "Name\tDue\tAt\tDone\tTel\n"
+     "Ann, \"A\"\t12/07/2003\t10:30 am\ttrue\t555-1234\n"
+     "Bjørn\tNo Date\tNo Time\tfalse\t\n"
+     "502 \\\\\\t|\t\t\t\t\n"},
+    {"JSON with a missing entry as null",
+     {"--stored", "--format", "json"},
+     "{\"fields\": [\"Name\", \"Due\", \"At\", \"Done\", \"Tel\"], \"records\": [\n"
+     "[\"Ann, \\\"A\\\"\", \"36500\", \"37859\", \"ja\", \"5551234\"],\n"
+     "[\"Bjørn\\nx\", \"\", \"\", \"\", \"\"],\n"
+     "[\"50%d \\\\\\t|\", null, null, null, null]\n"
+     "]}\n"},
+    {"JSON lines, hidden records alone",
+     {"--format", "jsonl", "--records", "hidden"},
+     "[\"\xC2\x81… hid\", \"12/31/1903\", \"12:00 am\", \"false\", \"call 5\"]\n"},
+    {"another code page, without a character for a byte",
+     {"--code-page", "windows-1253", "--records", "hidden"},
+     "Name,Due,At,Done,Tel\r\n\xEF\xBF\xBD… hid,12/31/1903,12:00 am,false,call 5\r\n"},
+    {"another page's letters",
+     {"--code-page", "windows-1251", "--format", "jsonl", "--stored"},
+     "[\"Ann, \\\"A\\\"\", \"36500\", \"37859\", \"ja\", \"5551234\"]\n"
+     "[\"Bjшrn\\nx\", \"\", \"\", \"\", \"\"]\n"
+     "[\"50%d \\\\\\t|\", null, null, null, null]\n"},
+};
+
+TEST_F(ReadingCommands, List) {
+    for (const ListCase& c : kLists) {
+        std::vector<std::string> arguments = {"list", "t.pdb"};
+        arguments.insert(arguments.end(), c.options.begin(), c.options.end());
+        EXPECT_EQ(c.output, Output(arguments)) << c.why;
+    }
+}
+
+// Values of every length around the words that they are copied in, with one byte that needs care in every place.
+TEST_F(ReadingCommands, ListCopiesEveryByteOfEveryLength) {
+    ImageParts parts;
+    parts.AddSchema({"Text"}, {"t"});
+    std::string expected;
+    for (std::size_t size = 0; size < 20; ++size) {
+        for (const char* special : {"", ",", "\"", "\xE9", "\x7F", "\x1F", " "}) {
+            for (std::size_t at = 0; at < (*special ? size : 1); ++at) {
+                std::string text = std::string("abcdefghijklmnopqrst").substr(0, size);
+                if (*special) text[at] = *special;
+                parts.Add(2, {text});
+                if (*special == '\xE9') text.replace(at, 1, "é");
+                if (*special == '"') text.insert(at, "\"");
+                const bool quoted = *special == ',' || *special == '"';
+                expected += (quoted ? "\"" + text + "\"" : text) + "\r\n";
+            }
+        }
+    }
+    Write("lengths.pdb", parts.Build());
+    EXPECT_EQ("Text\r\n" + expected, Output({"list", "lengths.pdb"}));
+}
+
+TEST_F(ReadingCommands, Find) {
+    Expect({"find", "t.pdb"}, {
+                                  {"the first row, case ignored", {"BJØRN"}, 0, "", "2\n", ""},
+                                  {"in the shown text, not the stored one", {"36500"}, 1, "", "", ""},
+                                  {"in the first line alone", {"x"}, 1, "", "", ""},
+                                  {"never a hidden record", {"hid"}, 1, "", "", ""},
+                                  {"every row", {"n", "--all"}, 0, "", "1\n2\n", ""},
+                                  {"in one field", {"no", "--all", "--field", "At"}, 0, "", "2\n", ""},
+                                  {"behind a row", {"n", "--after", "1"}, 0, "", "2\n", ""},
+                                  {"behind the last one", {"", "--after", "3"}, 1, "", "", ""},
+                                  {"far behind the last one", {"", "--after", "99999999999999999999"}, 1, "", "", ""},
+                                  {"an empty text is everywhere", {"", "--all"}, 0, "", "1\n2\n3\n", ""},
+                                  {"a character that no stored text can hold", {"ж"}, 1, "", "", ""},
+                              });
+}
+
+TEST_F(ReadingCommands, InfoAsJson) {
+    const Json info = Json::parse(Output({"info", "t.pdb", "--json"}));
+    EXPECT_EQ(Json::parse(R"({"name": "Café", "formatVersion": 3, "locked": false, "longDates": false,
+        "editOnSelect": false, "shown": 3, "hidden": 1, "infoText": "Hello\r\n\"x\"", "infoLocked": false,
+        "fields": [{"name": "Name", "type": "text", "width": 120, "options": {"capitalize": false}},
+                   {"name": "Due", "type": "date", "width": -5, "options": {"today": true}},
+                   {"name": "At", "type": "time", "width": 80, "options": {"now": false}},
+                   {"name": "Done", "type": "checkbox", "width": 80, "options": {"checked": false}},
+                   {"name": "Tel", "type": "phone", "width": 80, "options": {}}],
+        "sort": [], "filter": {"combine": "and", "conditions": []}})"),
+              info);
+}
+
+TEST_F(ReadingCommands, InfoAboutFilterAndSortKeys) {
+    const auto condition = [](const std::string& text, char selector, char codes) {
+        return text + std::string(40 - text.size(), '\0') + selector + codes;
+    };
+    struct Case {
+        const char* why;
+        std::string conditions;
+        const char* json;
+        const char* text;
+    };
+    const Case kCases[] = {
+        {"one condition is never joined by or", condition("36500", 3, '\x82') + std::string(84, '\0'),
+         R"({"combine": "and", "conditions": [{"field": "Due", "operator": "is before", "value": "36500"}]})",
+         "Due is before \"12/07/2003\""},
+        {"two are; one on all fields, one with an operator that its type lacks",
+         condition("x", 1, '\x81') + condition("T", 5, 3) + std::string(42, '\0'),
+         R"({"combine": "or", "conditions": [{"field": null, "operator": "contains", "value": "x"},
+                                             {"field": "Done", "operator": null, "value": "T"}]})",
+         "Done (unknown operator) \"true\""},
+    };
+    for (const Case& c : kCases) {
+        ImageParts parts;
+        parts.AddSchema({"Name", "Due", "At", "Done"}, {"t", "D", "d", "B"});
+        parts.tail = c.conditions + FromHex("01 01 00 00  00 00 00 00  FF 00 00 00");
+        Write("f.pdb", parts.Build());
+        const Json info = Json::parse(Output({"info", "f.pdb", "--json"}));
+        EXPECT_EQ(Json::parse(c.json), info["filter"]) << c.why;
+        EXPECT_EQ(Json::parse(R"([{"field": "Due", "descending": true}, {"field": "Name", "descending": false}])"),
+                  info["sort"]);
+        EXPECT_THAT(Output({"info", "f.pdb"}), HasSubstr(c.text)) << c.why;
+    }
+}
+
+TEST_F(ReadingCommands, FieldsSayWhereTheyStand) {
+    ImageParts parts;
+    parts.AddSchema({"N", "K", "S"}, {"F", "La;;\xE9", "I-3;7"}, {"80", "0", "4097"});
+    Write("f.pdb", parts.Build());
+    EXPECT_EQ(Json::parse(R"([{"name": "N", "type": "number", "width": 80, "from": 0, "options": {}},
+                        {"name": "K", "type": "list", "width": 0, "from": 1, "options": {"items": ["a", "", "é"]}},
+                        {"name": "S", "type": "sequence", "width": 4097, "from": 2,
+                         "options": {"first": -3, "increment": 7}}])"),
+              Json::parse(Output({"fields", "f.pdb"})));
+}
+
+TEST_F(ReadingCommands, Hash) {
+    const auto hash = [this](const char* option, const std::string& input) {
+        return Output({"hash", option}, {input, {}, {}});
+    };
+    // By hand: one byte c gives seed x multiplier - c x subtrahend + c, modulo 2^32.
+    EXPECT_EQ("184150549\n", hash("--database", "a\n"));
+    EXPECT_EQ("494665641\n", hash("--lock", "a\r\nb"));
+    EXPECT_EQ("0\n", hash("--lock", "\nx"));
+    EXPECT_EQ("0\n", hash("--database", ""));
+    EXPECT_NE(hash("--database", "a"), hash("--database", "a "));
+}
+
+TEST_F(ReadingCommands, LeaveTheFileAlone) {
+    const auto before = Files();
+    for (const char* command : {"info", "list", "fields", "check", "options"}) (void)Qly({command, "t.pdb"});
+    EXPECT_EQ(before, Files());
+}
+
+}  // namespace
+
+}  // namespace quillary

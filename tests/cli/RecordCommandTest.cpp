@@ -1,0 +1,182 @@
+#include <gmock/gmock.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/cli/Qly.h"
+#include "tests/fakes/TestDatabase.h"
+
+namespace quillary {
+
+namespace {
+
+using ::testing::HasSubstr;
+using Json = nlohmann::json;
+
+class RecordCommand : public QlyTest {
+  protected:
+    void SetUp() override {
+        ImageParts parts;
+        parts.AddSchema({"Name", "No", "Ok", "Due", "At", "Kind", "a=b", "a"},
+                        {"t", "I7;2", "B!", "D", "d!", "Lx;y z", "P", "F"});
+        parts.Add(2, {"Ann", "1", "ja", "36500", "0", "gone", "555 12 34", "12x"});
+        parts.records.push_back(
+            {2, FromHex("FF FF FF 01 FF 00  00 00 42  00 09 7A  00 FF")});  // no entry but 0, and one too many
+        Write("t.pdb", parts.Build());
+        m_before = Read("t.pdb");
+    }
+    std::string Stored() { return Output({"list", "t.pdb", "--stored", "--format", "jsonl"}); }
+
+    std::string m_before;
+};
+
+TEST_F(RecordCommand, Refuses) {
+    Expect({"record", "t.pdb", "--"},
+           {
+               {"an unknown verb", {"ad", "Name=x"}, 2, "\"add\"?"},
+               {"no row", {"set"}, 2, "ROW"},
+               {"a row that is no number", {"delete", "x"}, 2, "\"x\""},
+               {"nothing to set", {"set", "1"}, 2, "FIELD=VALUE"},
+               {"a word that is no value", {"add", "Name"}, 2, "\"Name\" is no FIELD=VALUE"},
+               {"values where none belong", {"delete", "1", "Name=x"}, 2, "Too many words"},
+               {"row 0", {"delete", "0"}, 1, "no row 0; 2 records"},
+               {"a row behind the last", {"duplicate", "3"}, 1, "no row 3"},
+               {"a row before the first", {"set", "-1", "Name=x"}, 1, "no row -1"},
+               {"an unknown field",
+                {"add", "name=x"},
+                1,
+                "\"Name\", \"No\", \"Ok\", \"Due\", \"At\", \"Kind\", \"a=b\" and \"a\""},
+               {"a field twice", {"add", "Name=x", "Name=y"}, 1, "given twice"},
+               {"no number", {"add", "a=1,5"}, 1, "\"1,5\" is no number (field \"a\")"},
+               {"no whole number", {"add", "No=1.5"}, 1, "is no number"},
+               {"no check box", {"set", "1", "Ok=perhaps"}, 1, "neither true nor false"},
+               {"a count of days", {"set", "1", "Due=36500"}, 1, "is no date"},
+               {"a time of no day", {"set", "1", "At=25:00"}, 1, "is no time"},
+               {"no item", {"set", "1", "Kind=X"}, 1, "no item of the list"},
+               {"an item that another record has left over", {"set", "2", "Kind=gone"}, 1, "no item of the list"},
+               {"a character that the page lacks", {"add", "Name=ж"}, 1, "cannot be stored in \"Name\": ж"},
+               {"a byte that hides a later field",
+                {"set", "1", "Name=x\x03y"},
+                1,
+                "A control character in \"Name\" would hide the field \"Due\"."},
+               {"no UTF-8", {"add", "Name=\xE9"}, 1, "UTF-8"},
+           });
+}
+
+TEST_F(RecordCommand, SettingWhatAValueReadsAsWritesNothing) {
+    for (const char* value :
+         {"Name=Ann", "Ok=yes", "Ok=true", "Due=2003-12-07", "Due=12/07/2003", "Due=December 07, 2003", "At=0:00",
+          "At=12:00 am", "Kind=gone", "a=b=555-1234", "a=b=(555)1234", "a=12x"}) {
+        EXPECT_EQ("", Output({"record", "t.pdb", "set", "1", value})) << value;
+        EXPECT_EQ(m_before, Read("t.pdb")) << value;
+    }
+    for (const char* value : {"Due=", "Due=No Date", "Kind=", "a="}) {
+        EXPECT_EQ("", Output({"record", "t.pdb", "set", "2", value}));
+        EXPECT_EQ(m_before, Read("t.pdb")) << value;
+    }
+}
+
+TEST_F(RecordCommand, SetKeepsEveryOtherEntryByteForByte) {
+    EXPECT_EQ("", Output({"record", "t.pdb", "set", "1", "a=b=call me", "Due=7/3/2004", "--date-order", "dmy",
+                          "At=1:30 PM", "a=-.5"}));
+    EXPECT_EQ("", Output({"record", "t.pdb", "set", "2", "Due=March 7, 2004", "Ok=0"}));
+    EXPECT_EQ(
+        "[\"Ann\", \"1\", \"ja\", \"36591\", \"48600\", \"gone\", \"call me\", \"-.5\"]\n"
+        "[\"B\", null, \"false\", \"36591\", null, null, null, null]\n",
+        Stored());
+    EXPECT_THAT(Read("t.pdb"), HasSubstr(FromHex("00 00 42  00 02 66616C7365  00 03 3336353931  00 09 7A  00 FF")));
+}
+
+TEST_F(RecordCommand, AddTakesWhatANewRecordHas) {
+    EXPECT_EQ("", Output({"record", "t.pdb", "add"}));
+    EXPECT_EQ("", Output({"record", "t.pdb", "add", "No=100", "Ok=no", "At=", "Name=[x,y]", "a=1"}));
+    const std::string rows = Stored();
+    EXPECT_THAT(rows, ::testing::ContainsRegex("\\[\"\", \"7\", \"true\", \"\", \"[0-9]+\", \"\", \"\", \"\"\\]"));
+    EXPECT_THAT(rows, HasSubstr("[\"[x,y]\", \"100\", \"false\", \"\", \"\", \"\", \"\", \"1\"]"));
+    EXPECT_EQ(11, Json::parse(Output({"fields", "t.pdb"}))[1]["options"]["first"]) << "two steps, whatever was typed";
+    EXPECT_THAT(Qly({"check", "t.pdb"}).out, HasSubstr("Entry 9"));  // the one that was there before, and nothing else
+}
+
+TEST_F(RecordCommand, DeleteAndDuplicateThenSort) {
+    EXPECT_EQ("", Output({"record", "t.pdb", "duplicate", "1"}));
+    EXPECT_EQ("1\n3\n", Output({"find", "t.pdb", "gone", "--all"}));
+    EXPECT_EQ(7, Json::parse(Output({"fields", "t.pdb"}))[1]["options"]["first"]);
+    EXPECT_EQ("", Output({"record", "t.pdb", "delete", "1"}));
+    EXPECT_EQ("2\n", Output({"find", "t.pdb", "gone", "--all"}));
+
+    ImageParts parts;
+    parts.AddSchema({"Name"}, {"t"});
+    parts.tail = std::string(126, '\0') + FromHex("00010000 FF000000 FF000000");  // descending
+    for (const char* name : {"c", "b", "a"}) parts.Add(2, {name});
+    parts.Add(3, {"d"});
+    Write("s.pdb", parts.Build());
+    EXPECT_EQ("", Output({"record", "s.pdb", "add", "Name=bb"}));
+    EXPECT_EQ("", Output({"record", "s.pdb", "set", "1", "Name=0"}));
+    EXPECT_EQ("Name\r\nbb\r\nb\r\na\r\n0\r\n", Output({"list", "s.pdb"}));
+    EXPECT_EQ("Name\r\nd\r\n", Output({"list", "s.pdb", "--records", "hidden"}));
+    EXPECT_EQ("", Output({"check", "s.pdb"}));
+}
+
+class NewAndOptions : public QlyTest {};
+
+TEST_F(NewAndOptions, MakesWhatWasAskedFor) {
+    EXPECT_EQ("", Output({"new", "n.pdb", "--name", " Zoë's ", "--field", "S:sequence:-5;3", "--field", "L:list:x;é;",
+                          "--field", "C:checkbox:checked", "--field", "T:text:capitalize", "--field", "T:e-mail"}));
+    EXPECT_EQ("", Output({"check", "n.pdb"}));
+    const Json info = Json::parse(Output({"info", "n.pdb", "--json"}));
+    EXPECT_EQ("Zoë's", info["name"]);
+    EXPECT_EQ(Json::parse(R"([
+        {"name": "S", "type": "sequence", "width": 80, "options": {"first": -5, "increment": 3}},
+        {"name": "L", "type": "list", "width": 80, "options": {"items": ["x", "é", ""]}},
+        {"name": "C", "type": "checkbox", "width": 80, "options": {"checked": true}},
+        {"name": "T", "type": "text", "width": 80, "options": {"capitalize": true}},
+        {"name": "T", "type": "e-mail", "width": 80, "options": {}}])"),
+              info["fields"]);
+}
+
+TEST_F(NewAndOptions, Refuses) {
+    Write("there.pdb", "whatever");
+    const std::string unstorable = "These characters cannot be stored";
+    Expect({"new", "--field", "A:text"},
+           {
+               {"a file that is there", {"there.pdb", "--name", "N"}, 1, "A database with this name already exists"},
+               {"a folder that is not there", {"no/n.pdb", "--name", "N"}, 1, "Unable to open file for writing."},
+               {"no name", {"n.pdb"}, 2, "--name"},
+               {"a name that is too long", {"n.pdb", "--name", "12345678901234567890123456789"}, 1, "28"},
+               {"a name that the page lacks", {"n.pdb", "--name", "ж"}, 1, unstorable},
+               {"an impossible one", {"n.pdb", "--name", "a/b"}, 1, "\"a/b\" cannot be the name"},
+               {"one of blanks", {"n.pdb", "--name", "  "}, 1, "You must provide a database name"},
+           });
+    Expect({"new", "n.pdb", "--name", "N"}, {{"no field", {}, 2, "--field"}});
+    Expect({"new", "n.pdb", "--name", "N", "--field"},
+           {
+               {"a field's name that the page lacks", {"ж:text"}, 1, unstorable},
+               {"an item that the page lacks", {"A:list:x;ж"}, 1, unstorable},
+               {"a blank field", {" :text"}, 1, "The blank field must have a name."},
+               {"a control character in an item", {"A:list:x\ny"}, 1, "control character"},
+               {"a type in capitals", {"A:Text"}, 2, "\"text\"?"},
+               {"no type", {"A"}, 2, "NAME:TYPE"},
+               {"an option for a type without any", {"A:number:1"}, 2, "no options"},
+               {"an option of another type", {"A:date:now"}, 2, "no option \"now\""},
+               {"no number for a sequence", {"A:sequence:x"}, 2, "\"x\" is no whole number"},
+               {"more than 32 bits", {"A:sequence:1;2147483648"}, 2, "\"2147483648\""},
+               {"three numbers for a sequence", {"A:sequence:1;2;3"}, 2, "increment"},
+           });
+}
+
+TEST_F(NewAndOptions, SetsOptions) {
+    Output({"new", "o.pdb", "--name", "O", "--field", "A:date"});
+    Output({"record", "o.pdb", "add", "A=2004-03-07"});
+    EXPECT_EQ("long-dates off\nedit-on-select off\n", Output({"options", "o.pdb"}));
+    const std::string before = Read("o.pdb");
+    EXPECT_EQ("", Output({"options", "o.pdb", "--long-dates", "on"}));
+    EXPECT_EQ("long-dates on\nedit-on-select off\n", Output({"options", "o.pdb"}));
+    EXPECT_EQ("A\r\n\"March 07, 2004\"\r\n", Output({"list", "o.pdb"}));
+    EXPECT_EQ("", Output({"options", "o.pdb", "--edit-on-select", "on", "--long-dates=off"}));
+    EXPECT_EQ("long-dates off\nedit-on-select on\n", Output({"options", "o.pdb"}));
+    EXPECT_EQ("", Output({"options", "o.pdb", "--edit-on-select", "off"}));
+    EXPECT_EQ(before, Read("o.pdb"));
+}
+
+}  // namespace
+
+}  // namespace quillary

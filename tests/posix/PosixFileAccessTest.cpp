@@ -1,0 +1,286 @@
+#include "platform/posix/PosixFileAccess.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "db/Layout.h"
+#include "db/Saving.h"
+#include "tests/posix/TestFolder.h"
+
+namespace quillary {
+namespace {
+
+using Kind = FileError::Kind;
+using std::chrono::milliseconds;
+
+// Runs `test` in a process of its own, without the rights that root has over everyone's files; true when it says so.
+template <class Test>
+bool AsOrdinaryUser(Test test) {
+    const pid_t child = fork();
+    if (child == 0) {
+        const bool dropped = geteuid() != 0 || (setgid(65534) == 0 && setuid(65534) == 0);
+        _exit(dropped && test() ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+class PosixFiles : public testing::Test {
+  protected:
+    TestFolder m_folder;
+    PosixFileAccess m_files{m_folder / "state", milliseconds(20)};
+
+    Kind OpenError(const Path& path, LockKind lock) {
+        FileError error;
+        EXPECT_FALSE(m_files.Open(path, lock, error)) << path;
+        return error.kind;
+    }
+    bool Save(const Path& path, std::string_view bytes, LoadedFile& read, Failure& failure) {
+        const Image image(bytes);
+        RewriteRequest request;
+        request.path = path;
+        request.oldImage = read.image;
+        request.oldStamp = read.stamp;
+        request.newImage = &image;
+        const auto save = RewriteDatabaseFile(m_files, request, read.stamp, failure);
+        if (!save || !save->Finish(failure)) return false;
+        read.image = std::make_shared<const Image>(bytes);
+        return true;
+    }
+    LoadedFile Load(const Path& path) {
+        LoadedFile loaded;
+        FileError error;
+        EXPECT_TRUE(LoadDatabaseFile(m_files, path, LoadMode::Read, nullptr, loaded, error)) << error.reason;
+        return loaded;
+    }
+};
+
+TEST_F(PosixFiles, OnlyRegularFilesOpen) {
+    mkfifo((m_folder / "pipe").c_str(), 0600);
+    std::filesystem::create_directory(m_folder / "folder");
+    std::filesystem::create_symlink("folder", m_folder / "link to folder");
+    for (const LockKind lock : {LockKind::Shared, LockKind::Exclusive}) {
+        EXPECT_EQ(OpenError(m_folder / "absent", lock), Kind::NotFound);
+        EXPECT_EQ(OpenError(m_folder / "pipe", lock), Kind::NotAFile);
+        EXPECT_EQ(OpenError(m_folder / "folder", lock), Kind::NotAFile);
+        EXPECT_EQ(OpenError(m_folder / "link to folder", lock), Kind::NotAFile);
+        EXPECT_EQ(OpenError("/dev/null", lock), Kind::NotAFile);
+    }
+    FileError error;
+    EXPECT_FALSE(m_files.Create(m_folder / "pipe", error));
+    EXPECT_EQ(error.kind, Kind::Exists);
+    EXPECT_FALSE(m_files.Create(m_folder / "absent/file", error));
+    EXPECT_EQ(error.kind, Kind::NotFound);
+    EXPECT_EQ(Load(m_folder.Write("empty", "")).image->Size(), 0u);
+}
+
+TEST_F(PosixFiles, RightsDecideWhatCanBeReadAndWritten) {
+    const Path secret = m_folder.Write("secret", "x");
+    const Path readOnly = m_folder.Write("read only", "x");
+    const Path writable = m_folder.Write("writable", "x");
+    const Path inClosedFolder = m_folder.Write("closed/file", "x");
+    chmod(m_folder.Root().c_str(), 0777);
+    chmod(secret.c_str(), 0);
+    chmod(readOnly.c_str(), 0444);
+    chmod(writable.c_str(), 0666);
+    chmod(inClosedFolder.c_str(), 0666);
+    chmod((m_folder / "closed").c_str(), 0555);
+    EXPECT_TRUE(AsOrdinaryUser([&] {
+        FileError error;
+        return !m_files.Open(secret, LockKind::Shared, error) && error.kind == Kind::Denied &&
+               !m_files.CanRead(secret) && m_files.CanRead(readOnly) && !m_files.CanWrite(readOnly) &&
+               !m_files.CanWrite(inClosedFolder) && !m_files.Open(readOnly, LockKind::Exclusive, error) &&
+               error.kind == Kind::Denied && m_files.CanWrite(writable);
+    }));
+    chmod((m_folder / "closed").c_str(), 0755);
+}
+
+TEST_F(PosixFiles, AClosedStateFolderIsInNoReadersWay) {
+    const Path path = m_folder.Write("db.pdb", "x");
+    chmod(m_folder.Root().c_str(), 0755);
+    std::filesystem::create_directories(m_files.RecoveryPath(path).parent_path());
+    chmod((m_folder / "state").c_str(), 0);
+    EXPECT_TRUE(AsOrdinaryUser([&] {
+        LoadedFile loaded;
+        FileError error;
+        return LoadDatabaseFile(m_files, path, LoadMode::Read, nullptr, loaded, error);
+    }));
+    chmod((m_folder / "state").c_str(), 0700);
+}
+
+TEST_F(PosixFiles, AHugeFileIsRefusedUnread) {
+    const Path path = m_folder.Write("huge", "x");
+    FileError error;
+    Image image("kept");
+    std::filesystem::resize_file(path, std::uintmax_t{1} << 32);
+    EXPECT_FALSE(m_files.Open(path, LockKind::Shared, error)->Read(image, error));
+    EXPECT_EQ(error.kind, Kind::TooLarge);
+    EXPECT_EQ(image.Bytes(), "kept");
+}
+
+TEST_F(PosixFiles, ALockHoldsBetweenProcesses) {
+    const Path path = m_folder.Write("db.pdb", "A");
+    int fromChild[2];
+    int toChild[2];
+    ASSERT_EQ(pipe(fromChild) + pipe(toChild), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        FileError error;
+        char byte = 0;
+        const auto file = m_files.Open(path, LockKind::Exclusive, error);
+        const bool done =
+            file && write(fromChild[1], "x", 1) == 1 && read(toChild[0], &byte, 1) == 1 && file->WriteAt(0, "B", error);
+        _exit(done ? 0 : 1);  // lets the lock go
+    }
+    char byte = 0;
+    ASSERT_EQ(read(fromChild[0], &byte, 1), 1);
+    EXPECT_EQ(OpenError(path, LockKind::Shared), Kind::Busy);
+    EXPECT_EQ(OpenError(path, LockKind::Exclusive), Kind::Busy);
+    ASSERT_EQ(write(toChild[1], "x", 1), 1);
+    PosixFileAccess patient(m_folder / "state");
+    FileError error;
+    Image image;
+    const auto file = patient.Open(path, LockKind::Shared, error);
+    ASSERT_TRUE(file) << error.reason;
+    ASSERT_TRUE(file->Read(image, error));
+    EXPECT_EQ(image.Bytes(), "B");
+    EXPECT_TRUE(patient.Open(path, LockKind::Shared, error)) << "two readers";
+    int status = 1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+}
+
+TEST_F(PosixFiles, AFileThatLostItsNameIsNotWritten) {
+    const Path path = m_folder.Write("db.pdb", "old");
+    FileError error;
+    LoadedFile read = Load(path);
+    RewriteRequest request;
+    request.held = m_files.Open(path, LockKind::Exclusive, error);
+    request.path = path;
+    request.oldImage = read.image;
+    request.oldStamp = read.stamp;
+    const Image image("mine");
+    request.newImage = &image;
+    std::filesystem::rename(m_folder.Write("theirs", "theirs"), path);
+    Failure failure;
+    EXPECT_FALSE(RewriteDatabaseFile(m_files, request, read.stamp, failure));
+    EXPECT_EQ(failure.message, Message::ChangedByAnother);
+    EXPECT_EQ(FileBytes(path), "theirs");
+}
+
+TEST_F(PosixFiles, ASaveKeepsTheFileItselfAndLeavesNothingBehind) {
+    const Path path = m_folder.Write("real/db.pdb", "old bytes");
+    chmod(path.c_str(), 0640);
+    std::filesystem::create_symlink("real/db.pdb", m_folder / "link.pdb");
+    const FileStamp before = Load(path).stamp;
+    LoadedFile read = Load(m_folder / "link.pdb");
+    Failure failure;
+    for (const std::string& bytes : {std::string("shorter"), std::string(70000, 'x'), std::string("x")}) {
+        ASSERT_TRUE(Save(m_folder / "link.pdb", bytes, read, failure)) << failure.text;
+        EXPECT_EQ(FileBytes(path), bytes);
+    }
+    EXPECT_TRUE(std::filesystem::is_symlink(m_folder / "link.pdb"));
+    EXPECT_TRUE(Load(path).stamp.SameFile(before));
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+    EXPECT_TRUE(std::filesystem::is_empty(m_folder / "state/quillary/recovery"));
+}
+
+TEST_F(PosixFiles, AStampSaysWhenALaterWriteMayCarryTheSameTime) {
+    const Path path = m_folder.Write("db.pdb", "x");
+    struct Case {
+        const char* name;
+        std::time_t secondsAgo;
+        long nanoseconds;
+        bool mayHide;
+    };
+    for (const Case& c :
+         {Case{"long ago", 3600, 123456789, false}, Case{"long ago, on a memory card", 3600, 0, false},
+          Case{"within a memory card's grain", 1, 0, true}, Case{"by a clock ahead of ours", -60, 1, true}}) {
+        const timespec times[2] = {{0, UTIME_OMIT}, {std::time(nullptr) - c.secondsAgo, c.nanoseconds}};
+        ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+        EXPECT_EQ(Load(path).stamp.mayHideAWrite, c.mayHide) << c.name;
+    }
+}
+
+TEST_F(PosixFiles, AWriteRightBehindOursIsNoticed) {
+    const Path path = m_folder.Write("db.pdb", "0");
+    for (int i = 0; i < 20; ++i) {
+        const LoadedFile read = Load(path);
+        const Image ours("ours");
+        RewriteRequest request;
+        request.path = path;
+        request.oldImage = read.image;
+        request.oldStamp = read.stamp;
+        request.newImage = &ours;
+        LoadedFile written;
+        Failure failure;
+        ASSERT_TRUE(RewriteDatabaseFile(m_files, request, written.stamp, failure)) << failure.text;
+        EXPECT_FALSE(written.stamp.mayHideAWrite) << "every save would read back the one before";
+        std::fstream(path) << "them";
+        FileError error;
+        ASSERT_TRUE(DropRecoveryCopy(m_files, path, error));
+        written.image = std::make_shared<const Image>("ours");
+        EXPECT_FALSE(Save(path, "more", written, failure)) << "round " << i;
+        ASSERT_EQ(failure.message, Message::ChangedByAnother) << failure.text;
+    }
+}
+
+TEST_F(PosixFiles, EverySpellingOfAPathFindsTheSameRecoveryFile) {
+    const Path path = m_folder.Write("real/db.pdb", "x");
+    const Path other = m_folder.Write("real/other.pdb", "x");
+    std::filesystem::create_directory_symlink("real", m_folder / "link");
+    std::filesystem::create_symlink("link/db.pdb", m_folder / "db.pdb");
+    const Path recovery = m_files.RecoveryPath(path);
+    EXPECT_EQ(recovery.parent_path(), m_folder / "state/quillary/recovery");
+    EXPECT_EQ(m_files.RecoveryPath(m_folder / "link/../real/./db.pdb"), recovery);
+    EXPECT_EQ(m_files.RecoveryPath(m_folder / "db.pdb"), recovery);
+    EXPECT_EQ(m_files.RecoveryPath(std::filesystem::relative(path)), recovery);
+    EXPECT_NE(m_files.RecoveryPath(other), recovery);
+    std::filesystem::remove(path);
+    EXPECT_EQ(m_files.RecoveryPath(path), recovery) << "before the file is made";
+}
+
+TEST_F(PosixFiles, ARecoveryFileIsTheUsersAloneAndFollowsNoLink) {
+    const Path path = m_folder.Write("db.pdb", "old");
+    const Path victim = m_folder.Write("victim", "untouched");
+    const Path recovery = m_files.RecoveryPath(path);
+    FileError error;
+    const mode_t mask = umask(0);
+    ASSERT_TRUE(m_files.WriteRecovery(recovery, "head", "body", error)) << error.reason;
+    umask(mask);
+    for (const auto& [made, mode] :
+         {std::pair{recovery, 0600u}, std::pair{recovery.parent_path(), 0700u}, std::pair{m_folder / "state", 0700u}}) {
+        EXPECT_EQ(std::filesystem::status(made).permissions(), std::filesystem::perms(mode)) << made;
+    }
+    std::filesystem::remove(recovery);
+    std::filesystem::create_symlink(victim, recovery);
+    std::filesystem::create_symlink(victim, recovery.string() + ".new");
+    Image image;
+    EXPECT_FALSE(m_files.ReadRecovery(recovery, image, error));
+    ASSERT_TRUE(m_files.WriteRecovery(recovery, "HEAD", "BODY", error)) << error.reason;
+    ASSERT_TRUE(m_files.ReadRecovery(recovery, image, error)) << error.reason;
+    EXPECT_EQ(image.Bytes(), "HEADBODY");
+    EXPECT_EQ(FileBytes(victim), "untouched");
+}
+
+TEST_F(PosixFiles, WithoutARecoveryFileNothingIsWritten) {
+    const Path path = m_folder.Write("db.pdb", "old");
+    m_folder.Write("state", "in the way");
+    LoadedFile read = Load(path);
+    Failure failure;
+    EXPECT_FALSE(Save(path, "new", read, failure));
+    EXPECT_EQ(failure.message, Message::RecoveryNotWritten);
+    EXPECT_NE(failure.text.find("Not a directory"), std::string::npos) << failure.text;
+    EXPECT_EQ(FileBytes(path), "old");
+    std::shared_ptr<LockedFile> held;
+    FileStamp stamp;
+    EXPECT_FALSE(CreateDatabaseFile(m_files, m_folder / "new.pdb", Image("new"), held, stamp, failure));
+    EXPECT_FALSE(std::filesystem::exists(m_folder / "new.pdb"));
+}
+
+}  // namespace
+}  // namespace quillary

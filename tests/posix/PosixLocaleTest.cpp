@@ -1,0 +1,67 @@
+#include "platform/posix/PosixLocale.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/posix/TestFolder.h"
+
+namespace quillary {
+namespace {
+
+constexpr DateOrder kMdy = DateOrder::MonthDayYear;
+constexpr DateOrder kDmy = DateOrder::DayMonthYear;
+constexpr DateOrder kYmd = DateOrder::YearMonthDay;
+
+TEST(PosixLocale, OrderOfTheFormatsThatLocalesHave) {
+    struct Case {
+        const char* name;
+        const char* format;
+        DateOrder order;
+    };
+    const Case kCases[] = {
+        {"C", "%m/%d/%y", kMdy},
+        {"de_DE", "%d.%m.%Y", kDmy},
+        {"sv_SE", "%Y-%m-%d", kYmd},
+        {"ja_JP", "%Y年%m月%d日", kYmd},
+        {"fi_FI, without padding", "%-d.%-m.%Y", kDmy},
+        {"fa_IR, with its own digits", "%Oy/%Om/%Od", kYmd},
+        {"th_TH, in its own era", "%d/%m/%Ey", kDmy},
+        {"my_MM, weekday first", "%OC%Oy %b %Od %A", kYmd},
+        {"lv_LV, a letter behind the number", "%Y.%m.%d.", kYmd},
+        {"short for month first", "%D", kMdy},
+        {"short for the year first", "%F", kYmd},
+        {"a percent sign is none", "%%d %m/%d/%Y", kMdy},
+        {"no date in it", "%H:%M", kMdy},
+        {"cut off", "%d.%m.%", kMdy},
+    };
+    for (const Case& c : kCases) EXPECT_EQ(OrderOfDateFormat(c.format), c.order) << c.name;
+}
+
+TEST(PosixLocale, TheVariablesDecideInTheirOrder) {
+    const TestFolder folder;
+    const Path source = folder.Write("source", "LC_TIME\ncopy \"sv_SE\"\nEND LC_TIME\n");
+    const std::string localedef = "localedef -c -f UTF-8 -i " + source.string() + ' ';
+    (void)system((localedef + (folder / "yearfirst").string() + " >/dev/null 2>&1").c_str());
+    if (!std::filesystem::exists(folder / "yearfirst/LC_TIME")) GTEST_SKIP() << "this machine cannot make locales";
+    const Environment path("LOCPATH", folder.Root().c_str());
+    struct Case {
+        const char* all;
+        const char* time;
+        const char* lang;
+        DateOrder order;
+    };
+    const Case kCases[] = {
+        {nullptr, nullptr, nullptr, kMdy},     {nullptr, nullptr, "yearfirst", kYmd},
+        {nullptr, "C", "yearfirst", kMdy},     {nullptr, "yearfirst", "C", kYmd},
+        {"C", "yearfirst", "yearfirst", kMdy}, {"yearfirst", "C", "C", kYmd},
+        {"", "", "yearfirst", kYmd},           {"not installed", "yearfirst", "yearfirst", kMdy},
+    };
+    for (const Case& c : kCases) {
+        const Environment all("LC_ALL", c.all);
+        const Environment time("LC_TIME", c.time);
+        const Environment lang("LANG", c.lang);
+        EXPECT_EQ(PosixLocale().Order(), c.order) << &c - kCases;
+    }
+}
+
+}  // namespace
+}  // namespace quillary

@@ -1,0 +1,101 @@
+#include "platform/posix/PreferencesFile.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "tests/posix/TestFolder.h"
+
+namespace quillary {
+namespace {
+
+// As the toolkit's settings class writes it, and as people edit it.
+constexpr const char* kWritten = R"(
+; a comment with Number=9
+[General]
+Number=7
+geometry=@ByteArray(\1\xd9\xd0)
+
+[Preferences]
+AlternatingRowColor=16777215
+Negative=-12
+ Spaced = 5
+Quoted="41"
+TooLarge=2147483648
+Text=plain words
+Escaped="semi; comma, \"quoted\" back\\slash\nline \xe4\x41 \xe9""x"
+Utf8=Größe
+At=@@home
+Invalid=@Invalid()
+Twice=1
+Twice=2
+Empty=
+
+[preferences]
+Number=8
+)";
+
+TEST(PreferencesFile, ReadsWhatOthersWrote) {
+    const TestFolder folder;
+    const PreferencesFile settings(folder.Write("Quillary.conf", kWritten));
+    struct Number {
+        const char* name;
+        std::int32_t value;
+    };
+    for (const Number& n : {Number{"AlternatingRowColor", 0xFFFFFF}, Number{"Negative", -12}, Number{"Spaced", 5},
+                            Number{"Quoted", 41}, Number{"Twice", 2}, Number{"TooLarge", 77}, Number{"Text", 77},
+                            Number{"Empty", 77}, Number{"Number", 77}, Number{"Invalid", 77}, Number{"Absent", 77}}) {
+        EXPECT_EQ(settings.ReadInt(n.name, 77), n.value) << n.name;
+    }
+    struct Text {
+        const char* name;
+        const char* value;
+    };
+    for (const Text& t : {Text{"Text", "plain words"}, Text{"Utf8", "Größe"}, Text{"At", "@home"},
+                          Text{"Escaped", "semi; comma, \"quoted\" back\\slash\nline äA éx"}, Text{"Empty", ""},
+                          Text{"Invalid", "?"}, Text{"Absent", "?"}}) {
+        EXPECT_EQ(settings.ReadText(t.name, "?"), t.value) << t.name;
+    }
+}
+
+TEST(PreferencesFile, WritingChangesOneLineAndComesBack) {
+    const TestFolder folder;
+    const Path path = folder.Write("kept/Quillary.conf", kWritten);
+    chmod(path.c_str(), 0640);
+    std::filesystem::create_symlink(path, folder / "link.conf");
+    PreferencesFile settings(folder / "link.conf");
+    ASSERT_TRUE(settings.WriteInt("AlternatingRowColor", -1));
+    ASSERT_TRUE(settings.WriteInt("LocationNdx", 3));
+    std::string expected = kWritten;
+    expected.replace(expected.find("=16777215"), 9, "=-1");
+    expected.insert(expected.find("\n\n[preferences]"), "\nLocationNdx=3");
+    EXPECT_EQ(FileBytes(path), expected);
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.conf"));
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+
+    for (const char* text : {"", "127.0.0.1:8711", "@home", " spaces ", "a\nb\\n\"c\";,=[x]",
+                             "\x01"
+                             "beef\x7F",
+                             "Größe"}) {
+        ASSERT_TRUE(settings.WriteText("Text", text));
+        EXPECT_EQ(settings.ReadText("Text", "?"), text);
+        EXPECT_EQ(settings.ReadInt("LocationNdx", 0), 3);
+    }
+}
+
+TEST(PreferencesFile, MakesItsFolderAndSaysWhenItCannot) {
+    const TestFolder folder;
+    PreferencesFile settings(folder / "config/Telvane/Quillary.conf");
+    EXPECT_EQ(settings.ReadInt("MaxRemoteResults", 25), 25);
+    ASSERT_TRUE(settings.WriteInt("MaxRemoteResults", 50));
+    EXPECT_EQ(FileBytes(folder / "config/Telvane/Quillary.conf"), "[Preferences]\nMaxRemoteResults=50\n");
+    folder.Write("file", "");
+    const std::string large(2 << 20, '#');
+    folder.Write("large", large);
+    EXPECT_FALSE(PreferencesFile(folder / "large").WriteInt("MaxRemoteResults", 50)) << "what cannot be read stays";
+    EXPECT_EQ(FileBytes(folder / "large"), large);
+    EXPECT_FALSE(PreferencesFile(folder / "file/Quillary.conf").WriteInt("MaxRemoteResults", 50));
+    EXPECT_FALSE(PreferencesFile(Path{}).WriteInt("MaxRemoteResults", 50));
+}
+
+}  // namespace
+}  // namespace quillary

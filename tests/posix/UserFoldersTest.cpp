@@ -1,0 +1,74 @@
+#include <gtest/gtest.h>
+
+#include "platform/posix/PosixStorageLocations.h"
+#include "platform/posix/PreferencesFile.h"
+#include "platform/posix/XdgFolders.h"
+#include "tests/posix/TestFolder.h"
+
+namespace quillary {
+namespace {
+
+TEST(UserFolders, OnlyAbsoluteVariablesCount) {
+    const Environment home("HOME", "/home/ann");
+    struct Case {
+        const char* value;
+        const char* config;
+        const char* state;
+    };
+    for (const Case& c : {Case{nullptr, "/home/ann/.config", "/home/ann/.local/state"},
+                          Case{"", "/home/ann/.config", "/home/ann/.local/state"},
+                          Case{"../etc", "/home/ann/.config", "/home/ann/.local/state"}, Case{"/x", "/x", "/x"}}) {
+        const Environment config("XDG_CONFIG_HOME", c.value);
+        const Environment state("XDG_STATE_HOME", c.value);
+        EXPECT_EQ(ConfigFolder(), c.config);
+        EXPECT_EQ(StateFolder(), c.state);
+        EXPECT_EQ(PreferencesFile::DefaultPath(), Path(c.config) / "Telvane/Quillary.conf");
+    }
+    const Environment relative("HOME", "ann");
+    EXPECT_TRUE(HomeFolder().is_absolute());
+}
+
+TEST(UserFolders, DocumentsAreWhereTheDesktopKeepsThem) {
+    const TestFolder folder;
+    const Environment home("HOME", "/home/ann");
+    const Environment config("XDG_CONFIG_HOME", folder.Root().c_str());
+    const PosixStorageLocations locations;
+    EXPECT_EQ(locations.MainFolder(), "/home/ann/Documents/") << "no file";
+    struct Case {
+        const char* line;
+        const char* folder;
+    };
+    for (const Case& c :
+         {Case{"XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"", "/home/ann/Dokumente/"},
+          Case{"# XDG_DOCUMENTS_DIR=\"/no\"\n  XDG_DOCUMENTS_DIR=\"/data/My \\\"Docs\\\"/\"", "/data/My \"Docs\"/"},
+          Case{"XDG_DOCUMENTS_DIR=\"$HOME/\"", "/home/ann/"},
+          Case{"XDG_DOCUMENTS_DIR=\"relative\"", "/home/ann/Documents/"},
+          Case{"XDG_MUSIC_DIR=\"$HOME/Music\"", "/home/ann/Documents/"}}) {
+        folder.Write("user-dirs.dirs", c.line);
+        EXPECT_EQ(locations.MainFolder(), c.folder) << c.line;
+    }
+}
+
+TEST(UserFolders, CardsAreTheVolumesBelowTheMediaFolders) {
+    const TestFolder folder;
+    const std::string own = "/run/media/" + UserName() + "/";
+    const Path mounts = folder.Write("mounts",
+                                     "/dev/sda1 / ext4 rw 0 0\n"
+                                     "/dev/sdb1 /media/ann/Two\\040words vfat rw 0 0\n"
+                                     "tmpfs /media tmpfs rw 0 0\n"
+                                     "/dev/sdc1 " +
+                                         own +
+                                         "CARD exfat rw 0 0\n"
+                                         "/dev/sdd1 /run/media/nobody-else/CARD vfat rw 0 0\n"
+                                         "/dev/sde1 /media/cdrom iso9660 ro 0 0\n"
+                                         "/dev/sde1 /media/cdrom iso9660 ro 0 0\n"
+                                         "/dev/sdf1 /mnt/media/x ext4 rw 0 0\n"
+                                         "/dev/sdg1 /media/back\\134slash ext4 rw 0 0\n");
+    EXPECT_EQ(
+        PosixStorageLocations(mounts).CardFolders(),
+        (std::vector<std::string>{"/media/ann/Two words/", "/media/back\\slash/", "/media/cdrom/", own + "CARD/"}));
+    EXPECT_TRUE(PosixStorageLocations(folder / "absent").CardFolders().empty());
+}
+
+}  // namespace
+}  // namespace quillary

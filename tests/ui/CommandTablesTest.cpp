@@ -1,0 +1,100 @@
+// Menus, accelerators and message maps name the same commands.
+#include <QAction>
+#include <QMenuBar>
+#include <map>
+#include <set>
+
+#include "tests/ui/WindowTest.h"
+#include "ui/Accelerators.h"
+#include "ui/Captions.h"
+#include "ui/CommandIds.h"
+#include "ui/Menus.h"
+#include "views/DocumentSession.h"
+#include "views/QuillaryView.h"
+
+namespace quillary {
+namespace {
+
+template <class T>
+void AddHandled(std::set<int>& handled) {
+    for (const auto& entry : T::Commands()) handled.insert(entry.id);
+}
+
+std::set<int> Handled(bool withDatabase) {
+    std::set<int> handled;
+    AddHandled<CMainFrame>(handled);
+    AddHandled<CQuillaryApp>(handled);
+    if (withDatabase) {
+        AddHandled<CQuillaryView>(handled);
+        AddHandled<CDocumentSession>(handled);
+    }
+    return handled;
+}
+
+TEST(CommandTables, EveryMenuItemHasAHandlerAndEveryHandlerAWayToIt) {
+    std::set<int> reachable;
+    for (const Accelerator& accelerator : AllAccelerators()) reachable.insert(accelerator.command);
+    for (const MenuBarInfo& menuBar : AllMenuBars()) {
+        for (const Popup& popup : menuBar.popups) {
+            EXPECT_FALSE(Caption(popup.caption).empty()) << popup.caption;
+            for (const MenuItem& item : popup.items) {
+                if (item.command == kSeparator) continue;
+                reachable.insert(item.command);
+                EXPECT_TRUE(Handled(menuBar.id == kMenuDatabase).contains(item.command)) << item.command;
+            }
+        }
+    }
+    EXPECT_EQ(reachable, Handled(true));
+}
+
+TEST(CommandTables, NoTextStandsTwiceInAMenuBarAndNoKeyTwice) {
+    for (const MenuBarInfo& menuBar : AllMenuBars()) {
+        std::set<std::u16string_view> texts;
+        for (const Popup& popup : menuBar.popups) {
+            for (const MenuItem& item : popup.items) {
+                EXPECT_TRUE(item.command == kSeparator || texts.insert(item.text).second) << item.command;
+            }
+        }
+    }
+    std::set<int> keys;
+    for (const Accelerator& accelerator : AllAccelerators()) {
+        EXPECT_TRUE(keys.insert(accelerator.key.toCombined()).second) << accelerator.command;
+    }
+}
+
+class CommandRoutingTest : public WindowTest {
+  protected:
+    bool IsEnabled(int command) {
+        const auto* action = app.Frame().findChild<QAction*>(QString::number(command));
+        return action && action->isEnabled();
+    }
+};
+
+TEST_F(CommandRoutingTest, StatesFollowTheDatabase) {
+    ImageParts parts = PeopleParts();
+    Open(parts.Build());
+    EXPECT_TRUE(IsEnabled(ID_RECORD_TOP));
+    EXPECT_TRUE(IsEnabled(ID_FILE_SAVE));
+    app.CloseDocument();
+    EXPECT_FALSE(IsEnabled(ID_RECORD_TOP)) << "no database";
+    EXPECT_FALSE(IsEnabled(ID_FILE_SAVE)) << "no database";
+    parts.records.resize(5);
+    Open(parts.Build());
+    EXPECT_FALSE(IsEnabled(ID_RECORD_TOP)) << "one record";
+    files.writable = false;
+    Open(parts.Build());
+    EXPECT_FALSE(IsEnabled(ID_DATABASE_OPTIONS)) << "read only";
+    EXPECT_TRUE(IsEnabled(ID_FILE_OPEN)) << "read only";
+    files.writable = true;
+    user.ExpectDialog(100, [this](CQuillaryDialog& about) {
+        EXPECT_FALSE(IsEnabled(ID_FILE_OPEN)) << "a dialog is open";
+        app.Frame().Dispatch(ID_RECORD_BOTTOM);
+        app.Frame().CancelDialog();
+        EXPECT_FALSE(about.isVisible());
+    });
+    ChooseMenu("Tools", "About Quillary...");
+    EXPECT_TRUE(IsEnabled(ID_FILE_OPEN));
+}
+
+}  // namespace
+}  // namespace quillary

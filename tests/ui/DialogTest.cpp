@@ -1,0 +1,85 @@
+// What holds for every dialog: controls with names, a way in and out by keys, a page instead of a window.
+#include <QAbstractButton>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <functional>
+#include <memory>
+#include <set>
+
+#include "admin/DatabaseOptionsDlg.h"
+#include "admin/EnterPasswordDlg.h"
+#include "tests/ui/WindowTest.h"
+#include "ui/AboutDlg.h"
+
+namespace quillary {
+namespace {
+
+class DialogTest : public WindowTest {
+  protected:
+    DialogTest() : m_doc(files) {}
+
+    std::vector<std::unique_ptr<CQuillaryDialog>> AllDialogs() {
+        std::vector<std::unique_ptr<CQuillaryDialog>> dialogs;
+        dialogs.push_back(std::make_unique<CAboutDlg>(app.Frame()));
+        dialogs.push_back(std::make_unique<CDatabaseOptionsDlg>(DatabaseOptions{}, app.Frame()));
+        dialogs.push_back(std::make_unique<CEnterPasswordDlg>(m_doc, app.Frame()));
+        return dialogs;
+    }
+
+  private:
+    CQuillaryDoc m_doc;
+};
+
+TEST_F(DialogTest, EveryControlHasANumberAndANameAndNoLetterServesTwo) {
+    for (const auto& dialog : AllDialogs()) {
+        EXPECT_FALSE(dialog->accessibleName().isEmpty());
+        EXPECT_FALSE(dialog->Control<QLabel>(kTitleHeader)->text().isEmpty());
+        std::set<QString> letters;
+        int focusable = 0;
+        for (const QWidget* widget : dialog->findChildren<QWidget*>()) {
+            const auto* button = qobject_cast<const QAbstractButton*>(widget);
+            const auto* label = qobject_cast<const QLabel*>(widget);
+            const QString text = button ? button->text() : label && label->buddy() ? label->text() : QString();
+            const auto mark = text.indexOf(u'&');
+            EXPECT_TRUE(mark < 0 || letters.insert(text.mid(mark + 1, 1).toUpper()).second) << text.toStdString();
+            if (widget->focusPolicy() == Qt::NoFocus) continue;
+            ++focusable;
+            EXPECT_GT(widget->objectName().toInt(), 0) << widget->metaObject()->className();
+            EXPECT_FALSE(widget->accessibleName().isEmpty() && text.isEmpty()) << widget->objectName().toStdString();
+        }
+        EXPECT_GE(focusable, 1);
+    }
+}
+
+TEST_F(DialogTest, IsAPageThatFitsASmallScreen) {
+    app.Frame().resize(240, 320);
+    for (const auto& dialog : AllDialogs()) {
+        user.ExpectDialog(dialog->objectName().toInt(), [this](CQuillaryDialog& page) {
+            EXPECT_FALSE(page.isWindow());
+            EXPECT_EQ(page.window(), &app.Frame());
+            EXPECT_LE(app.Frame().width(), 240);
+            for (const QLabel* label : page.findChildren<QLabel*>()) {
+                EXPECT_GE(label->height(), label->heightForWidth(label->width())) << label->text().toStdString();
+                EXPECT_LE(label->mapTo(&page, QPoint(label->width(), 0)).x(), page.width());
+            }
+            QTest::keyClick(page.focusWidget() ? page.focusWidget() : &page, Qt::Key_Escape);
+        });
+        EXPECT_EQ(dialog->exec(), QDialog::Rejected);
+    }
+}
+
+TEST_F(DialogTest, ClosingTheWindowCancelsTheDialogFirst) {
+    Open(PeopleParts().Build());
+    user.ExpectDialog(149, [this](CQuillaryDialog& page) {
+        Click(page.Control<QWidget>(1003));
+        EXPECT_FALSE(app.Frame().close());
+        EXPECT_FALSE(page.isVisible());
+    });
+    ChooseMenu("Tools", "Options...");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !app.Frame().isVisible(); }));
+    EXPECT_EQ(CloseAndReadFile(), PeopleParts().Build());
+}
+
+}  // namespace
+}  // namespace quillary

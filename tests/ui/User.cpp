@@ -1,0 +1,72 @@
+#include "tests/ui/User.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+
+namespace quillary {
+
+User::User() { qApp->installEventFilter(this); }
+
+User::~User() {
+    for (const Expected& missed : m_expected) {
+        ADD_FAILURE() << "never came: dialog " << missed.dialog << " \"" << missed.text.toStdString() << '"';
+    }
+}
+
+void User::ExpectDialog(int id, Steps steps) { m_expected.push_back({id, std::move(steps), {}, {}}); }
+
+void User::ExpectMessage(const QString& text, const QString& button) { m_expected.push_back({0, {}, text, button}); }
+
+bool User::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Show) {
+        // Answered once its event loop runs.
+        if (auto* box = dynamic_cast<QMessageBox*>(watched)) {
+            QTimer::singleShot(0, box, [this, box] { AnswerMessage(*box); });
+        } else if (auto* dialog = dynamic_cast<CQuillaryDialog*>(watched)) {
+            QTimer::singleShot(0, dialog, [this, dialog] { AnswerDialog(*dialog); });
+        }
+    }
+    return false;
+}
+
+User::Expected User::Next(int dialog) {
+    if (m_expected.empty() || m_expected.front().dialog != dialog) return {-1, {}, {}, {}};
+    Expected next = std::move(m_expected.front());
+    m_expected.pop_front();
+    return next;
+}
+
+void User::AnswerDialog(CQuillaryDialog& dialog) {
+    const Expected expected = Next(dialog.objectName().toInt());
+    if (expected.steps) expected.steps(dialog);
+    if (dialog.isVisible()) {
+        ADD_FAILURE() << "dialog " << dialog.objectName().toStdString() << " was not expected, or did not end";
+        dialog.reject();
+    }
+}
+
+void User::AnswerMessage(QMessageBox& box) {
+    const Expected expected = Next(0);
+    EXPECT_EQ(box.text(), expected.text);
+    for (QAbstractButton* button : box.buttons()) {
+        if (button->text() == expected.button) {
+            Click(button);
+            return;
+        }
+    }
+    ADD_FAILURE() << "no button \"" << expected.button.toStdString() << "\" in \"" << box.text().toStdString() << '"';
+    box.reject();
+}
+
+void Click(QWidget* widget) {
+    ASSERT_NE(widget, nullptr);
+    ASSERT_TRUE(widget->isVisible() && widget->isEnabled()) << widget->objectName().toStdString();
+    QTest::mouseClick(widget, Qt::LeftButton);
+}
+
+}  // namespace quillary

@@ -1,0 +1,48 @@
+// A person at the window: waits for the dialogs and message boxes that a test expects, and answers them with real
+// events.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <deque>
+#include <functional>
+
+#include "ui/QuillaryDialog.h"
+
+class QMessageBox;
+
+namespace quillary {
+
+class User : public QObject {
+  public:
+    using Steps = std::function<void(CQuillaryDialog&)>;
+
+    User();
+    /// Fails the test when something that was expected never came.
+    ~User() override;
+
+    /// When the dialog `id` opens: do these steps, which end it.
+    void ExpectDialog(int id, Steps steps);
+    /// When a message box comes: it must hold exactly `text`; press its button `button`.
+    void ExpectMessage(const QString& text, const QString& button = QStringLiteral("OK"));
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    struct Expected {
+        int dialog;  // 0: a message box
+        Steps steps;
+        QString text;
+        QString button;
+    };
+    [[nodiscard]] Expected Next(int dialog);
+    void AnswerDialog(CQuillaryDialog& dialog);
+    void AnswerMessage(QMessageBox& box);
+
+    std::deque<Expected> m_expected;
+};
+
+/// Clicks the middle of a widget that must be visible and enabled.
+void Click(QWidget* widget);
+
+}  // namespace quillary

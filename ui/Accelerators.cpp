@@ -1,0 +1,19 @@
+#include "ui/Accelerators.h"
+
+#include "ui/CommandIds.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr Accelerator kAccelerators[] = {
+    {Qt::CTRL | Qt::Key_O, ID_FILE_OPEN},
+    {Qt::CTRL | Qt::Key_S, ID_FILE_SAVE},
+    {Qt::CTRL | Qt::Key_Q, ID_APP_EXIT},
+};
+
+}  // namespace
+
+std::span<const Accelerator> AllAccelerators() { return kAccelerators; }
+
+}  // namespace quillary

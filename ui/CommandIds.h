@@ -1,0 +1,17 @@
+// The numbers of the commands. Menus, accelerators and message maps name them; they never change.
+#pragma once
+
+namespace quillary {
+
+// The view's
+inline constexpr int ID_DATABASE_OPTIONS = 32772;  // "Options..."
+inline constexpr int ID_RECORD_BOTTOM = 32784;
+inline constexpr int ID_RECORD_TOP = 32785;
+
+// The framework's
+inline constexpr int ID_FILE_OPEN = 57601;
+inline constexpr int ID_FILE_SAVE = 57603;
+inline constexpr int ID_APP_ABOUT = 57664;
+inline constexpr int ID_APP_EXIT = 57665;
+
+}  // namespace quillary

@@ -1,0 +1,34 @@
+// What a dialog consists of, as a table: its controls in tab order.
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace quillary {
+
+inline constexpr int kOkButton = 1;
+inline constexpr int kCancelButton = 2;
+inline constexpr int kTitleHeader = 1000;
+
+enum class ControlKind {
+    Text,          // a paragraph
+    CheckBox,      // QCheckBox
+    PasswordEdit,  // QLineEdit that hides what is typed, its label above it
+};
+
+struct ControlInfo {
+    int id;  // the number by which Control<>() finds the widget; 0 for a text that never changes
+    ControlKind kind;
+    std::u16string_view label;  // what a person reads, and what a screen reader says
+};
+
+enum class Buttons { OkCancel, Ok };
+
+struct DialogInfo {
+    int id;
+    std::u16string_view title;  // in the title header
+    std::span<const ControlInfo> controls;
+    Buttons buttons = Buttons::OkCancel;
+};
+
+}  // namespace quillary

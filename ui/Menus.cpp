@@ -1,0 +1,47 @@
+#include "ui/Menus.h"
+
+#include <algorithm>
+
+#include "ui/Captions.h"
+#include "ui/CommandIds.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr MenuItem kToolsWithoutDatabase[] = {
+    {ID_APP_ABOUT, u"About Quillary..."},
+};
+constexpr Popup kPopupsWithoutDatabase[] = {
+    {kCaptionTools, kToolsWithoutDatabase},
+};
+
+constexpr MenuItem kRecord[] = {
+    {ID_RECORD_BOTTOM, u"Bottom of Database"},
+    {ID_RECORD_TOP, u"Top of Database"},
+};
+constexpr MenuItem kTools[] = {
+    {ID_APP_ABOUT, u"About Quillary..."},
+    {ID_DATABASE_OPTIONS, u"Options..."},
+};
+constexpr Popup kPopups[] = {
+    {kCaptionRecord, kRecord},
+    {kCaptionTools, kTools},
+};
+
+constexpr MenuBarInfo kMenuBars[] = {
+    {kMenuNoDatabase, kPopupsWithoutDatabase},
+    {kMenuDatabase, kPopups},
+};
+
+}  // namespace
+
+std::span<const MenuBarInfo> AllMenuBars() { return kMenuBars; }
+
+std::span<const Popup> PopupsOf(int menuBar) {
+    const auto found =
+        std::find_if(std::begin(kMenuBars), std::end(kMenuBars), [menuBar](const auto& m) { return m.id == menuBar; });
+    return found == std::end(kMenuBars) ? std::span<const Popup>() : found->popups;
+}
+
+}  // namespace quillary

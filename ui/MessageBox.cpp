@@ -1,0 +1,44 @@
+#include "ui/MessageBox.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "ui/Captions.h"
+#include "ui/WideText.h"
+
+namespace quillary {
+
+namespace {
+
+void SetUp(QMessageBox& box, const QString& text) {
+    box.setWindowTitle(FromWide(Caption(kCaptionProgram)));
+    box.setTextFormat(Qt::PlainText);
+    box.setText(text);
+}
+
+}  // namespace
+
+void ShowMessage(QWidget* parent, const QString& text) {
+    QMessageBox box(parent);
+    SetUp(box, text);
+    box.setIcon(QMessageBox::Warning);
+    box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    box.exec();
+}
+
+int AskUser(QWidget* parent, const QString& text, const QStringList& answers) {
+    QMessageBox box(parent);
+    SetUp(box, text);
+    box.setIcon(QMessageBox::Question);
+    QList<QPushButton*> buttons;
+    for (const QString& answer : answers) {
+        const bool last = buttons.size() + 1 == answers.size();
+        buttons << box.addButton(answer, last ? QMessageBox::RejectRole : QMessageBox::AcceptRole);
+    }
+    box.setDefaultButton(buttons.first());
+    box.setEscapeButton(buttons.last());
+    box.exec();
+    return static_cast<int>(buttons.indexOf(qobject_cast<QPushButton*>(box.clickedButton())));
+}
+
+}  // namespace quillary

@@ -1,0 +1,17 @@
+// Plain message boxes with exactly the text given: nothing in it is read as markup.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+namespace quillary {
+
+/// With an OK button.
+void ShowMessage(QWidget* parent, const QString& text);
+
+/// Which of `answers` the user chose; Escape and closing choose the last one, Return the first.
+[[nodiscard]] int AskUser(QWidget* parent, const QString& text, const QStringList& answers);
+
+}  // namespace quillary

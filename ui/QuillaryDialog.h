@@ -1,0 +1,48 @@
+// The base of all dialogs: a page in the main window with a title header, controls from a table, OK and Cancel.
+#pragma once
+
+#include <QDialog>
+
+#include "ui/ControlInfo.h"
+
+class QVBoxLayout;
+
+namespace quillary {
+
+class FrameWindow;
+
+/// A derived class gives its table of controls, loads them and commits them. It lives on the stack of the command
+/// handler: `if (dialog.exec() == QDialog::Accepted) ...`.
+class CQuillaryDialog : public QDialog {
+  public:
+    CQuillaryDialog(const DialogInfo& info, FrameWindow& frame);
+
+    /// Shows the page and returns when it has ended.
+    int exec() override;
+    /// OK: ends the dialog when Commit allows it.
+    void accept() override;
+
+    /// The widget of the control `id`; null when the dialog has none of that number and type.
+    template <class T>
+    [[nodiscard]] T* Control(int id) const {
+        return findChild<T*>(QString::number(id));
+    }
+
+  protected:
+    /// Puts the values into the controls, before the page shows.
+    virtual void Load() {}
+    /// Takes the values out of the controls. False keeps the dialog open as it is.
+    [[nodiscard]] virtual bool Commit() { return true; }
+    /// For Commit: tells why it does not go on and puts the focus into that control. Returns false.
+    [[nodiscard]] bool Refuse(int control, const QString& why);
+
+    [[nodiscard]] FrameWindow& Frame() const { return m_frame; }
+
+  private:
+    void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel);
+    [[nodiscard]] QWidget* MakeButtons(Buttons buttons);
+
+    FrameWindow& m_frame;
+};
+
+}  // namespace quillary

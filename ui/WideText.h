@@ -1,0 +1,18 @@
+// Between the texts of the document and of its messages and the texts of the window.
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace quillary {
+
+[[nodiscard]] inline QString FromWide(std::u16string_view text) {
+    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+[[nodiscard]] inline QString FromUtf8(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+}  // namespace quillary

@@ -1,0 +1,71 @@
+#include "views/RecordCellDelegate.h"
+
+#include <QAbstractItemView>
+#include <QHelpEvent>
+#include <QPainter>
+#include <QToolTip>
+
+#include "db/QuillaryDoc.h"
+#include "ui/CheckImage.h"
+#include "ui/ToolTip.h"
+#include "views/RecordListModel.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr int kRowPadding = 7;  // above and below a line of text, together
+
+}  // namespace
+
+bool CRecordCellDelegate::IsCheckBox(const QModelIndex& index) const {
+    return !m_model.IsFiller(index.column()) &&
+           m_doc.TypeOf(static_cast<std::size_t>(index.column())) == FieldType::Checkbox;
+}
+
+int CRecordCellDelegate::RowHeight(const QFontMetrics& font) { return font.height() + kRowPadding; }
+
+void CRecordCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const bool selected = option.state & QStyle::State_Selected;
+    const QPalette::ColorGroup group = !(option.state & QStyle::State_Enabled)  ? QPalette::Disabled
+                                       : !(option.state & QStyle::State_Active) ? QPalette::Inactive
+                                                                                : QPalette::Active;
+    if (selected) painter->fillRect(option.rect, option.palette.brush(group, QPalette::Highlight));
+    if (m_model.IsFiller(index.column())) return;
+    const QColor color = option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
+    const QString text = m_model.CellText(index.row(), index.column());
+    if (IsCheckBox(index)) {
+        painter->save();
+        painter->setClipRect(option.rect, Qt::IntersectClip);
+        PaintCheckImage(*painter, CheckImageRect(option.rect), text == QLatin1String("true"), color);
+        painter->restore();
+    } else if (!text.isEmpty()) {
+        const QRect box = option.rect.adjusted(kTextMargin, 0, -kTextMargin, 0);
+        painter->setPen(color);
+        painter->setFont(option.font);
+        painter->drawText(box, static_cast<int>(m_model.AlignmentOf(index.column())) | Qt::TextSingleLine,
+                          option.fontMetrics.elidedText(text, option.textElideMode, box.width()));
+    }
+    if (option.state & QStyle::State_HasFocus) {
+        painter->setPen(QPen(color, 1, Qt::DotLine));
+        painter->drawRect(option.rect.adjusted(1, 1, -2, -2));
+    }
+}
+
+bool CRecordCellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                                    const QModelIndex& index) {
+    if (event->type() != QEvent::ToolTip) return QStyledItemDelegate::helpEvent(event, view, option, index);
+    const bool cut = index.isValid() && sizeHint(option, index).width() > view->visualRect(index).width();
+    QToolTip::showText(event->globalPos(),
+                       cut ? PlainToolTip(m_model.CellText(index.row(), index.column())) : QString(), view);
+    return true;
+}
+
+QSize CRecordCellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
+    const int content = IsCheckBox(index)
+                            ? kCheckImageSize
+                            : option.fontMetrics.horizontalAdvance(m_model.CellText(index.row(), index.column()));
+    return {content + 2 * kTextMargin + 1, RowHeight(option.fontMetrics)};
+}
+
+}  // namespace quillary

@@ -1,0 +1,35 @@
+// Paints a cell of the record list: its text, or the image of a check box.
+#pragma once
+
+#include <QStyledItemDelegate>
+
+namespace quillary {
+
+class CQuillaryDoc;
+class CRecordListModel;
+
+class CRecordCellDelegate : public QStyledItemDelegate {
+  public:
+    /// Left and right of a cell's text.
+    static constexpr int kTextMargin = 4;
+
+    CRecordCellDelegate(const CQuillaryDoc& doc, const CRecordListModel& model, QObject* parent)
+        : QStyledItemDelegate(parent), m_doc(doc), m_model(model) {}
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+    /// Tells the text of a cell that is too narrow for it.
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override;
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+    /// The height of a row in `font`.
+    [[nodiscard]] static int RowHeight(const QFontMetrics& font);
+
+  private:
+    [[nodiscard]] bool IsCheckBox(const QModelIndex& index) const;
+
+    const CQuillaryDoc& m_doc;
+    const CRecordListModel& m_model;
+};
+
+}  // namespace quillary

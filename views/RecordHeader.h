@@ -1,0 +1,31 @@
+// The headings of the record list: their texts line up with the cells below, and a heading's edge can be dragged.
+#pragma once
+
+#include <QHeaderView>
+#include <functional>
+
+namespace quillary {
+
+class CRecordHeader : public QHeaderView {
+  public:
+    explicit CRecordHeader(QWidget* parent);
+
+    /// Called while the user drags the edge of a column.
+    std::function<void()> onDragging;
+    /// Called once the user has let go of it, outside the mouse's event.
+    std::function<void(int column)> onDragged;
+
+    /// Sets a width that is not the user's doing.
+    void SetWidth(int column, int pixels);
+
+  protected:
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void paintSection(QPainter* painter, const QRect& rect, int column) const override;
+    [[nodiscard]] QSize sectionSizeFromContents(int column) const override;
+
+  private:
+    bool m_settingWidth = false;
+    int m_draggedColumn = -1;
+};
+
+}  // namespace quillary
