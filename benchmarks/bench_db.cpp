@@ -248,37 +248,18 @@ std::vector<Figure> MakeFigures(const Path& table, const ScratchFolder& memory, 
                            return saved.Save();
                        },
                        newFile, writeNewFile, kSaveAim});
-    figures.push_back({"  of it, the rewrite in place",
-                       [&] {
-                           saved.ChangeOneRecord();
-                           (void)saved.Save();
-                           return saved.Times().rewrite;
-                       },
-                       {},
-                       {}});
-    figures.push_back({"  besides, the recovery copy",
-                       [&] {
-                           saved.ChangeOneRecord();
-                           (void)saved.Save();
-                           return saved.Times().recoveryCopy;
-                       },
-                       newFile, writeNewFile});
-    figures.push_back({"  the recovery copy on disk",
-                       [&] {
-                           onDisk.ChangeOneRecord();
-                           (void)onDisk.Save();
-                           return onDisk.Times().recoveryCopy;
-                       },
-                       {},
-                       {}});
-    figures.push_back({"  the flush on disk",
-                       [&] {
-                           onDisk.ChangeOneRecord();
-                           (void)onDisk.Save();
-                           return onDisk.Times().flush;
-                       },
-                       {},
-                       {}});
+    const auto partOfSave = [](SavedTable& of, double TimedFiles::*seconds) {
+        return [&of, seconds] {
+            of.ChangeOneRecord();
+            (void)of.Save();
+            return of.Times().*seconds;
+        };
+    };
+    figures.push_back({"  of it, the rewrite in place", partOfSave(saved, &TimedFiles::rewrite), {}, {}});
+    figures.push_back(
+        {"  besides, the recovery copy", partOfSave(saved, &TimedFiles::recoveryCopy), newFile, writeNewFile});
+    figures.push_back({"  the recovery copy on disk", partOfSave(onDisk, &TimedFiles::recoveryCopy), {}, {}});
+    figures.push_back({"  the flush on disk", partOfSave(onDisk, &TimedFiles::flush), {}, {}});
     auto out = std::make_shared<std::string>();
     figures.push_back({"display text of every cell",
                        [&doc, out] { return Seconds([&] { benchmark::DoNotOptimize(ShowEveryCell(doc, *out)); }); },

@@ -71,7 +71,7 @@ class Checker {
 
     // ---- What was found
 
-    void Report(std::uint64_t offset, std::string problem) {
+    void Report(std::uint64_t offset, const std::string& problem) {
         if (m_found.size() < kMostDepartures) {
             m_found.push_back({offset, OneLine(problem)});
         } else {

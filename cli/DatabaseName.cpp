@@ -37,7 +37,7 @@ std::optional<std::string> StoredDatabaseName(const Session& session, std::strin
 }
 
 std::string DatabaseNameFor(const std::string& path) {
-    const std::string stem = std::filesystem::path(path).stem().string();
+    std::string stem = std::filesystem::path(path).stem().string();
     auto wide = Utf8ToWide(stem);
     if (!wide || wide->size() <= kMostCharacters) return stem;
     wide->resize(kMostCharacters);

@@ -39,7 +39,8 @@ std::optional<std::vector<Field>> DefinedFields(const TableReader& reader, const
     return fields;
 }
 
-std::optional<std::vector<Field>> GuessedFields(TableReader& reader, const ImportRules& rules, std::string& error) {
+std::optional<std::vector<Field>> GuessedFields(TableReader& reader, const ImportRules& rules, Progress& progress,
+                                                std::string& error) {
     std::vector<ColumnTypeGuess> guesses(reader.Names().size());
     while (reader.NextRow()) {
         for (std::size_t column = 0; column < guesses.size(); ++column) {
@@ -48,6 +49,7 @@ std::optional<std::vector<Field>> GuessedFields(TableReader& reader, const Impor
             guesses[column].Add(*value);
         }
         if (!reader.Error().empty()) break;
+        progress.At(reader.Position());
     }
     error = reader.Error();
     if (!error.empty()) return std::nullopt;
@@ -223,13 +225,13 @@ class Importer {
 }  // namespace
 
 std::optional<std::vector<Field>> FieldsForTable(std::string_view table, const std::vector<Field>& definitions,
-                                                 const ImportRules& rules, std::string& error) {
+                                                 const ImportRules& rules, Progress& progress, std::string& error) {
     TableReader reader(table, rules.page);
     if (!reader.ReadHeader()) {
         error = reader.Error();
         return std::nullopt;
     }
-    return definitions.empty() ? GuessedFields(reader, rules, error)
+    return definitions.empty() ? GuessedFields(reader, rules, progress, error)
                                : DefinedFields(reader, definitions, rules.page, error);
 }
 

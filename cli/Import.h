@@ -31,7 +31,8 @@ struct ImportResult {
 /// values when there are none. nullopt with a message.
 [[nodiscard]] std::optional<std::vector<Field>> FieldsForTable(std::string_view table,
                                                                const std::vector<Field>& definitions,
-                                                               const ImportRules& rules, std::string& error);
+                                                               const ImportRules& rules, Progress& progress,
+                                                               std::string& error);
 
 /// Appends every row of `table` to the shown records of `doc`, whose fields and room decide what can be taken, moves
 /// the sequences on and sorts by the stored keys. False with a message that names row and column; `doc` then holds a

@@ -53,7 +53,7 @@ class ImportRun {
         const auto name = StoredDatabaseName(m_session, m_arguments.Value("--name").value_or(DatabaseNameFor(m_path)));
         if (!name) return ExitStatus::Refused;
         std::string error;
-        auto fields = FieldsForTable(m_table.Text(), definitions, m_rules, error);
+        auto fields = FieldsFor(definitions, error);
         if (!fields) return m_session.Refuse(error);
         m_doc.NewDatabase(*name, std::move(*fields));
         if (!ImportRows() || !m_session.FlushBeforeSaving()) return ExitStatus::Refused;
@@ -62,14 +62,23 @@ class ImportRun {
         return ExitStatus::Done;
     }
 
+    std::optional<std::vector<Field>> FieldsFor(const std::vector<Field>& definitions, std::string& error) {
+        Progress progress("Finding types", m_table.Text().size(), m_session.ShowsProgress());
+        return FieldsForTable(m_table.Text(), definitions, m_rules, progress, error);
+    }
+
     // The table is done with afterwards; its memory is given back before the image of the database is built.
-    bool ImportRows() {
-        ImportResult result;
-        std::string error;
+    bool ReadRows(ImportResult& result, std::string& error) {
         Progress progress("Importing", m_table.Text().size(), m_session.ShowsProgress());
         const bool imported = ImportTable(m_doc, m_table.Text(), m_rules, progress, result, error);
         m_table = {};
-        if (!imported) {
+        return imported;
+    }
+
+    bool ImportRows() {
+        ImportResult result;
+        std::string error;
+        if (!ReadRows(result, error)) {
             (void)m_session.Refuse(error);
             return false;
         }

@@ -1,5 +1,8 @@
 #include "cli/Output.h"
 
+#include <algorithm>
+#include <cstring>
+
 namespace quillary {
 
 void Output::Grow(std::size_t size) {

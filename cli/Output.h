@@ -1,8 +1,6 @@
 // Collects what a command prints on standard output and writes it in large pieces.
 #pragma once
 
-#include <algorithm>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -13,10 +11,7 @@ namespace quillary {
 
 class Output {
   public:
-    void Append(std::string_view text) {
-        std::memcpy(Room(text.size()), text.data(), text.size());
-        m_size += text.size();
-    }
+    void Append(std::string_view text) { m_size += text.copy(Room(text.size()), text.size()); }
     void Append(char c) {
         *Room(1) = c;
         ++m_size;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "cli/Text.h"
 #include "db/CellText.h"

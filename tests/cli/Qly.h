@@ -33,10 +33,11 @@ struct Call {
 };
 
 class QlyTest : public ::testing::Test {
-  protected:
+  public:
     QlyTest();
     ~QlyTest() override;
 
+  protected:
     QlyResult Qly(const std::vector<std::string>& arguments, const QlySurroundings& surroundings = {});
     /// The output of a call that must succeed.
     std::string Output(const std::vector<std::string>& arguments, const QlySurroundings& surroundings = {});
