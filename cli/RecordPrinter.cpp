@@ -121,14 +121,7 @@ bool ShowsAsStored(FieldType type) {
 }  // namespace
 
 RecordPrinter::RecordPrinter(const CQuillaryDoc& doc, TableFormat format, TableTexts texts, Output& output)
-    : m_doc(doc),
-      m_format(format),
-      m_texts(texts),
-      m_output(output),
-      m_isJson(IsJson(format)),
-      m_separator(format == TableFormat::Tsv ? "\t"
-                  : m_isJson                 ? ", "
-                                             : ",") {
+    : m_doc(doc), m_format(format), m_texts(texts), m_output(output), m_isJson(IsJson(format)) {
     for (std::size_t k = 0; k < doc.FieldCount(); ++k) {
         m_showsAsStored[k] =
             texts == TableTexts::Stored || (texts != TableTexts::Cells && ShowsAsStored(doc.TypeOf(k)));
@@ -220,6 +213,11 @@ void RecordPrinter::PrintMissing() {
     if (m_isJson) m_output.Append(m_texts == TableTexts::Stored ? "null" : "\"\"");
 }
 
+void RecordPrinter::PrintSeparator() {
+    m_output.Append(m_format == TableFormat::Tsv ? '\t' : ',');
+    if (m_isJson) m_output.Append(' ');
+}
+
 void RecordPrinter::EndRow() {
     constexpr std::string_view kRowEnds[] = {"\r\n", "\n", "]", "]\n"};
     m_output.Append(kRowEnds[static_cast<std::size_t>(m_format)]);
@@ -229,7 +227,7 @@ void RecordPrinter::Begin() {
     if (m_format == TableFormat::JsonLines) return;
     if (m_format == TableFormat::Json) m_output.Append("{\"fields\": [");
     for (std::size_t k = 0; k < m_doc.FieldCount(); ++k) {
-        if (k > 0) m_output.Append(m_separator);
+        if (k > 0) PrintSeparator();
         PrintValue(m_doc.Fields()[k].name);
     }
     EndRow();
@@ -242,7 +240,7 @@ void RecordPrinter::Print(const RecordRef& record) {
     const std::size_t count = m_doc.FieldCount();
     m_entries.Fill(record.Entries(), count);
     for (std::size_t k = 0; k < count; ++k) {
-        if (k > 0) m_output.Append(m_separator);
+        if (k > 0) PrintSeparator();
         if (!m_entries.Has(k)) {
             PrintMissing();
             continue;

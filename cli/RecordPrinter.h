@@ -34,6 +34,7 @@ class RecordPrinter {
     [[nodiscard]] bool PrintPlain(std::string_view text);
     void PrintSpecial(std::string_view text);
     void PrintMissing();
+    void PrintSeparator();
     void EndRow();
     [[nodiscard]] std::string_view TextOf(std::size_t field, std::string_view stored);
     void AppendIsoDate(std::string_view stored);
@@ -44,7 +45,6 @@ class RecordPrinter {
     TableTexts m_texts;
     Output& m_output;
     bool m_isJson;
-    std::string_view m_separator;
     std::array<bool, kMaxFields> m_showsAsStored{};  // as long as the text is plain
     std::size_t m_row = 0;
     EntryTable m_entries;

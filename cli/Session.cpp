@@ -70,7 +70,7 @@ bool Session::AskDatabasePassword(const CQuillaryDoc& doc) {
         password = given;
     }
     const auto wide = Utf8ToWide(password);
-    if (wide && !wide->empty() && doc.CheckDatabasePassword(*wide)) return true;
+    if (wide && doc.CheckDatabasePassword(*wide)) return true;
     Complain(MessageText(Message::WrongDatabasePassword));
     return false;
 }

@@ -106,9 +106,12 @@ TEST_F(RecordCommand, DeleteAndDuplicateThenSort) {
     ImageParts parts;
     parts.AddSchema({"Name"}, {"t"});
     parts.tail = std::string(126, '\0') + FromHex("00010000 FF000000 FF000000");  // descending
-    for (const char* name : {"c", "b", "a"}) parts.Add(2, {name});
+    for (const char* name : {"b", "c", "a"}) parts.Add(2, {name});
     parts.Add(3, {"d"});
     Write("s.pdb", parts.Build());
+    const std::string unsorted = Read("s.pdb");
+    EXPECT_EQ("", Output({"record", "s.pdb", "set", "1", "Name=b"}));
+    EXPECT_EQ(unsorted, Read("s.pdb")) << "nothing was changed";
     EXPECT_EQ("", Output({"record", "s.pdb", "add", "Name=bb"}));
     EXPECT_EQ("", Output({"record", "s.pdb", "set", "1", "Name=0"}));
     EXPECT_EQ("Name\r\nbb\r\nb\r\na\r\n0\r\n", Output({"list", "s.pdb"}));
