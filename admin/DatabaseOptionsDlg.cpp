@@ -2,6 +2,8 @@
 
 #include <QCheckBox>
 
+#include "ui/HelpTopics.h"
+
 namespace quillary {
 
 namespace {
@@ -12,7 +14,7 @@ constexpr ControlInfo kControls[] = {
     {kLongDates, ControlKind::CheckBox, u"Display dates in long format"},
     {kEditOnSelect, ControlKind::CheckBox, u"On select, go to Edit View"},
 };
-constexpr DialogInfo kDialog{149, u"Options", kControls};
+constexpr DialogInfo kDialog{149, u"Options", kControls, kTopicDatabaseOptions};
 
 }  // namespace
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cctype>
 
-namespace quillary {
+#include "db/Utf.h"
 
-namespace {
+namespace quillary {
 
 bool EndsInExtension(std::string_view path) {
     constexpr std::string_view kExtension = ".PDB";
@@ -14,7 +14,13 @@ bool EndsInExtension(std::string_view path) {
                       [](char wanted, unsigned char c) { return wanted == std::toupper(c); });
 }
 
-}  // namespace
+std::string DatabaseNameFor(const std::filesystem::path& path) {
+    const std::string stem = path.stem().string();
+    auto wide = Utf8ToWide(stem);
+    if (!wide || wide->size() <= kMostNameCharacters) return stem;
+    wide->resize(kMostNameCharacters);
+    return WideToUtf8(*wide);
+}
 
 bool IsImpossibleName(std::string_view name) {
     if (name == "." || name == "..") return true;

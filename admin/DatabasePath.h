@@ -1,6 +1,8 @@
 // From the name of a new database to the path of its file.
 #pragma once
 
+#include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,6 +12,16 @@
 #include "db/Messages.h"
 
 namespace quillary {
+
+/// As many as a person can type.
+inline constexpr std::size_t kMostNameCharacters = 28;
+
+/// The name for a database in the file at `path`: the file's name without its ending, cut to what a person could type.
+/// UTF-8.
+[[nodiscard]] std::string DatabaseNameFor(const std::filesystem::path& path);
+
+/// True when a file's name ends in ".pdb", in any case.
+[[nodiscard]] bool EndsInExtension(std::string_view path);
 
 /// True for a name with a path separator or a control character, for "." and "..". `name` is UTF-8.
 [[nodiscard]] bool IsImpossibleName(std::string_view name);

@@ -3,6 +3,7 @@
 #include <QLineEdit>
 
 #include "db/QuillaryDoc.h"
+#include "ui/HelpTopics.h"
 #include "ui/SecretText.h"
 #include "ui/WideText.h"
 
@@ -14,7 +15,7 @@ constexpr int kPassword = 1034;
 constexpr ControlInfo kControls[] = {
     {kPassword, ControlKind::PasswordEdit, u"This database is locked. Please enter the password to view its contents."},
 };
-constexpr DialogInfo kDialog{166, u"Enter Password", kControls};
+constexpr DialogInfo kDialog{166, u"Enter Password", kControls, kTopicEnterPassword};
 
 }  // namespace
 

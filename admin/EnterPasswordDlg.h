@@ -13,6 +13,9 @@ class CEnterPasswordDlg : public CQuillaryDialog {
     /// Wipes what was typed.
     ~CEnterPasswordDlg() override;
 
+    /// A password that is being typed is nothing to be saved.
+    [[nodiscard]] bool IsChanged() const override { return false; }
+
   protected:
     [[nodiscard]] bool Commit() override;
 

@@ -19,5 +19,8 @@ class Settings {
 
 /// Where new databases are saved: 0 = main folder, k = the k-th storage card.
 inline constexpr std::string_view kLocationNdx = "LocationNdx";
+/// Of every second row of the record list, 0x00BBGGRR; white (the default) colours none.
+inline constexpr std::string_view kAlternatingRowColor = "AlternatingRowColor";
+inline constexpr std::int32_t kNoRowColor = 0xFFFFFF;
 
 }  // namespace quillary

@@ -25,6 +25,7 @@ class StandardErrorQuestions : public Questions {
 
 int SavePicture(CQuillaryApp& app, const Path& database, const Path& picture) {
     StandardErrorQuestions questions;
+    app.ReadProfile();
     if (!app.OpenDocumentFile(database, OpenMode::Read, questions)) return 1;
     app.Frame().resize(1000, 640);
     app.Frame().show();

@@ -4,41 +4,64 @@
 #include <memory>
 
 #include "admin/StorageLocations.h"
+#include "app/Desktop.h"
+#include "app/HandOver.h"
 #include "app/MainFrame.h"
+#include "app/MyDocListTemplate.h"
 #include "db/QuillaryDoc.h"
 #include "ui/CommandTarget.h"
+#include "views/DocumentHost.h"
+
+class QSessionManager;
 
 namespace quillary {
 
 class CDocumentSession;
 class CQuillaryView;
 
-class CQuillaryApp : public CommandMap<CQuillaryApp> {
+class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
   public:
-    /// Both outlive the application.
-    CQuillaryApp(FileAccess& files, const StorageLocations& locations);
+    explicit CQuillaryApp(const Desktop& desktop);
     ~CQuillaryApp() override;
 
+    /// Hands the request to the instance that runs already. False when it has taken it: there is nothing left to do.
+    [[nodiscard]] bool InitApplication(SingleInstance& instances, const LaunchRequest& request);
+    /// Reads what the program is to look like.
+    void ReadProfile();
     /// Shows the window with the database at `path`, or with what lets the user choose one when `path` is empty.
     void InitInstance(const Path& path);
+    /// The desktop's session is about to end: what is not saved is saved or asked about.
+    void CommitData(QSessionManager& session);
     /// Opens the database at `path` in place of the one that is open; the one way in for all of the program. Null,
-    /// after telling the user why, when it is not opened; no database is then open.
+    /// after telling the user why, when it is not opened; no database is then open, or still the one that the user did
+    /// not want to leave.
     CQuillaryDoc* OpenDocumentFile(const Path& path);
     /// The same with another's questions, for a picture or another reader that changes nothing.
     CQuillaryDoc* OpenDocumentFile(const Path& path, OpenMode mode, Questions& questions);
     void CloseDocument();
+    void ReopenDocument() override;
+    void DropDocument() override;
 
     [[nodiscard]] CMainFrame& Frame() { return m_frame; }
+    [[nodiscard]] CHandOver& HandOver() { return m_handOver; }
 
     [[nodiscard]] static std::span<const CommandEntry<CQuillaryApp>> Commands();
 
   private:
     void OnFileOpen();
+    void OpenOther();
     void OnAbout();
+    [[nodiscard]] std::unique_ptr<CQuillaryDoc> Read(const Path& path, OpenMode mode, Questions& questions);
+    void Show(std::unique_ptr<CQuillaryDoc> doc);
+    void ReadAgain();
+    void ShowDocList();
+    void Remember(const Path& path);
 
-    FileAccess& m_files;
-    const StorageLocations& m_locations;
+    const Desktop m_desktop;
+    std::int32_t m_alternatingRowColor;
     CMainFrame m_frame;
+    std::unique_ptr<CMyDocListTemplate> m_template;  // null while the program only makes a picture
+    CHandOver m_handOver;
     std::unique_ptr<CDocumentSession> m_session;
     std::unique_ptr<CQuillaryView> m_view;
 };

@@ -1,6 +1,7 @@
 #include "app/WindowQuestions.h"
 
 #include "admin/EnterPasswordDlg.h"
+#include "db/QuillaryDoc.h"
 #include "ui/FrameWindow.h"
 #include "ui/MessageBox.h"
 #include "ui/WideText.h"
@@ -10,6 +11,7 @@ namespace quillary {
 void CWindowQuestions::Tell(const Failure& failure) { ShowMessage(m_frame.Window(), FromUtf8(failure.text)); }
 
 bool CWindowQuestions::AskDatabasePassword(const CQuillaryDoc& doc) {
+    if (m_knownLockWord != 0 && doc.DatabasePasswordHash() == m_knownLockWord) return true;
     CEnterPasswordDlg dialog(doc, m_frame);
     return dialog.exec() == QDialog::Accepted;
 }

@@ -1,6 +1,8 @@
 // Puts an operation's questions and messages to the person at the window.
 #pragma once
 
+#include <cstdint>
+
 #include "db/Questions.h"
 
 namespace quillary {
@@ -9,12 +11,15 @@ class FrameWindow;
 
 class CWindowQuestions : public Questions {
   public:
-    explicit CWindowQuestions(FrameWindow& frame) : m_frame(frame) {}
+    /// `knownLockWord`: of a password that the user has given already; 0 for none.
+    explicit CWindowQuestions(FrameWindow& frame, std::uint32_t knownLockWord = 0)
+        : m_frame(frame), m_knownLockWord(knownLockWord) {}
     void Tell(const Failure& failure) override;
     [[nodiscard]] bool AskDatabasePassword(const CQuillaryDoc& doc) override;
 
   private:
     FrameWindow& m_frame;
+    std::uint32_t m_knownLockWord;
 };
 
 }  // namespace quillary

@@ -3,15 +3,31 @@
 #include <cstring>
 #include <iostream>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "app/LaunchOptions.h"
 #include "app/Picture.h"
 #include "app/QuillaryApp.h"
+#include "platform/ColorScheme.h"
+#include "platform/DesktopFolderWatcher.h"
+#include "platform/DesktopInputPanel.h"
+#include "platform/DesktopLauncher.h"
+#include "platform/DesktopRecentFiles.h"
+#include "platform/DesktopTrash.h"
+#include "platform/Signals.h"
+#include "platform/SingleInstance.h"
+#include "platform/WindowActivation.h"
+#include "platform/posix/LargePages.h"
 #include "platform/posix/PosixFileAccess.h"
 #include "platform/posix/PosixStorageLocations.h"
+#include "platform/posix/PreferencesFile.h"
+#include "ui/Icon.h"
+#include "ui/Palette.h"
 
 namespace {
+
+using quillary::Path;
 
 // For what shows no window: no display is asked for, and the off-screen platform's notes on what it lacks are not told.
 void DoWithoutDisplay() {
@@ -21,20 +37,31 @@ void DoWithoutDisplay() {
     });
 }
 
+// A file that is handed over is opened by a program with another working folder.
+Path Absolute(const Path& path) {
+    std::error_code failed;
+    Path absolute = path.empty() ? path : std::filesystem::absolute(path, failed);
+    return failed ? path : absolute;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
     using quillary::LaunchOptions;
+    quillary::UseLargePages();
     // Qt takes its own options out of argv, but cannot start without a display. What needs none is looked for first.
     for (int i = 1; i < argc; ++i) {
         for (const char* option : {"--help", "--version", "--picture"}) {
             if (std::strcmp(argv[i], option) == 0) DoWithoutDisplay();
         }
     }
-    QCoreApplication::setOrganizationName(QStringLiteral("Telvane"));
     QCoreApplication::setApplicationName(QStringLiteral("Quillary"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLARY_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("org.telvane.quillary"));
+    const std::string activationToken = quillary::ActivationToken();
     const QApplication qt(argc, argv);
+
+    QGuiApplication::setWindowIcon(quillary::ProgramIcon());
 
     std::string error;
     const auto options = quillary::ReadCommandLine({argv + 1, argv + argc}, error);
@@ -53,10 +80,26 @@ int main(int argc, char** argv) {
 
     quillary::PosixFileAccess files;
     const quillary::PosixStorageLocations locations;
-    quillary::CQuillaryApp app(files, locations);
+    quillary::PreferencesFile settings;
+    quillary::DesktopTrash trash;
+    quillary::DesktopInputPanel inputPanel;
+    quillary::PreferencesFile windowSettings(quillary::PreferencesFile::DefaultPath(), "Window");
+    quillary::DesktopRecentFiles recentFiles;
+    quillary::DesktopFolderWatcher folderWatcher;
+    quillary::DesktopLauncher launcher;
+    quillary::CQuillaryApp app(
+        {files, locations, settings, trash, inputPanel, windowSettings, recentFiles, folderWatcher, launcher});
     if (options->task == LaunchOptions::Task::Picture) {
         return quillary::SavePicture(app, options->database, options->picture);
     }
-    app.InitInstance(options->database);
+    quillary::SingleInstance instances;
+    const Path database = Absolute(options->database);
+    if (!app.InitApplication(instances, {database.native(), activationToken})) return 0;
+    const quillary::ColorScheme colors(
+        [](quillary::ColorScheme::Kind kind) { quillary::UseDarkPalette(kind == quillary::ColorScheme::Kind::Dark); });
+    const quillary::Signals ending([&app] { app.Frame().close(); });
+    QObject::connect(&qt, &QGuiApplication::commitDataRequest, &qt,
+                     [&app](QSessionManager& session) { app.CommitData(session); });
+    app.InitInstance(database);
     return QApplication::exec();
 }

@@ -20,6 +20,7 @@
 #include "benchmarks/TimedFiles.h"
 #include "db/Bytes.h"
 #include "db/QuillaryDoc.h"
+#include "platform/posix/LargePages.h"
 #include "platform/posix/PosixFileAccess.h"
 #include "query/Find.h"
 #include "query/Sort.h"
@@ -295,6 +296,7 @@ std::vector<Figure> MakeFigures(const Path& table, const ScratchFolder& memory, 
 }
 
 int Run(int argc, char** argv) {
+    UseLargePages();  // as the programs do
     // Large blocks are new memory at every turn, as in a program that has just started.
     mallopt(M_MMAP_THRESHOLD, 128 * 1024);
     const Path memoryBacked = "/dev/shm";

@@ -26,6 +26,9 @@ constexpr std::size_t kUniqueIdAt = 5;   // in an entry of the record list
 constexpr std::size_t kSelectorAt = 40;  // in a condition
 constexpr std::size_t kCodesAt = 41;
 constexpr std::uint8_t kLastCategory = kCategoryFieldLengths;
+// In entries of different numbers: one before each of them, and a number 0. A list of those in a hostile file, which
+// may be nothing but NULs, would need many times its memory.
+constexpr std::ptrdiff_t kMostNuls = 256 + 1;
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
 // The order in which the records stand: the schema, then the rows.
@@ -82,7 +85,10 @@ class Checker {
     std::vector<Departure> Result() {
         std::stable_sort(m_found.begin(), m_found.end(),
                          [](const Departure& a, const Departure& b) { return a.offset < b.offset; });
-        if (m_untold > 0) m_found.push_back({m_image.size(), Number(m_untold) + " more departures are not listed"});
+        if (m_untold > 0) {
+            m_found.push_back({m_image.size(), "The check lists no more than " + Number(kMostDepartures) +
+                                                   " departures, and found " + Number(m_untold) + " more"});
+        }
         return std::move(m_found);
     }
 
@@ -129,8 +135,8 @@ class Checker {
             m_list.push_back({entry->offset, entry->attributes, entry->uniqueId});
         }
         if (m_list.size() < count) {
-            Report(kRecordCountAt, "The file ends inside its record list: " + Number(count) + " records are counted, " +
-                                       Number(m_list.size()) + " are listed");
+            Report(kRecordCountAt, "The file ends inside its record list: it counts " + Counted(count, "record") +
+                                       " and lists " + Number(m_list.size()));
         }
         m_latest.fill(kNone);
         for (std::size_t i = 0; i < m_list.size(); ++i) {
@@ -243,8 +249,14 @@ class Checker {
 
     void CheckAppInfo() {
         m_appInfoAt = LoadBig32(At(kAppInfoOffsetAt));
-        if (m_appInfoAt == 0) return;
         const std::uint64_t listEnd = EntryAt(m_list.size());
+        if (m_appInfoAt == 0) {
+            const std::uint64_t records = m_list.empty() ? m_image.size() : m_list[0].offset;
+            if (records > listEnd + kGapSize && records <= m_image.size()) {
+                Report(listEnd, "Behind the record list are bytes that belong to nothing");
+            }
+            return;
+        }
         if (m_appInfoAt >= m_image.size() || m_appInfoAt < listEnd) {
             Report(kAppInfoOffsetAt, "The application-info block begins at " + Number(m_appInfoAt) +
                                          (m_appInfoAt < listEnd ? ", inside the record list" : ", outside the file"));
@@ -336,6 +348,10 @@ class Checker {
             if (!bytes) continue;
             CheckFrame(*bytes, attributes);
             const std::string_view entries = EntriesOf(bytes->substr(kRecordHeader.size()));
+            if (std::count(entries.begin(), entries.end(), '\0') > kMostNuls) {
+                Report(OffsetOf(*bytes), Name(attributes) + " record holds more entries than there are entry numbers");
+                continue;
+            }
             const auto walked = WalkEntries(entries);
             if (!walked) {
                 Report(OffsetOf(*bytes), Name(attributes) + " record cannot be walked from entry to entry");
@@ -363,7 +379,7 @@ class Checker {
         }
         if (mark + 1 < bytes.size()) {
             Report(OffsetOf(bytes) + mark + 1,
-                   name + " has " + Number(bytes.size() - mark - 1) + " bytes behind its end mark");
+                   name + " has " + Counted(bytes.size() - mark - 1, "byte") + " behind its end mark");
         }
     }
 
@@ -400,7 +416,7 @@ class Checker {
         const std::string name = Name(attributes) + " record";
         if (entries.size() != kMaxFields) {
             const std::uint64_t at = entries.empty() ? 0 : OffsetOf(entries.front().text) - 2;
-            Report(at, name + " has " + Number(entries.size()) + " entries instead of " + Number(kMaxFields));
+            Report(at, name + " has not " + Number(kMaxFields) + " entries but " + Number(entries.size()));
         }
         for (const Entry& entry : entries) {
             switch (CategoryOf(attributes)) {

@@ -16,8 +16,11 @@ std::string OpeningError(const FileError& error) {
             return FormatMessage(Message::FileTooLarge);
         case FileError::Kind::Busy:
             return FormatMessage(Message::FileBusy);
+        case FileError::Kind::Recovery:
+            return error.reason;
         default:
-            return FormatMessage(Message::InvalidDatabaseFile) + " (" + FormatMessage(Message::ErrorOpeningFile) + ")";
+            return FormatMessage(Message::InvalidDatabaseFile) + " " + FormatMessage(Message::ErrorOpeningFile) + " (" +
+                   error.reason + ")";
     }
 }
 

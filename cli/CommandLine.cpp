@@ -13,6 +13,7 @@ namespace quillary {
 namespace {
 
 constexpr std::string_view kHelpOption = "--help";
+constexpr std::string_view kShortHelpOption = "-h";
 constexpr int kMostWords = 1 << 20;
 
 std::vector<std::string_view> ChoicesOf(const CommandOption& option) {
@@ -96,13 +97,17 @@ const Command* CommandNamed(std::string_view name) {
 ExitStatus UnknownCommand(std::string_view name) {
     std::vector<std::string_view> names{"help"};
     for (const Command& command : AllCommands()) names.push_back(command.name);
-    Complain("There is no command " + Quoted(name) + ". Did you mean " + Quoted(NearestName(name, names)) + "?");
+    const std::string hint = NearestNameHint(name, names);
+    Complain("There is no command " + Quoted(name) + "." + (hint.empty() ? " \"qly --help\" lists them." : hint));
     return ExitStatus::WrongUsage;
 }
 
-ExitStatus UnknownOption(std::string_view given, const std::vector<std::string_view>& names) {
+// `help` is the command that lists them.
+ExitStatus UnknownOption(std::string_view given, const std::vector<std::string_view>& names, std::string_view help) {
     const std::string_view name = given.substr(0, given.find('='));
-    Complain("There is no option " + Quoted(name) + " here. Did you mean " + Quoted(NearestName(name, names)) + "?");
+    const std::string hint = NearestNameHint(name, names);
+    Complain("There is no option " + Quoted(name) + " here." +
+             (hint.empty() ? " " + Quoted(help) + " lists them." : hint));
     return ExitStatus::WrongUsage;
 }
 
@@ -116,7 +121,7 @@ class ArgumentParser {
         for (const CommandOption* option : m_options) {
             const std::string name(option->name);
             if (option->value.empty()) {
-                m_app.add_flag(option->name == kHelpOption ? name + ",-h" : name)->disable_flag_override();
+                m_app.add_flag(name);
             } else {
                 m_app.add_option(name)->take_all()->allow_extra_args(false);
             }
@@ -124,21 +129,19 @@ class ArgumentParser {
     }
 
     [[nodiscard]] bool Parse(std::vector<std::string> given, Arguments& arguments) {
-        SplitEmptyValues(given);
-        const std::string last = given.empty() ? std::string() : given.back();
+        if (!Prepare(given)) return false;
         std::reverse(given.begin(), given.end());
         try {
             m_app.parse(given);
         } catch (const CLI::ExtrasError&) {
             std::vector<std::string_view> names;
             for (const CommandOption* option : m_options) names.push_back(option->name);
-            (void)UnknownOption(m_app.remaining().front(), names);
+            (void)UnknownOption(m_app.remaining().front(), names, "qly help " + std::string(m_command.name));
             return false;
         } catch (const CLI::ParseError& error) {
-            const bool lacksValue = std::any_of(
-                m_options.begin(), m_options.end(),
-                [&last](const CommandOption* option) { return option->name == last && !option->value.empty(); });
-            Complain(lacksValue ? "The option " + Quoted(last) + " needs a value." : error.what());
+            // What is left to go wrong is an option whose value is missing; the library's text begins with its name.
+            const std::string_view text = error.what();
+            Complain("The option " + Quoted(text.substr(0, text.find(':'))) + " needs a value.");
             return false;
         }
         if (AsksForHelp()) return true;
@@ -154,16 +157,30 @@ class ArgumentParser {
     [[nodiscard]] bool AsksForHelp() const { return m_app.count(std::string(kHelpOption)) > 0; }
 
   private:
-    // The library would take the next word for the value of "--name=".
-    void SplitEmptyValues(std::vector<std::string>& given) const {
+    // What the library would misread: of "--name=" it would take the next word for the value. False with a message when
+    // a flag has a value.
+    [[nodiscard]] bool Prepare(std::vector<std::string>& given) const {
         for (std::size_t i = 0; i < given.size() && given[i] != "--"; ++i) {
-            const auto isThis = [&](const CommandOption* option) {
-                return !option->value.empty() && given[i] == std::string(option->name) + "=";
-            };
-            if (std::none_of(m_options.begin(), m_options.end(), isThis)) continue;
+            if (given[i] == kShortHelpOption) given[i] = kHelpOption;
+            const auto nameEnd = given[i].find('=');
+            const std::string name = given[i].substr(0, nameEnd);
+            const auto option = std::find_if(m_options.begin(), m_options.end(),
+                                             [&name](const CommandOption* known) { return known->name == name; });
+            if (option == m_options.end()) continue;
+            const bool isFlag = (*option)->value.empty();
+            if (nameEnd == std::string::npos) {
+                i += isFlag ? 0 : 1;  // the next word is its value, whatever it looks like
+                continue;
+            }
+            if (isFlag) {
+                Complain("The option " + Quoted(name) + " takes no value.");
+                return false;
+            }
+            if (nameEnd + 1 < given[i].size()) continue;
             given[i].pop_back();
             given.insert(given.begin() + static_cast<std::ptrdiff_t>(++i), std::string());
         }
+        return true;
     }
 
     static bool Check(const CommandOption& option, const std::vector<std::string>& values) {
@@ -214,6 +231,12 @@ ExitStatus RunHelp(const std::vector<std::string>& words) {
     return command ? Print(HelpOn(*command)) : UnknownCommand(words.front());
 }
 
+ExitStatus PrintVersion(const std::vector<std::string>& words) {
+    if (words.empty()) return Print("qly " QUILLARY_VERSION "\n");
+    Complain("Too many words. Usage: qly --version");
+    return ExitStatus::WrongUsage;
+}
+
 }  // namespace
 
 ExitStatus RunCommandLine(const std::vector<std::string>& arguments) {
@@ -223,9 +246,9 @@ ExitStatus RunCommandLine(const std::vector<std::string>& arguments) {
     }
     const std::string& first = arguments.front();
     std::vector<std::string> rest(arguments.begin() + 1, arguments.end());
-    if (first == kHelpOption || first == "-h" || first == "help") return RunHelp(rest);
-    if (first == "--version") return Print("qly " QUILLARY_VERSION "\n");
-    if (first.starts_with("-")) return UnknownOption(first, {kHelpOption, "--version"});
+    if (first == kHelpOption || first == kShortHelpOption || first == "help") return RunHelp(rest);
+    if (first == "--version") return PrintVersion(rest);
+    if (first.starts_with("-")) return UnknownOption(first, {kHelpOption, "--version"}, "qly --help");
     const Command* command = CommandNamed(first);
     return command ? RunCommand(*command, std::move(rest)) : UnknownCommand(first);
 }

@@ -65,8 +65,9 @@ class Parser {
     std::nullopt_t UnknownType(std::string_view type) {
         std::vector<std::string_view> names;
         for (const FieldTypeInfo& info : AllFieldTypes()) names.push_back(info.commandName);
-        m_error = {ExitStatus::WrongUsage, "There is no field type " + Quoted(type) + ". Did you mean " +
-                                               Quoted(NearestName(type, names)) + "?"};
+        const std::string hint = NearestNameHint(type, names);
+        m_error = {ExitStatus::WrongUsage, "There is no field type " + Quoted(type) + "." +
+                                               (hint.empty() ? " \"qly help new\" lists them." : hint)};
         return std::nullopt;
     }
 

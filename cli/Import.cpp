@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "cli/ColumnTypes.h"
+#include "cli/Session.h"
 #include "cli/TableReader.h"
 #include "cli/Text.h"
 #include "cli/ValueEntry.h"
@@ -18,10 +19,8 @@ namespace {
 
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
-std::string QuotedName(std::string_view name, const AnsiText& page) { return Quoted(ForMessage(name, page)); }
-
 std::optional<std::vector<Field>> DefinedFields(const TableReader& reader, const std::vector<Field>& definitions,
-                                                const AnsiText& page, std::string& error) {
+                                                std::string& error) {
     std::vector<Field> fields;
     std::vector<Field> left = definitions;
     for (std::size_t column = 0; column < reader.Names().size(); ++column) {
@@ -29,7 +28,7 @@ std::optional<std::vector<Field>> DefinedFields(const TableReader& reader, const
         const auto found =
             std::find_if(left.begin(), left.end(), [&name](const Field& field) { return field.name == name; });
         if (found == left.end()) {
-            error = reader.AtColumn(column, "there is no --field for the column " + QuotedName(name, page) + ".");
+            error = reader.AtColumn(column, "there is no --field of this name.");
             return std::nullopt;
         }
         fields.push_back(std::move(*found));
@@ -69,7 +68,7 @@ class Importer {
     bool Run(std::string_view table, Progress& progress) {
         TableReader reader(table, m_rules.page);
         if (!reader.ReadHeader()) return FailWith(reader.Error());
-        if (!MatchColumns(reader) || !FindDateOrders(table)) return false;
+        if (!MatchColumns(reader) || !FindDateOrders(table, progress)) return false;
         while (reader.NextRow()) {
             if (!AppendRow(reader)) return false;
             progress.At(reader.Position());
@@ -100,15 +99,15 @@ class Importer {
         for (std::size_t column = 0; column < reader.Names().size(); ++column) {
             const auto field = m_doc.FieldByName(reader.Names()[column]);
             if (!field) {
-                const std::string name = QuotedName(reader.Names()[column], m_rules.page);
-                return FailWith(reader.AtColumn(column, "the database has no field " + name + "."));
+                return FailWith(reader.AtColumn(
+                    column, "the database has no field of this name. It has " + FieldList(m_doc) + "."));
             }
             m_columns[*field].inTable = column;
         }
         return true;
     }
 
-    bool FindDateOrders(std::string_view table) {
+    bool FindDateOrders(std::string_view table, Progress& progress) {
         std::vector<ColumnDateOrder> orders(m_columns.size());
         std::vector<std::size_t> unknown;
         for (std::size_t k = 0; k < m_columns.size(); ++k) {
@@ -125,6 +124,7 @@ class Importer {
                 if (!value) return FailWith(reader.Error());
                 orders[k].Add(*value, m_rules.century);
             }
+            progress.At(reader.Position());
         }
         if (!reader.Error().empty()) return FailWith(reader.Error());
         for (const std::size_t k : unknown) m_columns[k].order = orders[k].Order().value_or(m_rules.userOrder);
@@ -165,9 +165,7 @@ class Importer {
         const Message refusal = AppendStoredValue(field, *value, rules, m_entries);
         if (refusal == Message::None) return true;
         if (!m_rules.lenient) {
-            const std::string name = ForMessage(field.name, m_rules.page);
-            const std::string text = FormatMessage(refusal, {ForMessage(*value, m_rules.page), name});
-            return FailWith(reader.AtColumn(m_columns[k].inTable, text));
+            return FailWith(reader.AtColumn(m_columns[k].inTable, RefusalText(refusal, *value, rules)));
         }
         m_entries += EmptyValue(field.type);
         ++m_result.emptied;
@@ -232,7 +230,7 @@ std::optional<std::vector<Field>> FieldsForTable(std::string_view table, const s
         return std::nullopt;
     }
     return definitions.empty() ? GuessedFields(reader, rules, progress, error)
-                               : DefinedFields(reader, definitions, rules.page, error);
+                               : DefinedFields(reader, definitions, error);
 }
 
 bool ImportTable(CQuillaryDoc& doc, std::string_view table, const ImportRules& rules, Progress& progress,

@@ -1,14 +1,23 @@
+#include <filesystem>
+
 #include "cli/Commands.h"
 #include "cli/DatabaseName.h"
 #include "cli/FieldDefinition.h"
 #include "cli/Import.h"
 #include "cli/Input.h"
 #include "cli/Session.h"
+#include "cli/Text.h"
 #include "platform/posix/PosixClock.h"
 
 namespace quillary {
 
 namespace {
+
+// By a file that can be read or not: opening it says what is wrong with it.
+bool IsTaken(const std::string& path) {
+    std::error_code ignored;
+    return std::filesystem::status(path, ignored).type() != std::filesystem::file_type::not_found;
+}
 
 class ImportRun {
   public:
@@ -21,13 +30,15 @@ class ImportRun {
           m_doc(session.Files(), session.Page()) {}
 
     ExitStatus Run() {
-        Failure ignored;
-        const bool append = CQuillaryDoc::DatabaseExists(m_session.Files(), m_path, ignored);
+        const bool append = IsTaken(m_path);
         for (const std::string_view option : {"--name", "--field", "--fit"}) {
             if (append && m_arguments.Has(option)) {
                 return m_session.WrongUsage(std::string(option) + " is for a new database, but " + m_path +
                                             " is there.");
             }
+        }
+        if (m_arguments.words[0] == "-" && m_arguments.Value("--password-file") == "-") {
+            return m_session.WrongUsage("The table and the password cannot both come from standard input.");
         }
         // The definitions first: nobody should have to send a long table only to learn of a slip in them.
         DefinitionError error;
@@ -37,13 +48,18 @@ class ImportRun {
             return error.status;
         }
         std::string reason;
-        if (!m_table.Read(m_arguments.words[0], kMaxReadSize, reason)) {
+        if (!ReadTable(reason)) {
             return m_session.Refuse("The table " + m_arguments.words[0] + " cannot be read (" + reason + ").");
         }
         return append ? Append() : Make(*definitions);
     }
 
   private:
+    bool ReadTable(std::string& reason) {
+        Progress progress("Reading", 0, m_session.ShowsProgress());
+        return m_table.Read(m_arguments.words[0], kMaxReadSize, progress, reason);
+    }
+
     ExitStatus Append() {
         if (!m_session.Open(m_doc, m_path, OpenMode::EditExclusive)) return ExitStatus::Refused;
         return ImportRows() ? m_session.Save(m_doc) : ExitStatus::Refused;
@@ -57,9 +73,7 @@ class ImportRun {
         if (!fields) return m_session.Refuse(error);
         m_doc.NewDatabase(*name, std::move(*fields));
         if (!ImportRows() || !m_session.FlushBeforeSaving()) return ExitStatus::Refused;
-        Failure failure;
-        if (!m_doc.SaveDatabaseAs(m_path, *name, failure)) return m_session.Refuse(failure.text);
-        return ExitStatus::Done;
+        return m_session.SaveAs(m_doc, m_path, *name);
     }
 
     std::optional<std::vector<Field>> FieldsFor(const std::vector<Field>& definitions, std::string& error) {
@@ -83,6 +97,7 @@ class ImportRun {
             return false;
         }
         if (m_rules.lenient) {
+            // Always in these words, for scripts.
             m_session.Out().Append(std::to_string(result.records) + " records, " + std::to_string(result.emptied) +
                                    " values stored empty\n");
         }

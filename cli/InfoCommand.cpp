@@ -9,17 +9,29 @@ namespace quillary {
 
 namespace {
 
-void AppendLine(std::string_view label, std::string_view value, std::string& out) {
+// The texts of a file may hold what a terminal would obey.
+void AppendLine(std::string_view text, std::string& out) { out.append(OneLine(text)).append("\n"); }
+
+void AppendValue(std::string_view label, std::string_view value, std::string& out) {
     constexpr std::size_t kLabelWidth = 18;
     std::string left = std::string(label) + ":";
     left.resize(kLabelWidth, ' ');
-    out.append(left).append(value).append("\n");
+    AppendLine(left.append(value), out);
+}
+
+void AppendLines(std::string_view text, std::string& out) {
+    for (auto end = text.find('\n'); end != text.npos; end = text.find('\n')) {
+        const bool hasReturn = end > 0 && text[end - 1] == '\r';
+        AppendLine(text.substr(0, end - (hasReturn ? 1 : 0)), out);
+        text.remove_prefix(end + 1);
+    }
+    AppendLine(text, out);
 }
 
 std::string FieldLine(const CQuillaryDoc& doc, std::size_t k) {
     const Field& field = doc.Fields()[k];
     return "  " + WideToUtf8(doc.FieldName(k)) + ", " + std::string(InfoOf(field.type).name) + ", " +
-           std::to_string(field.width) + " pixels\n";
+           std::to_string(field.width) + (field.width == 1 ? " pixel" : " pixels");
 }
 
 // The value as the filter dialog shows it.
@@ -41,31 +53,31 @@ std::string ConditionLine(const CQuillaryDoc& doc, const FilterCondition& condit
     const std::string_view operation = OperatorText(doc, condition);
     return "  " + (condition.allFields ? "All Fields" : doc.Page().ToUtf8(condition.field)) + " " +
            std::string(operation.empty() ? "(unknown operator)" : operation) + " \"" + ShownValue(doc, condition) +
-           "\"\n";
+           "\"";
 }
 
 std::string InfoAsText(const CQuillaryDoc& doc) {
     std::string out;
     const auto onOff = [](bool on) { return on ? "on" : "off"; };
-    AppendLine("Name", WideToUtf8(doc.Name()), out);
-    AppendLine("Format version", std::to_string(doc.FormatVersion()), out);
-    AppendLine("Password", doc.DatabasePasswordHash() != 0 ? "yes" : "no", out);
-    AppendLine("Records",
-               std::to_string(doc.Shown().size()) + " shown, " + std::to_string(doc.Hidden().size()) + " hidden", out);
-    AppendLine("Long dates", onOff(doc.Style() == DateStyle::Long), out);
-    AppendLine("Edit on select", onOff(doc.EditOnSelect()), out);
+    AppendValue("Name", WideToUtf8(doc.Name()), out);
+    AppendValue("Format version", std::to_string(doc.FormatVersion()), out);
+    AppendValue("Password", doc.DatabasePasswordHash() != 0 ? "yes" : "no", out);
+    AppendValue("Records",
+                std::to_string(doc.Shown().size()) + " shown, " + std::to_string(doc.Hidden().size()) + " hidden", out);
+    AppendValue("Long dates", onOff(doc.Style() == DateStyle::Long), out);
+    AppendValue("Edit on select", onOff(doc.EditOnSelect()), out);
     out += "Fields:\n";
-    for (std::size_t k = 0; k < doc.FieldCount(); ++k) out += FieldLine(doc, k);
+    for (std::size_t k = 0; k < doc.FieldCount(); ++k) AppendLine(FieldLine(doc, k), out);
     if (!doc.Sort().empty()) out += "Sorted by:\n";
     for (const SortKey& key : doc.Sort()) {
-        out += "  " + doc.Page().ToUtf8(key.field) + (key.descending ? ", descending\n" : ", ascending\n");
+        AppendLine("  " + doc.Page().ToUtf8(key.field) + (key.descending ? ", descending" : ", ascending"), out);
     }
     const FilterSettings& filter = doc.Filter();
     if (!filter.conditions.empty()) out += filter.matchAny ? "Filter, any of:\n" : "Filter, all of:\n";
-    for (const FilterCondition& condition : filter.conditions) out += ConditionLine(doc, condition);
+    for (const FilterCondition& condition : filter.conditions) AppendLine(ConditionLine(doc, condition), out);
     if (!doc.InfoTextBytes().empty()) {
         out += doc.InfoLockHash() != 0 ? "Info text, locked:\n" : "Info text:\n";
-        out += WideToUtf8(doc.InfoText()) + "\n";
+        AppendLines(WideToUtf8(doc.InfoText()), out);
     }
     return out;
 }

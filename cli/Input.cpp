@@ -14,6 +14,7 @@ namespace quillary {
 namespace {
 
 constexpr std::size_t kFirstCapacity = 64 * 1024;
+constexpr std::size_t kPiece = 1024 * 1024;  // between two looks at the progress
 constexpr std::size_t kLongestLine = 64 * 1024;
 
 // A file open for reading as long as the object lives; "-" is standard input, which stays open.
@@ -52,7 +53,7 @@ bool InputBytes::Grow(std::size_t capacity) {
     return true;
 }
 
-bool InputBytes::ReadFrom(int file, std::size_t limit, std::string& reason) {
+bool InputBytes::ReadFrom(int file, std::size_t limit, Progress& progress, std::string& reason) {
     struct stat state {};
     std::size_t expected = kFirstCapacity;
     if (::fstat(file, &state) == 0 && S_ISREG(state.st_mode)) expected = static_cast<std::size_t>(state.st_size) + 1;
@@ -66,10 +67,11 @@ bool InputBytes::ReadFrom(int file, std::size_t limit, std::string& reason) {
             reason = std::strerror(ENOMEM);
             return false;
         }
-        const ssize_t count = ::read(file, m_bytes.get() + m_size, m_capacity - m_size);
+        const ssize_t count = ::read(file, m_bytes.get() + m_size, std::min(m_capacity - m_size, kPiece));
         if (count == 0) return true;
         if (count > 0) {
             m_size += static_cast<std::size_t>(count);
+            progress.Show(m_size);
         } else if (errno != EINTR) {
             reason = std::strerror(errno);
             return false;
@@ -77,9 +79,16 @@ bool InputBytes::ReadFrom(int file, std::size_t limit, std::string& reason) {
     }
 }
 
-bool InputBytes::Read(const std::string& path, std::size_t limit, std::string& reason) {
+bool InputBytes::Read(const std::string& path, std::size_t limit, Progress& progress, std::string& reason) {
     const InputFile file(path);
-    return file.IsOpen(reason) && ReadFrom(file.Number(), limit, reason);
+    return file.IsOpen(reason) && ReadFrom(file.Number(), limit, progress, reason);
+}
+
+std::string FirstLine(std::string_view text) {
+    const auto end = text.find('\n');
+    std::string line(text.substr(0, end));
+    if (end != text.npos && !line.empty() && line.back() == '\r') line.pop_back();
+    return line;
 }
 
 bool ReadFirstLine(const std::string& path, std::string& line, std::string& reason) {
@@ -94,14 +103,15 @@ bool ReadFirstLine(const std::string& path, std::string& line, std::string& reas
             reason = std::strerror(errno);
             return false;
         }
-        if (count == 0 || byte == '\n') break;
+        if (count == 0) break;
         line.push_back(byte);
+        if (byte == '\n') break;
     }
     if (line.size() > kLongestLine) {
         reason = "Its first line is too long";
         return false;
     }
-    if (byte == '\n' && !line.empty() && line.back() == '\r') line.pop_back();
+    line = FirstLine(line);
     return true;
 }
 

@@ -22,9 +22,7 @@ ExitStatus RunNew(Session& session, const Arguments& arguments) {
 
     CQuillaryDoc doc(session.Files(), session.Page());
     doc.NewDatabase(*name, std::move(*fields));
-    Failure failure;
-    if (!doc.SaveDatabaseAs(arguments.words[0], *name, failure)) return session.Refuse(failure.text);
-    return ExitStatus::Done;
+    return session.SaveAs(doc, arguments.words[0], *name);
 }
 
 }  // namespace quillary

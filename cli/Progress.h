@@ -1,4 +1,5 @@
-// Shows on standard error how far long work has come, when somebody looks at it.
+// Shows on standard error how far long work has come, when somebody looks at it: from half a second after the program
+// began, whatever that time went into.
 #pragma once
 
 #include <chrono>
@@ -9,7 +10,8 @@ namespace quillary {
 
 class Progress {
   public:
-    /// `doing` is what is shown, for example "Importing". Nothing is shown when `shown` is false.
+    /// `doing` is what is shown, for example "Importing". A `total` of 0: what is done are bytes, and how many there
+    /// will be is unknown. Nothing is shown when `shown` is false.
     Progress(std::string doing, std::uint64_t total, bool shown);
     ~Progress();
     Progress(const Progress&) = delete;
@@ -19,10 +21,11 @@ class Progress {
     void At(std::uint64_t done) {
         if (m_shown && ++m_calls % kCallsALook == 0) Show(done);
     }
+    /// For what is called for large pieces.
+    void Show(std::uint64_t done);
 
   private:
     static constexpr unsigned kCallsALook = 256;
-    void Show(std::uint64_t done);
 
     std::string m_doing;
     std::uint64_t m_total;

@@ -36,9 +36,9 @@ class RecordRun {
     std::optional<ExitStatus> CheckWords() {
         const std::string& verb = m_words[1];
         if (std::find(std::begin(kVerbs), std::end(kVerbs), verb) == std::end(kVerbs)) {
-            const auto nearest = NearestName(verb, {std::begin(kVerbs), std::end(kVerbs)});
-            return m_session.WrongUsage("Records have no command " + Quoted(verb) + ". Did you mean " +
-                                        Quoted(nearest) + "?");
+            const std::string hint = NearestNameHint(verb, {std::begin(kVerbs), std::end(kVerbs)});
+            return m_session.WrongUsage("Records have no command " + Quoted(verb) + "." +
+                                        (hint.empty() ? " They have add, set, delete and duplicate." : hint));
         }
         m_firstValue = verb == "add" ? 2 : 3;
         if (verb != "add") {
@@ -64,8 +64,8 @@ class RecordRun {
 
     bool FindRow() {
         if (m_row >= 1 && static_cast<std::uint64_t>(m_row) <= m_doc.Shown().size()) return true;
-        (void)m_session.Refuse("There is no row " + m_words[2] + "; " + std::to_string(m_doc.Shown().size()) +
-                               " records are shown.");
+        (void)m_session.Refuse("There is no row " + m_words[2] + " among the " +
+                               Counted(m_doc.Shown().size(), "shown record") + ".");
         return false;
     }
     [[nodiscard]] std::size_t Index() const { return static_cast<std::size_t>(m_row) - 1; }
@@ -120,8 +120,8 @@ class RecordRun {
         std::string stored;
         const Message refusal = AppendStoredValue(m_doc.Fields()[field], *typed, rules, stored);
         if (refusal == Message::None) return stored;
-        (void)m_session.Refuse(FormatMessage(
-            refusal, {ForMessage(*typed, m_doc.Page()), ForMessage(m_doc.Fields()[field].name, m_doc.Page())}));
+        const std::string name = ForMessage(m_doc.Fields()[field].name, m_doc.Page());
+        (void)m_session.Refuse("Field " + Quoted(name) + ": " + RefusalText(refusal, *typed, rules));
         return std::nullopt;
     }
 

@@ -161,17 +161,20 @@ std::string_view RecordPrinter::TextOf(std::size_t field, std::string_view store
     if (m_texts == TableTexts::Stored) return stored;
     const FieldType type = m_doc.TypeOf(field);
     m_text.clear();
+    if (m_texts == TableTexts::Cells) {
+        AppendListCell(m_doc, field, stored, m_row, m_display, m_text);
+        return m_text;
+    }
     if (m_texts == TableTexts::Iso && type == FieldType::Date) {
         AppendIsoDate(stored);
     } else if (m_texts == TableTexts::Iso && type == FieldType::Time) {
         AppendIsoTime(stored);
+    } else if (m_texts == TableTexts::Iso && ShowsAsStored(type)) {
+        return stored;  // a line end of another kind would not come back as it was
     } else {
         m_doc.AppendDisplay(stored, field, m_text);
     }
-    if (m_texts != TableTexts::Cells) return m_text;
-    m_cell.clear();
-    AppendCellText(m_text, m_row, m_cell);
-    return m_cell;
+    return m_text;
 }
 
 bool RecordPrinter::PrintPlain(std::string_view text) {

@@ -16,7 +16,7 @@ enum class TableFormat : std::uint8_t { Csv, Tsv, Json, JsonLines };
 enum class TableTexts : std::uint8_t {
     Display,
     Stored,
-    Iso,    // display texts, but dates as YYYY-MM-DD and times as HH:MM:SS
+    Iso,    // as the import reads them back: dates as YYYY-MM-DD, times as HH:MM:SS, line ends as they are stored
     Cells,  // what the cells of the record list show
 };
 
@@ -49,7 +49,7 @@ class RecordPrinter {
     std::size_t m_row = 0;
     EntryTable m_entries;
     std::string m_text;
-    std::string m_cell;
+    std::string m_display;
     std::string m_utf8;
     std::string m_json;
 };

@@ -38,6 +38,13 @@ ExitStatus Session::Refuse(std::string_view text) const {
     return m_command.failure;
 }
 
+ExitStatus Session::Refuse(const Failure& failure) const {
+    const bool lacksReason =
+        failure.message == Message::ErrorOpeningFile || failure.message == Message::UnableToOpenForWriting;
+    const bool hasReason = lacksReason && !m_files.Reason().empty();
+    return Refuse(failure.text + (hasReason ? " (" + m_files.Reason() + ")" : ""));
+}
+
 ExitStatus Session::WrongUsage(std::string_view text) const {
     Complain(text);
     return ExitStatus::WrongUsage;
@@ -67,7 +74,7 @@ bool Session::AskDatabasePassword(const CQuillaryDoc& doc) {
             return false;
         }
     } else if (const char* given = std::getenv("QLY_PASSWORD")) {
-        password = given;
+        password = FirstLine(given);
     }
     const auto wide = Utf8ToWide(password);
     if (wide && doc.CheckDatabasePassword(*wide)) return true;
@@ -79,10 +86,10 @@ bool Session::Open(CQuillaryDoc& doc, const std::string& path, OpenMode mode) {
     m_told = {};
     if (!doc.OpenDatabase(path, mode, *this)) {
         if (m_told.message == Message::None) return false;  // the password, and that was said
-        std::string text = m_told.text;
-        const std::string& reason = doc.ReaderError().text;
-        if (!reason.empty() && reason != text) text += " (" + reason + ")";
-        Complain(text);
+        Failure failure = doc.ReaderError();
+        if (failure.message == Message::None) failure = m_told;
+        if (failure.message != m_told.message) failure.text = m_told.text + " " + failure.text;
+        (void)Refuse(failure);
         return false;
     }
     if (doc.Recovery() == RecoveryState::Unrelated) {
@@ -100,6 +107,11 @@ bool Session::FlushBeforeSaving() {
     return !m_output.HasFailed();  // Finish says why
 }
 
+ExitStatus Session::SaveAs(CQuillaryDoc& doc, const std::string& path, std::string_view name) {
+    Failure failure;
+    return doc.SaveDatabaseAs(path, name, failure) ? ExitStatus::Done : Refuse(failure);
+}
+
 ExitStatus Session::Save(CQuillaryDoc& doc) {
     if (doc.IsModified() && doc.ForeignRecordCount() > 0 && !m_arguments.Has("--drop-foreign")) {
         return Refuse(FormatMessage(Message::ForeignRecords, {std::to_string(doc.ForeignRecordCount())}) +
@@ -107,7 +119,7 @@ ExitStatus Session::Save(CQuillaryDoc& doc) {
     }
     if (!FlushBeforeSaving()) return m_command.failure;
     Failure failure;
-    return doc.SaveDatabase(failure) ? ExitStatus::Done : Refuse(failure.text);
+    return doc.SaveDatabase(failure) ? ExitStatus::Done : Refuse(failure);
 }
 
 std::string FieldList(const CQuillaryDoc& doc) {

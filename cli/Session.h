@@ -8,10 +8,10 @@
 
 #include "cli/Command.h"
 #include "cli/Output.h"
+#include "cli/SessionFiles.h"
 #include "db/AnsiText.h"
 #include "db/QuillaryDoc.h"
 #include "db/UserLocale.h"
-#include "platform/posix/PosixFileAccess.h"
 
 namespace quillary {
 
@@ -34,6 +34,8 @@ class Session : private Questions {
 
     /// Says why the command does not do what was asked; the status that it answers.
     ExitStatus Refuse(std::string_view text) const;
+    /// With the system's reason behind the message that a file cannot be opened or made.
+    ExitStatus Refuse(const Failure& failure) const;
     ExitStatus WrongUsage(std::string_view text) const;
 
     /// An argument as UTF-16; nullopt with a message when it is no UTF-8.
@@ -43,6 +45,8 @@ class Session : private Questions {
 
     /// False with a message when `path` is not opened.
     [[nodiscard]] bool Open(CQuillaryDoc& doc, const std::string& path, OpenMode mode);
+    /// Makes the database of `doc` a new file.
+    [[nodiscard]] ExitStatus SaveAs(CQuillaryDoc& doc, const std::string& path, std::string_view name);
     /// Writes the collected output, so that a command whose output fails changes nothing. False when it fails.
     [[nodiscard]] bool FlushBeforeSaving();
     /// FlushBeforeSaving, then writes `doc`.
@@ -60,7 +64,7 @@ class Session : private Questions {
 
     const Command& m_command;
     const Arguments& m_arguments;
-    PosixFileAccess m_files;
+    SessionFiles m_files;
     std::optional<AnsiText> m_page;
     std::optional<DateOrder> m_givenOrder;
     Output m_output;

@@ -46,14 +46,11 @@ std::string TableReader::CsvErrorText() const {
     switch (error.kind) {
         case CsvError::Kind::None:
             return {};
-        case CsvError::Kind::Ragged: {
-            const std::string columns = std::to_string(m_names.size());
-            const bool more = error.column > m_names.size();
-            return "Row " + std::to_string(error.row) + " has " +
-                   (more ? "more values than the header, which has " + columns
-                         : std::to_string(error.column) + " values where the header has " + columns) +
-                   ".";
-        }
+        case CsvError::Kind::Ragged:
+            if (error.column > m_names.size()) {
+                return AtColumn(m_names.size(), "the header has only " + Counted(m_names.size(), "column") + ".");
+            }
+            return AtColumn(error.column, "the row ends before it, with " + Counted(error.column, "value") + ".");
         case CsvError::Kind::TooManyColumns:
             return "Row 1, column " + std::to_string(error.column) + ": a database has at most " +
                    std::to_string(kMaxFields) + " fields.";
@@ -77,7 +74,7 @@ bool TableReader::ReadHeader() {
         if (!name) return false;
         if (const auto refusal = RefusedFieldName(*name)) return FailWith(AtColumn(column, *refusal));
         if (std::find(m_names.begin(), m_names.end(), *name) != m_names.end()) {
-            return FailWith(AtColumn(column, "there is another column " + Quoted(ForMessage(*name, m_page)) + "."));
+            return FailWith(AtColumn(column, "an earlier column has the same name."));
         }
         m_names.emplace_back(*name);
     }
@@ -100,8 +97,9 @@ std::optional<std::string_view> TableReader::Value(std::size_t column) {
     std::u16string unstorable;
     auto stored = m_page.FromWide(*wide, &unstorable);
     if (!stored) {
-        const std::string characters = OneLine(WideToUtf8(unstorable.substr(0, 40)));
-        m_error = AtColumn(column, FormatMessage(Message::UnstorableCharacters, {"a database", characters}));
+        const std::string characters = WideToUtf8(unstorable.substr(0, 40));
+        const std::string place = "a database of code page " + m_page.Name();
+        m_error = AtColumn(column, FormatMessage(Message::UnstorableCharacters, {place, characters}));
         return std::nullopt;
     }
     m_converted = std::move(*stored);

@@ -46,6 +46,8 @@ void AppendJsonString(std::string_view utf8, std::string& out) {
 
 namespace {
 
+constexpr char kUpperHexDigits[] = "0123456789ABCDEF";
+
 // Insertions, removals, replacements and exchanges of neighbours between two texts.
 std::size_t MistakesBetween(std::string_view a, std::string_view b) {
     std::vector<std::size_t> beforeLast(b.size() + 1);
@@ -66,21 +68,40 @@ std::size_t MistakesBetween(std::string_view a, std::string_view b) {
     return last[b.size()];
 }
 
+std::string_view WithoutDashes(std::string_view option) {
+    return option.substr(std::min(option.find_first_not_of('-'), option.size()));
+}
+
+std::string LowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    return lower;
+}
+
+// Of a control character, which has two digits.
+void AppendCodePoint(unsigned character, std::string& out) {
+    out += "U+00";
+    out.push_back(kUpperHexDigits[character >> 4]);
+    out.push_back(kUpperHexDigits[character & 0x0F]);
+}
+
 }  // namespace
 
-std::string_view NearestName(std::string_view typed, const std::vector<std::string_view>& candidates) {
-    constexpr std::size_t kLongestName = 64;  // a longer word is no slip of the finger
-    typed = typed.substr(0, kLongestName);
+std::string NearestNameHint(std::string_view typed, const std::vector<std::string_view>& names) {
+    constexpr std::size_t kLettersAMistake = 3;
+    constexpr std::size_t kLongestName = 32;
+    const std::string word = LowerCase(WithoutDashes(typed.substr(0, kLongestName)));
     std::string_view nearest;
-    std::size_t fewest = std::numeric_limits<std::size_t>::max();
-    for (const std::string_view candidate : candidates) {
-        const std::size_t mistakes = MistakesBetween(typed, candidate);
-        if (mistakes < fewest) {
-            fewest = mistakes;
-            nearest = candidate;
-        }
+    std::size_t fewest = kLongestName;
+    for (const std::string_view name : names) {
+        const std::string_view plain = WithoutDashes(name);
+        const bool begun = word.size() >= kLettersAMistake && plain.starts_with(word);
+        const std::size_t mistakes = begun ? 1 : MistakesBetween(word, plain);
+        if (mistakes >= fewest || mistakes * kLettersAMistake > std::max(word.size(), plain.size())) continue;
+        fewest = mistakes;
+        nearest = name;
     }
-    return nearest;
+    return nearest.empty() ? std::string() : " Did you mean " + Quoted(nearest) + "?";
 }
 
 std::string Quoted(std::string_view text) {
@@ -88,17 +109,27 @@ std::string Quoted(std::string_view text) {
     return quoted.append(text).append(1, '"');
 }
 
-std::string OneLine(std::string_view text) {
-    std::string line(text);
-    for (char& c : line) {
-        const auto byte = static_cast<unsigned char>(c);
+std::string OneLine(std::string_view utf8) {
+    std::string line;
+    for (std::size_t i = 0; i < utf8.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(utf8[i]);
+        const auto next = i + 1 < utf8.size() ? static_cast<unsigned char>(utf8[i + 1]) : 0u;
         if (byte == '\n' || byte == '\r' || byte == '\t') {
-            c = ' ';
+            line += ' ';
         } else if (byte < 0x20 || byte == 0x7F) {
-            c = '?';
+            AppendCodePoint(byte, line);
+        } else if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {  // terminals obey these too
+            AppendCodePoint(next, line);
+            ++i;
+        } else {
+            line += utf8[i];
         }
     }
     return line;
+}
+
+std::string Counted(std::uint64_t number, std::string_view noun) {
+    return std::to_string(number).append(" ").append(noun).append(number == 1 ? "" : "s");
 }
 
 std::optional<std::int64_t> ReadWholeNumber(std::string_view text) {

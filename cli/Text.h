@@ -15,11 +15,16 @@ void AppendJsonString(std::string_view utf8, std::string& out);
 /// `text` in quotes, for a message.
 [[nodiscard]] std::string Quoted(std::string_view text);
 
-/// The candidate that is the fewest typing mistakes away from `typed`, the first of equal ones.
-[[nodiscard]] std::string_view NearestName(std::string_view typed, const std::vector<std::string_view>& candidates);
+/// " Did you mean X?" with the one of `names` that `typed` was probably meant to be: a slip or two of the finger away,
+/// or begun and not ended. Empty when there is none.
+[[nodiscard]] std::string NearestNameHint(std::string_view typed, const std::vector<std::string_view>& names);
 
-/// One line that does no harm to a terminal: line breaks become blanks, other control characters "?".
-[[nodiscard]] std::string OneLine(std::string_view text);
+/// `utf8` as one line that does no harm to a terminal: line breaks and tabs become blanks, other control characters
+/// their code points, as "U+001B".
+[[nodiscard]] std::string OneLine(std::string_view utf8);
+
+/// "1 record", "2 records".
+[[nodiscard]] std::string Counted(std::uint64_t number, std::string_view noun);
 
 /// An optional "-" and digits; what 64 bits cannot hold is the nearest number that they can.
 [[nodiscard]] std::optional<std::int64_t> ReadWholeNumber(std::string_view text);

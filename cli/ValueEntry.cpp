@@ -67,6 +67,20 @@ Message AppendStoredValue(const Field& field, std::string_view given, const Entr
     return Message::None;
 }
 
+std::string RefusalText(Message refusal, std::string_view given, const EntryRules& rules) {
+    constexpr std::string_view kOrderNames[] = {"month, day, year", "day, month, year", "year, month, day"};
+    std::string text = FormatMessage(refusal, {ForMessage(given, rules.page)});
+    if (refusal != Message::NotADate) return text;
+    for (std::size_t other = 0; other < std::size(kOrderNames); ++other) {
+        if (!ParseDate(given, static_cast<DateOrder>(other), rules.century)) continue;
+        text.pop_back();
+        return text.append(" in the order ")
+            .append(kOrderNames[static_cast<std::size_t>(rules.order)])
+            .append("; --date-order gives another.");
+    }
+    return text;
+}
+
 std::string ForMessage(std::string_view text, const AnsiText& page) {
     constexpr std::size_t kMostCharacters = 60;
     std::u16string wide = page.ToWide(text.substr(0, 4 * kMostCharacters));

@@ -25,6 +25,9 @@ struct EntryRules {
 [[nodiscard]] Message AppendStoredValue(const Field& field, std::string_view given, const EntryRules& rules,
                                         std::string& out);
 
+/// The message for what AppendStoredValue refused.
+[[nodiscard]] std::string RefusalText(Message refusal, std::string_view given, const EntryRules& rules);
+
 /// `text` on one line, cut where it is too long for a message.
 [[nodiscard]] std::string ForMessage(std::string_view text, const AnsiText& page);
 

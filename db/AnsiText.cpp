@@ -24,6 +24,8 @@ AnsiText::Table Windows1252Table() {
 
 constexpr char kEndMarkByte = '\xFF';
 
+bool IsStorable(char byte) { return byte != kEndMarkByte && byte != '\0'; }
+
 void NoteUnstorable(std::u16string_view character, std::u16string* unstorable) {
     if (unstorable && unstorable->find(character) == unstorable->npos) unstorable->append(character);
 }
@@ -115,22 +117,34 @@ std::string AnsiText::ToUtf8(std::string_view bytes) const {
 }
 
 bool AnsiText::AppendStored(std::u16string_view character, std::string& bytes) const {
-    const auto isStorable = [](char byte) { return byte != kEndMarkByte && byte != '\0'; };
     if (!m_converter) {
         const auto byte = character.size() == 1 ? ByteOf(character[0]) : std::nullopt;
-        if (!byte || !isStorable(static_cast<char>(*byte))) return false;
+        if (!byte || !IsStorable(static_cast<char>(*byte))) return false;
         bytes.push_back(static_cast<char>(*byte));
         return true;
     }
     const auto stored = m_converter->fromWide(character);
-    if (!stored || !std::all_of(stored->begin(), stored->end(), isStorable)) return false;
+    if (!stored || !std::all_of(stored->begin(), stored->end(), IsStorable)) return false;
     bytes += *stored;
     return true;
 }
 
+// The whole text at once; false when something in it cannot be stored.
+bool AnsiText::StoreSingleBytes(std::u16string_view text, std::string& bytes) const {
+    bytes.resize(text.size());
+    bool storable = true;
+    std::transform(text.begin(), text.end(), bytes.begin(), [&](char16_t unit) {
+        const auto byte = static_cast<char>(m_fromWide[m_pageOfHighByte[unit >> 8]][unit & 0xFF]);
+        storable = storable && IsStorable(byte);
+        return byte;
+    });
+    return storable;
+}
+
 std::optional<std::string> AnsiText::FromWide(std::u16string_view text, std::u16string* unstorable) const {
     std::string bytes;
-    bytes.reserve(text.size());
+    if (!m_converter && StoreSingleBytes(text, bytes)) return bytes;
+    bytes.clear();
     bool storable = true;
     for (std::size_t i = 0; i < text.size();) {
         const std::u16string_view character = CharacterAt(text, i);

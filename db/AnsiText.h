@@ -64,6 +64,7 @@ class AnsiText {
 
   private:
     [[nodiscard]] std::optional<std::uint8_t> ByteOf(char16_t unit) const;
+    [[nodiscard]] bool StoreSingleBytes(std::u16string_view text, std::string& bytes) const;
     /// Appends its bytes; false, with nothing appended, for a character that no text may hold.
     [[nodiscard]] bool AppendStored(std::u16string_view character, std::string& bytes) const;
 

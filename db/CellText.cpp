@@ -4,6 +4,9 @@
 #include <charconv>
 #include <limits>
 
+#include "db/Ascii.h"
+#include "db/QuillaryDoc.h"
+
 namespace quillary {
 
 namespace {
@@ -22,9 +25,6 @@ struct Directive {
 
     static constexpr std::size_t kNoPrecision = std::numeric_limits<std::size_t>::max();
 };
-
-bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::size_t ReadCount(std::string_view text, std::size_t& at) {
     std::size_t count = 0;
@@ -74,7 +74,7 @@ std::size_t ReadDirective(std::string_view text, Directive& directive) {
             break;
         }
     }
-    if (at == text.size() || !IsLetter(text[at])) return 0;
+    if (at == text.size() || !IsAsciiLetter(text[at])) return 0;
     directive.letter = text[at];
     return at + 1;
 }
@@ -96,10 +96,7 @@ void AppendNumber(const Directive& directive, std::size_t row, std::string& out)
     const int base = isHex ? 16 : letter == 'o' ? 8 : 10;
     char buffer[24];
     std::string digits(buffer, std::to_chars(buffer, buffer + sizeof buffer, row, base).ptr);
-    if (letter == 'X') {
-        std::transform(digits.begin(), digits.end(), digits.begin(),
-                       [](char c) { return c >= 'a' ? static_cast<char>(c - ('a' - 'A')) : c; });
-    }
+    if (letter == 'X') std::transform(digits.begin(), digits.end(), digits.begin(), AsciiUpper);
     if (row == 0 && directive.precision == 0) digits.clear();
     if (directive.precision != Directive::kNoPrecision && digits.size() < directive.precision) {
         digits.insert(0, directive.precision - digits.size(), '0');
@@ -152,6 +149,13 @@ void AppendCellText(std::string_view display, std::size_t row, std::string& out)
             rowTaken = true;
         }
     }
+}
+
+void AppendListCell(const CQuillaryDoc& doc, std::size_t field, std::string_view stored, std::size_t row,
+                    std::string& display, std::string& out) {
+    display.clear();
+    doc.AppendDisplay(stored.substr(0, kMaxCellBytes), field, display);
+    AppendCellText(std::string_view(display).substr(0, kMaxCellBytes), row, out);
 }
 
 }  // namespace quillary

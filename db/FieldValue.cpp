@@ -6,6 +6,8 @@
 #include <iterator>
 #include <limits>
 
+#include "db/Ascii.h"
+
 namespace quillary {
 
 namespace {
@@ -15,7 +17,6 @@ constexpr std::string_view kNoTime = "No Time";
 constexpr std::int32_t kSecondsADay = 24 * 60 * 60;
 
 bool IsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Days from 1 March of year 0, in the calendar that begins its years in March.
 constexpr std::int64_t DaysFromMarchOfYearZero(std::int64_t year, int month, int day) {
@@ -166,7 +167,7 @@ std::string DisplayText(FieldType type, std::string_view stored, DateStyle style
 
 bool IsChecked(std::string_view stored) {
     constexpr std::string_view kTrueTexts[] = {"TRUE", "1", "YES", "JA"};
-    const auto sameUpper = [](char wanted, char c) { return wanted == (c >= 'a' && c <= 'z' ? c - ('a' - 'A') : c); };
+    const auto sameUpper = [](char wanted, char c) { return wanted == AsciiUpper(c); };
     return std::any_of(std::begin(kTrueTexts), std::end(kTrueTexts), [&](std::string_view text) {
         return text.size() == stored.size() && std::equal(text.begin(), text.end(), stored.begin(), sameUpper);
     });

@@ -79,6 +79,11 @@ class FileAccess {
     [[nodiscard]] virtual std::unique_ptr<LockedFile> Create(const Path& path, FileError& error) = 0;
     /// A file that is not there is no error.
     [[nodiscard]] virtual bool Remove(const Path& path, FileError& error) = 0;
+    /// Gives the file another name in its folder; `Exists` when that is taken.
+    [[nodiscard]] virtual bool Rename(const Path& /*from*/, const Path& /*to*/, FileError& error) {
+        error = {FileError::Kind::Other, "Operation not supported"};
+        return false;
+    }
     /// True when the path names something that can be opened for reading.
     [[nodiscard]] virtual bool CanRead(const Path& path) = 0;
     /// True when both the file and its folder can be written.

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <memory_resource>
 #include <string_view>
 
 namespace quillary {
@@ -11,7 +12,8 @@ namespace quillary {
 class Image {
   public:
     Image() = default;
-    explicit Image(std::size_t size) : m_bytes(std::make_unique_for_overwrite<char[]>(size)), m_size(size) {}
+    /// In memory of the default resource, so that a program can choose how it holds files.
+    explicit Image(std::size_t size) : Image(size, std::pmr::get_default_resource()) {}
     explicit Image(std::string_view bytes) : Image(bytes.size()) { bytes.copy(Data(), bytes.size()); }
 
     [[nodiscard]] char* Data() { return m_bytes.get(); }
@@ -21,7 +23,15 @@ class Image {
     void Shrink(std::size_t size) { m_size = size < m_size ? size : m_size; }
 
   private:
-    std::unique_ptr<char[]> m_bytes;
+    struct Release {
+        std::pmr::memory_resource* resource;
+        std::size_t size;
+        void operator()(char* bytes) const { resource->deallocate(bytes, size); }
+    };
+    Image(std::size_t size, std::pmr::memory_resource* resource)
+        : m_bytes(static_cast<char*>(resource->allocate(size)), Release{resource, size}), m_size(size) {}
+
+    std::unique_ptr<char[], Release> m_bytes;
     std::size_t m_size = 0;
 };
 

@@ -39,22 +39,32 @@ constexpr Row kMessages[] = {
     {Message::UndecidedCopy,
      "A stopped save left the copy %s, and the database has been changed since. Open it in Quillary's window to decide "
      "between them, or move the copy away."},
+    {Message::OtherVersionsCopy,
+     "Another version of Quillary left the recovery copy %s, which this one cannot read. Open the database in that "
+     "version, or move the copy away."},
     {Message::WriteFailed, "The database could not be written (%s). The file is as it was."},
     {Message::WriteFailedTorn,
      "The database could not be written (%s). Opening it again completes it from its recovery copy."},
     {Message::ReadOnly, "This database is read only: its file or folder cannot be written."},
+    {Message::NotSaved, "The changes to this database are not saved."},
+    {Message::NotDeleted, "The database could not be deleted (%s)."},
+    {Message::NotCopied, "The database could not be copied (%s)."},
+    {Message::NotRenamed, "The database could not be renamed (%s)."},
+    {Message::RecoveryCopyKeepsName,
+     "A stopped save of this database left a recovery copy, which is found by its present name. Open the database "
+     "first, then rename it."},
     {Message::ForeignRecords,
-     "This file holds %s records of other programs or other kinds, which would not come back when it is written."},
+     "Of the records in this file, %s would not come back when it is written, being of other programs or kinds."},
     {Message::WrongDatabasePassword, "The password you have entered does not match the database password."},
     {Message::UnstorableCharacters, "These characters cannot be stored in %s: %s"},
     {Message::HidesField, "A %s in \"%s\" would hide the field \"%s\". Move \"%s\" behind it or take the %s out."},
     {Message::NameMissing, "You must provide a database name before continuing."},
     {Message::ImpossibleName, "\"%s\" cannot be the name of a database file."},
-    {Message::NotANumber, "\"%s\" is no number (field \"%s\")."},
-    {Message::NotADate, "\"%s\" is no date (field \"%s\")."},
-    {Message::NotATime, "\"%s\" is no time (field \"%s\")."},
-    {Message::NotACheckBox, "\"%s\" is neither true nor false (field \"%s\")."},
-    {Message::NotAListItem, "\"%s\" is no item of the list (field \"%s\")."},
+    {Message::NotANumber, "\"%s\" is no number."},
+    {Message::NotADate, "\"%s\" is no date."},
+    {Message::NotATime, "\"%s\" is no time."},
+    {Message::NotACheckBox, "\"%s\" is neither true nor false."},
+    {Message::NotAListItem, "\"%s\" is no item of the list."},
 };
 static_assert(std::size(kMessages) == static_cast<std::size_t>(Message::Count));
 

@@ -33,9 +33,15 @@ enum class Message {
     FileBusy,            // another program holds the file's lock
     RecoveryNotWritten,  // %s: path, %s: the system's reason
     UndecidedCopy,       // %s: path of the copy
+    OtherVersionsCopy,   // %s: path of the copy
     WriteFailed,         // %s: the system's reason; the file is as it was
     WriteFailedTorn,     // %s: the system's reason; the recovery file completes it at the next opening
     ReadOnly,
+    NotSaved,
+    NotDeleted,  // %s: the system's reason
+    NotCopied,   // %s: the system's reason
+    NotRenamed,  // %s: the system's reason
+    RecoveryCopyKeepsName,
     ForeignRecords,  // %s: number
     // Passwords
     WrongDatabasePassword,
@@ -44,7 +50,7 @@ enum class Message {
     HidesField,            // %s: the byte's name, %s: field, %s: hidden field, %s: field, %s: the byte's name
     NameMissing,
     ImpossibleName,  // %s: the name
-    NotANumber,      // %s: text, %s: field
+    NotANumber,      // %s: text
     NotADate,
     NotATime,
     NotACheckBox,

@@ -441,6 +441,17 @@ void CQuillaryDoc::RemoveRecord(std::size_t row) {
     Changed();
 }
 
+void CQuillaryDoc::ShowAllRecords() {
+    m_content.filter.onlyShown = false;
+    if (m_content.hidden.empty()) return;
+    for (RecordRef& record : m_content.hidden) {
+        record.category = kCategoryShown;
+        m_content.shown.push_back(record);
+    }
+    m_content.hidden.clear();
+    Changed();
+}
+
 void CQuillaryDoc::ReorderRecords(std::span<const std::uint32_t> order) {
     std::vector<RecordRef> reordered(order.size());
     bool moved = false;

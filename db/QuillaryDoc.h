@@ -117,6 +117,8 @@ class CQuillaryDoc {
     [[nodiscard]] bool AppendRecord(std::string_view entries, Failure& failure);
     void ReplaceRecord(std::size_t row, std::string_view entries);
     void RemoveRecord(std::size_t row);
+    /// Puts the hidden records, in their order, behind the shown ones.
+    void ShowAllRecords();
     /// The record at the position in entry k of `order` moves to position k. `order` is a permutation of the shown
     /// rows; nothing is marked changed when it is the identity.
     void ReorderRecords(std::span<const std::uint32_t> order);

@@ -26,12 +26,14 @@ struct RecordRef {
 static_assert(sizeof(RecordRef) == 16);
 
 /// The entries of a record as its file bytes behind the record header hold them: up to the end mark, which may be
-/// missing.
+/// missing. Its zero is cut off too, so that no search takes it for the number of entry 0.
 [[nodiscard]] std::string_view EntriesOf(std::string_view bytesBehindHeader);
 
 /// The text of entry `number` (0..19), or nullopt when the entries end first.
 /// Scans for the byte instead of walking the entries, as existing files need: a line feed in a text is found as
-/// entry 10. Reads nothing outside `entries`, whatever they hold. The result points into them.
+/// entry 10. The first byte is the high half of a number and is not looked at: entries that begin with another one than
+/// entry 0 have it where a later entry begins, or not at all. Reads nothing outside `entries`, whatever they hold. The
+/// result points into them.
 [[nodiscard]] std::optional<std::string_view> FindEntry(std::string_view entries, std::uint8_t number);
 
 /// The texts of the first `fieldCount` entries of one record, found in a single pass, by the same rule as FindEntry.

@@ -95,6 +95,11 @@ std::string RecoveryFile::Head(const Path& canonicalPath, const FileStamp& file,
     return head;
 }
 
+bool RecoveryFile::IsOfOtherVersion(std::string_view bytes) {
+    return bytes.size() >= kPathLengthAt && bytes.starts_with(kMagic) &&
+           Load<std::uint32_t>(bytes, kFormatAt) != kFormat;
+}
+
 std::optional<RecoveryFile> RecoveryFile::Parse(Image image) {
     const std::string_view bytes = image.Bytes();
     if (bytes.size() < kFixedSize || !bytes.starts_with(kMagic) || Load<std::uint32_t>(bytes, kFormatAt) != kFormat) {

@@ -33,6 +33,8 @@ class RecoveryFile {
     [[nodiscard]] static std::string Head(const Path& canonicalPath, const FileStamp& file, std::string_view oldImage,
                                           std::string_view newImage);
 
+    /// Whether another version of this program wrote the bytes, in a layout of its own.
+    [[nodiscard]] static bool IsOfOtherVersion(std::string_view bytes);
     /// nullopt for bytes that are not whole. No number in them is trusted.
     [[nodiscard]] static std::optional<RecoveryFile> Parse(Image bytes);
 

@@ -15,17 +15,17 @@ struct Situation {
     FileStamp stamp;
     std::optional<RecoveryFile> recovery;
     RecoveryFile::Match match = RecoveryFile::Match::Neither;
-    bool isTorn = false;  // a recovery file that never became whole; its database was not touched
+    bool isTorn = false;            // a recovery file that never became whole; its database was not touched
+    bool isOfOtherVersion = false;  // a recovery file that only another version of the program can read
 };
 
 std::shared_ptr<const Image> CopyOf(std::string_view bytes) { return std::make_shared<const Image>(bytes); }
 
 // Reads the recovery file of the database at `path`, when there is one that is whole and its own. False when there is
 // one that cannot be read: a torn database must not pass for a whole one.
-bool FindRecovery(FileAccess& files, const Path& path, std::optional<RecoveryFile>& recovery, bool& isTorn,
-                  FileError& error) {
-    recovery.reset();
-    isTorn = false;
+bool FindRecovery(FileAccess& files, const Path& path, Situation& found, FileError& error) {
+    found.recovery.reset();
+    found.isTorn = found.isOfOtherVersion = false;
     Image bytes;
     FileError refused;
     const Path recoveryPath = files.RecoveryPath(path);
@@ -35,10 +35,17 @@ bool FindRecovery(FileAccess& files, const Path& path, std::optional<RecoveryFil
                  FormatMessage(Message::RecoveryNotRead, {recoveryPath.string(), refused.reason})};
         return false;
     }
-    recovery = RecoveryFile::Parse(std::move(bytes));
-    isTorn = !recovery;
-    if (recovery && !recovery->IsFor(files.CanonicalPath(path))) recovery.reset();
+    found.isOfOtherVersion = RecoveryFile::IsOfOtherVersion(bytes.Bytes());
+    if (found.isOfOtherVersion) return true;
+    found.recovery = RecoveryFile::Parse(std::move(bytes));
+    found.isTorn = !found.recovery;
+    if (found.recovery && !found.recovery->IsFor(files.CanonicalPath(path))) found.recovery.reset();
     return true;
+}
+
+bool RefuseOtherVersion(FileAccess& files, const Path& path, Failure& failure) {
+    failure.Set(Message::OtherVersionsCopy, {files.RecoveryPath(path).string()});
+    return false;
 }
 
 bool Examine(FileAccess& files, const Path& path, LockedFile& file, Situation& found, FileError& error) {
@@ -46,7 +53,7 @@ bool Examine(FileAccess& files, const Path& path, LockedFile& file, Situation& f
     // The stamp first: what is written after it shows in the next one.
     if (!file.Stamp(found.stamp, error) || !file.Read(image, error)) return false;
     found.image = std::make_shared<const Image>(std::move(image));
-    if (!FindRecovery(files, path, found.recovery, found.isTorn, error)) return false;
+    if (!FindRecovery(files, path, found, error)) return false;
     if (found.recovery) found.match = found.recovery->Compare(found.image->Bytes(), found.stamp.inode);
     // From here on the new image stands for a mixture; the file's own bytes make room for it.
     if (found.recovery && found.match == RecoveryFile::Match::Mixture) {
@@ -85,10 +92,11 @@ void SetLookFailure(const FileError& error, Failure& failure) {
 bool EndStoppedRewrite(FileAccess& files, const Path& path, LockedFile& file, Failure& failure) {
     FileError error;
     Situation found;
-    if (!FindRecovery(files, path, found.recovery, found.isTorn, error)) {
+    if (!FindRecovery(files, path, found, error)) {
         SetLookFailure(error, failure);
         return false;
     }
+    if (found.isOfOtherVersion) return RefuseOtherVersion(files, path, failure);
     if (!found.recovery) return true;
     if (!Examine(files, path, file, found, error)) {
         SetLookFailure(error, failure);
@@ -187,7 +195,9 @@ bool LoadDatabaseFile(FileAccess& files, const Path& path, LoadMode mode, Locked
 
     loaded.recovery = RecoveryState::None;
     if (found.recovery && found.match == Match::Mixture) loaded.recovery = RecoveryState::Pending;
-    if (found.recovery && found.match == Match::Neither) loaded.recovery = RecoveryState::Unrelated;
+    if ((found.recovery && found.match == Match::Neither) || found.isOfOtherVersion) {
+        loaded.recovery = RecoveryState::Unrelated;
+    }
     loaded.image = std::move(found.image);
     loaded.stamp = found.stamp;
     return true;
@@ -202,6 +212,7 @@ bool RestoreRecoveryCopy(FileAccess& files, const Path& path, Failure& failure) 
         SetLookFailure(error, failure);
         return false;
     }
+    if (found.isOfOtherVersion) return RefuseOtherVersion(files, path, failure);
     if (!found.recovery) {
         failure.Set(Message::ChangedByAnother);  // decided or completed elsewhere meanwhile
         return false;
@@ -282,17 +293,17 @@ bool CreateDatabaseFile(FileAccess& files, const Path& path, const Image& image,
     FileError error;
     FileError ignored;
     const Path recoveryPath = files.RecoveryPath(path);
-    std::optional<RecoveryFile> recovery;
-    bool isTorn = false;
-    if (!FindRecovery(files, path, recovery, isTorn, error)) {
+    Situation found;
+    if (!FindRecovery(files, path, found, error)) {
         SetLookFailure(error, failure);
         return false;
     }
-    if (recovery && !recovery->IsOfNewFile()) {
+    if (found.isOfOtherVersion) return RefuseOtherVersion(files, path, failure);
+    if (found.recovery && !found.recovery->IsOfNewFile()) {
         failure.Set(Message::UndecidedCopy, {recoveryPath.string()});  // of a database that has gone from here
         return false;
     }
-    recovery.reset();
+    found.recovery.reset();
     const std::string head = RecoveryFile::Head(files.CanonicalPath(path), {}, {}, image.Bytes());
     if (!files.WriteRecovery(recoveryPath, head, image.Bytes(), error)) {
         failure.Set(Message::RecoveryNotWritten, {recoveryPath.string(), error.reason});

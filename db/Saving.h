@@ -16,7 +16,7 @@ namespace quillary {
 enum class RecoveryState : std::uint8_t {
     None,       // none, or one that can be dropped: the file equals its old or its new image
     Pending,    // the file is a mixture of the two: a stopped rewrite. The loaded image is the new one
-    Unrelated,  // the file is neither: it stands, and the user decides about the copy
+    Unrelated,  // the file is neither, or the copy another version's: the file stands, the user decides about the copy
 };
 
 enum class LoadMode : std::uint8_t {

@@ -4,14 +4,12 @@
 #include <array>
 #include <iterator>
 
+#include "db/Ascii.h"
 #include "db/FieldValue.h"
 
 namespace quillary {
 
 namespace {
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-char Lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
 std::string_view Trimmed(std::string_view text) {
     constexpr std::string_view kBlanks = " \t\r\n";
@@ -21,8 +19,8 @@ std::string_view Trimmed(std::string_view text) {
 }
 
 bool SameIgnoringCase(std::string_view text, std::string_view other) {
-    return text.size() == other.size() &&
-           std::equal(text.begin(), text.end(), other.begin(), [](char a, char b) { return Lower(a) == Lower(b); });
+    return text.size() == other.size() && std::equal(text.begin(), text.end(), other.begin(),
+                                                     [](char a, char b) { return AsciiLower(a) == AsciiLower(b); });
 }
 
 // Takes pieces off the front of a text.
@@ -57,8 +55,7 @@ class Scanner {
         return any;
     }
     std::string_view Word() {
-        const auto* end =
-            std::find_if_not(m_rest.begin(), m_rest.end(), [](char c) { return Lower(c) >= 'a' && Lower(c) <= 'z'; });
+        const auto* end = std::find_if_not(m_rest.begin(), m_rest.end(), IsAsciiLetter);
         const std::string_view word = m_rest.substr(0, static_cast<std::size_t>(end - m_rest.begin()));
         m_rest.remove_prefix(word.size());
         return word;

@@ -27,7 +27,8 @@ void Run(std::string_view bytes) {
     if (const unsigned order = choice >> 2 & 3; order < 3) rules.givenOrder = static_cast<DateOrder>(order);
 
     std::string error;
-    auto fields = FieldsForTable(table, {}, rules, error);
+    Progress progress("Importing", table.size(), false);
+    auto fields = FieldsForTable(table, {}, rules, progress, error);
     FUZZ_CHECK(fields.has_value() == error.empty());
     if (!fields) return;
     FUZZ_CHECK(!fields->empty() && fields->size() <= kMaxFields);
@@ -35,7 +36,6 @@ void Run(std::string_view bytes) {
     MemoryFiles files;
     CQuillaryDoc doc(files);
     doc.NewDatabase("Fuzz", *fields);
-    Progress progress("Importing", table.size(), false);
     ImportResult result;
     if (!ImportTable(doc, table, rules, progress, result, error)) {
         FUZZ_CHECK(!error.empty());

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "db/QuillaryDoc.h"
-#include "tests/fakes/MemoryFiles.h"
+#include "tests/fakes/TestDatabase.h"
 
 namespace quillary {
 namespace {
@@ -21,14 +21,6 @@ class RecordingFiles : public MemoryFiles {
         return MemoryFiles::WriteRecovery(path, head, body, error);
     }
 };
-
-Field MakeField(std::string name, const char* storedType) {
-    Field field;
-    field.name = std::move(name);
-    field.storedType = storedType;
-    DecodeFieldType(storedType, field.type, field.options);
-    return field;
-}
 
 void Write(const std::filesystem::path& path, std::string_view bytes) {
     std::ofstream(path, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));

@@ -1,6 +1,7 @@
 #include "query/Find.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "db/CellText.h"
 
@@ -43,25 +44,59 @@ RecordFinder::RecordFinder(const CQuillaryDoc& doc, std::u16string_view text, in
 
 std::optional<std::size_t> RecordFinder::FindFrom(std::size_t row) {
     const bool isStorable = m_search || m_upper.empty() || !m_doc.Page().IsSingleByte();
-    for (; isStorable && row < m_doc.Shown().size(); ++row) {
+    if (!isStorable) return std::nullopt;
+    for (row = Candidate(row); row < m_doc.Shown().size(); row = Candidate(row + 1)) {
         if (RowMatches(row)) return row;
     }
     return std::nullopt;
 }
 
-// A quick look at the whole record: false when no cell can hold the text.
-bool RecordFinder::MayMatch(std::string_view entries) const {
-    return !m_search || m_mayBeMade || m_search->IsIn(entries) || entries.find('%') != entries.npos;
+// The rows that lie one behind the other in the file's image, so that one search goes over all of their bytes. A limit
+// keeps looking for this end cheap where many rows are candidates.
+std::size_t RecordFinder::EndOfRun(std::size_t row) const {
+    constexpr std::size_t kMaxRun = 64;
+    const auto& rows = m_doc.Shown();
+    const std::string_view image = m_doc.FileImage();
+    const std::less_equal<const char*> upTo;
+    const auto end = [](const RecordRef& record) { return record.data + record.size; };
+    if (!upTo(image.data(), rows[row].data) || !upTo(end(rows[row]), image.data() + image.size())) return row + 1;
+    const std::size_t most = std::min(rows.size(), row + kMaxRun);
+    for (++row; row < most; ++row) {
+        const char* const begin = rows[row].data;
+        if (!upTo(end(rows[row - 1]), begin) || !upTo(end(rows[row]), image.data() + image.size())) break;
+    }
+    return row;
+}
+
+std::size_t RecordFinder::Candidate(std::size_t row) const {
+    if (!m_search || m_mayBeMade) return row;
+    const auto& rows = m_doc.Shown();
+    while (row < rows.size()) {
+        const std::size_t end = EndOfRun(row);
+        const char* const begin = rows[row].data;
+        const RecordRef& last = rows[end - 1];
+        const std::string_view run(begin, static_cast<std::size_t>(last.data + last.size - begin));
+        const std::size_t at = m_search->Candidate(run, '%');
+        if (at != run.npos) {
+            while (rows[row].data + rows[row].size <= begin + at) ++row;
+            return row;
+        }
+        row = end;
+    }
+    return row;
 }
 
 bool RecordFinder::RowMatches(std::size_t row) {
     if (m_upper.empty()) return true;
     const std::string_view entries = m_doc.Shown()[row].Entries();
-    if (!MayMatch(entries)) return false;
+    // Where the stored bytes do not hold the text, only a cell with a directive may.
+    const bool isStored = !m_search || m_mayBeMade || m_search->IsIn(entries);
+    if (!isStored && entries.find('%') == entries.npos) return false;
     m_entries.Fill(entries, m_doc.FieldCount());
     for (std::size_t field = m_firstField; field < m_endField; ++field) {
         if (!m_entries.Has(field)) continue;
         std::string_view cell = m_entries.Text(field);
+        if (!isStored && cell.find('%') == cell.npos) continue;
         if (!MadeCharacters(m_doc.TypeOf(field), m_doc.Style()).empty()) {
             m_display.clear();
             m_doc.AppendDisplay(cell, field, m_display);

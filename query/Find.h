@@ -23,7 +23,9 @@ class RecordFinder {
     [[nodiscard]] std::optional<std::size_t> FindFrom(std::size_t row);
 
   private:
-    [[nodiscard]] bool MayMatch(std::string_view entries) const;
+    /// The first row from `row` on that a look at the raw bytes does not rule out.
+    [[nodiscard]] std::size_t Candidate(std::size_t row) const;
+    [[nodiscard]] std::size_t EndOfRun(std::size_t row) const;
     [[nodiscard]] bool CellMatches(std::string_view cell) const;
     [[nodiscard]] bool RowMatches(std::size_t row);
 

@@ -15,6 +15,7 @@ struct Row {
 constexpr Row kCaptions[] = {
     {kCaptionTools, u"Tools"},
     {kCaptionProgram, u"Quillary"},
+    {kCaptionDatabase, u"Database"},
     {kCaptionRecord, u"Record"},
 };
 

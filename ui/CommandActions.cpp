@@ -36,6 +36,14 @@ QAction* CCommandActions::Action(int command) {
     return action;
 }
 
+QAction* CCommandActions::AddButton(int command, const QString& toolTip, const QIcon& icon) {
+    QAction* action = Action(command);
+    action->setIcon(icon);
+    action->setIconVisibleInMenu(false);
+    m_toolTips[command] = toolTip;
+    return action;
+}
+
 void CCommandActions::FillMenuBar(QMenuBar& bar, int menuBarId) {
     const std::span<const Popup> popups = PopupsOf(menuBarId);
     QStringList captions;
@@ -71,7 +79,9 @@ void CCommandActions::UpdateStates() {
         CommandState state;
         m_update(command, state);
         action->setEnabled(state.IsEnabled());
-        action->setToolTip(PlainToolTip(state.WhyNot()));
+        const auto toolTip = m_toolTips.find(command);
+        action->setToolTip(
+            PlainToolTip(state.WhyNot().isEmpty() && toolTip != m_toolTips.end() ? toolTip->second : state.WhyNot()));
     }
 }
 

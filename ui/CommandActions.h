@@ -6,6 +6,7 @@
 #include <map>
 
 class QAction;
+class QIcon;
 class QMenuBar;
 class QWidget;
 
@@ -28,12 +29,15 @@ class CCommandActions {
     void UpdateStates();
 
     [[nodiscard]] QAction* Action(int command);
+    /// The command's action for a toolbar, with its icon and tooltip.
+    [[nodiscard]] QAction* AddButton(int command, const QString& toolTip, const QIcon& icon);
 
   private:
     QWidget& m_window;
     Run m_run;
     Update m_update;
     std::map<int, QAction*> m_actions;  // children of m_window
+    std::map<int, QString> m_toolTips;
 };
 
 }  // namespace quillary

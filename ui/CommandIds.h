@@ -7,11 +7,17 @@ namespace quillary {
 inline constexpr int ID_DATABASE_OPTIONS = 32772;  // "Options..."
 inline constexpr int ID_RECORD_BOTTOM = 32784;
 inline constexpr int ID_RECORD_TOP = 32785;
+inline constexpr int ID_RECORD_REPEAT_FIND = 32786;
+inline constexpr int ID_RECORD_FIND = 32787;
+inline constexpr int ID_RECORD_SHOW_ALL = 32788;
+inline constexpr int ID_DATABASE_DELETE = 32829;
 
 // The framework's
 inline constexpr int ID_FILE_OPEN = 57601;
 inline constexpr int ID_FILE_SAVE = 57603;
+inline constexpr int ID_EDIT_COPY = 57634;
 inline constexpr int ID_APP_ABOUT = 57664;
+inline constexpr int ID_HELP = 57670;
 inline constexpr int ID_APP_EXIT = 57665;
 
 }  // namespace quillary

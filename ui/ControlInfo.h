@@ -8,11 +8,15 @@ namespace quillary {
 
 inline constexpr int kOkButton = 1;
 inline constexpr int kCancelButton = 2;
+inline constexpr int kHelpButton = 9;
 inline constexpr int kTitleHeader = 1000;
 
 enum class ControlKind {
     Text,          // a paragraph
     CheckBox,      // QCheckBox
+    ComboBox,      // QComboBox, its label above it
+    TextEdit,      // QLineEdit, its label above it
+    Hyperlink,     // CHyperlinkLabel, opens the dialog's help topic
     PasswordEdit,  // QLineEdit that hides what is typed, its label above it
 };
 
@@ -28,6 +32,7 @@ struct DialogInfo {
     int id;
     std::u16string_view title;  // in the title header
     std::span<const ControlInfo> controls;
+    std::string_view topic;  // ui/HelpTopics.h
     Buttons buttons = Buttons::OkCancel;
 };
 

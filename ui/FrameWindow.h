@@ -1,11 +1,14 @@
 // The main window as views, dialogs and the open document know it.
 #pragma once
 
+#include <string_view>
+
 class QWidget;
 
 namespace quillary {
 
 class CQuillaryDialog;
+class InputPanel;
 
 class FrameWindow {
   public:
@@ -17,6 +20,13 @@ class FrameWindow {
     virtual void ShowRecordCounter(int current, int total) = 0;
     /// Title and command states follow the document. Called after whatever changed outside a command.
     virtual void DocumentChanged() = 0;
+
+    /// Opens the help book at a topic of ui/HelpTopics.h.
+    virtual void ShowHelp(std::string_view topic) = 0;
+    [[nodiscard]] virtual InputPanel& Panel() = 0;
+
+    /// Runs a command once the present event has been dealt with.
+    virtual void PostCommand(int command) = 0;
 
     /// Makes `dialog` the page that shows and takes menus and accelerators away, until EndDialog. Dialogs nest.
     virtual void BeginDialog(CQuillaryDialog& dialog) = 0;

@@ -4,6 +4,7 @@
 #include <QPushButton>
 
 #include "ui/Captions.h"
+#include "ui/OpenDialog.h"
 #include "ui/WideText.h"
 
 namespace quillary {
@@ -23,6 +24,7 @@ void ShowMessage(QWidget* parent, const QString& text) {
     SetUp(box, text);
     box.setIcon(QMessageBox::Warning);
     box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    const OpenDialog open(box);
     box.exec();
 }
 
@@ -37,8 +39,10 @@ int AskUser(QWidget* parent, const QString& text, const QStringList& answers) {
     }
     box.setDefaultButton(buttons.first());
     box.setEscapeButton(buttons.last());
+    const OpenDialog open(box);
     box.exec();
-    return static_cast<int>(buttons.indexOf(qobject_cast<QPushButton*>(box.clickedButton())));
+    const auto clicked = buttons.indexOf(qobject_cast<QPushButton*>(box.clickedButton()));
+    return static_cast<int>(clicked < 0 ? buttons.size() - 1 : clicked);  // none when the program ends the box
 }
 
 }  // namespace quillary

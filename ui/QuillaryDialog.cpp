@@ -1,17 +1,24 @@
 #include "ui/QuillaryDialog.h"
 
+#include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMetaProperty>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QVBoxLayout>
 
+#include "platform/InputPanel.h"
 #include "ui/FrameWindow.h"
+#include "ui/HyperlinkLabel.h"
 #include "ui/MessageBox.h"
 #include "ui/Mnemonics.h"
+#include "ui/OpenDialog.h"
 #include "ui/TitleHeader.h"
 #include "ui/WideText.h"
 
@@ -23,7 +30,8 @@ constexpr int kColumnCharacters = 80;  // a wider text is tiring to read
 
 }  // namespace
 
-CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, FrameWindow& frame) : QDialog(frame.Window()), m_frame(frame) {
+CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, FrameWindow& frame)
+    : QDialog(frame.Window()), m_frame(frame), m_topic(info.topic) {
     setWindowFlags(Qt::Widget);
     setObjectName(QString::number(info.id));
     setAccessibleName(FromWide(info.title));
@@ -55,6 +63,8 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, FrameWindow& frame) : Q
     column->addWidget(MakeButtons(info.buttons));
     column->addStretch(1);
 
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, const QWidget* now) { FollowFocus(now); });
+
     // On a small screen the page scrolls; moving the focus brings its control into sight.
     auto* scroll = new QScrollArea(this);
     scroll->setFrameShape(QFrame::NoFrame);
@@ -77,20 +87,29 @@ void CQuillaryDialog::AddControl(QVBoxLayout& column, const ControlInfo& control
             widget = text;
             break;
         }
+        case ControlKind::Hyperlink:
+            widget = new CHyperlinkLabel(FromWide(control.label), [this] { ShowHelp(); });
+            break;
         case ControlKind::CheckBox:
             widget = new QCheckBox(markedLabel);
             place = Qt::AlignLeft;
             break;
+        case ControlKind::ComboBox:
+            widget = new QComboBox;
+            break;
+        case ControlKind::TextEdit:
         case ControlKind::PasswordEdit: {
-            auto* label = new QLabel(markedLabel);
-            label->setWordWrap(true);
-            column.addWidget(label);
             auto* edit = new QLineEdit;
-            edit->setEchoMode(QLineEdit::Password);
-            label->setBuddy(edit);
+            if (control.kind == ControlKind::PasswordEdit) edit->setEchoMode(QLineEdit::Password);
             widget = edit;
             break;
         }
+    }
+    if (control.kind == ControlKind::ComboBox || dynamic_cast<QLineEdit*>(widget)) {
+        auto* label = new QLabel(markedLabel);
+        label->setWordWrap(true);
+        label->setBuddy(widget);
+        column.addWidget(label);
     }
     if (control.id != 0) widget->setObjectName(QString::number(control.id));
     widget->setAccessibleName(FromWide(control.label));
@@ -106,6 +125,15 @@ QWidget* CQuillaryDialog::MakeButtons(Buttons buttons) {
         QPushButton* cancel = box->addButton(QStringLiteral("Cancel"), QDialogButtonBox::RejectRole);
         cancel->setObjectName(QString::number(kCancelButton));
     }
+    if (!m_topic.empty()) {
+        QPushButton* help = box->addButton(QStringLiteral("Help"), QDialogButtonBox::HelpRole);
+        help->setObjectName(QString::number(kHelpButton));
+        connect(box, &QDialogButtonBox::helpRequested, this, &CQuillaryDialog::ShowHelp);
+    }
+    // On a small screen they get as narrow as their texts.
+    for (QAbstractButton* button : box->buttons()) {
+        button->setMinimumWidth(fontMetrics().horizontalAdvance(button->text()) + 2 * fontMetrics().height());
+    }
     connect(box, &QDialogButtonBox::accepted, this, &CQuillaryDialog::accept);
     connect(box, &QDialogButtonBox::rejected, this, &CQuillaryDialog::reject);
     return box;
@@ -113,10 +141,56 @@ QWidget* CQuillaryDialog::MakeButtons(Buttons buttons) {
 
 int CQuillaryDialog::exec() {
     Load();
+    m_loaded = ControlValues();
+    m_ends = false;
     m_frame.BeginDialog(*this);
+    if (!Control<QWidget>(kCancelButton)) Control<QWidget>(kOkButton)->setFocus();  // there is nothing to enter
+    const OpenDialog open(*this);
     const int result = QDialog::exec();
+    FollowFocus(nullptr);
     m_frame.EndDialog(*this);
     return result;
+}
+
+// What a person sets in a control is its user property: the text, the date, whether it is checked.
+QVariantList CQuillaryDialog::ControlValues() const {
+    QVariantList values;
+    for (const QWidget* widget : findChildren<QWidget*>()) {
+        const QMetaProperty value = widget->metaObject()->userProperty();
+        if (value.isValid() && widget->objectName().toInt() != 0) values << value.read(widget);
+    }
+    return values;
+}
+
+void CQuillaryDialog::ShowHelp() { m_frame.ShowHelp(m_topic); }
+
+void CQuillaryDialog::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_F1) {
+        ShowHelp();
+    } else {
+        QDialog::keyPressEvent(event);
+    }
+}
+
+void CQuillaryDialog::FollowFocus(const QWidget* now) {
+    const bool isEditor = isVisible() && now && isAncestorOf(now) && now->testAttribute(Qt::WA_InputMethodEnabled);
+    if (isEditor == m_panelShown) return;
+    m_panelShown = isEditor;
+    if (isEditor) {
+        m_frame.Panel().Show();
+    } else {
+        m_frame.Panel().Hide();
+    }
+}
+
+void CQuillaryDialog::done(int result) {
+    m_ends = true;
+    QDialog::done(result);
+}
+
+// The toolkit ends the event loop of a dialog that is hidden.
+void CQuillaryDialog::setVisible(bool visible) {
+    visible || m_ends ? QDialog::setVisible(visible) : QWidget::setVisible(false);
 }
 
 void CQuillaryDialog::accept() {

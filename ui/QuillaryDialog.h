@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QDialog>
+#include <QVariant>
+#include <string_view>
 
 #include "ui/ControlInfo.h"
 
@@ -21,6 +23,12 @@ class CQuillaryDialog : public QDialog {
     int exec() override;
     /// OK: ends the dialog when Commit allows it.
     void accept() override;
+    /// The page's one end; being covered by another dialog's page is none.
+    void done(int result) override;
+    void setVisible(bool visible) override;
+
+    /// Whether it holds what a Cancel would lose: a control shows another value than the one it was loaded with.
+    [[nodiscard]] virtual bool IsChanged() const { return ControlValues() != m_loaded; }
 
     /// The widget of the control `id`; null when the dialog has none of that number and type.
     template <class T>
@@ -36,13 +44,24 @@ class CQuillaryDialog : public QDialog {
     /// For Commit: tells why it does not go on and puts the focus into that control. Returns false.
     [[nodiscard]] bool Refuse(int control, const QString& why);
 
+    void keyPressEvent(QKeyEvent* event) override;
+
     [[nodiscard]] FrameWindow& Frame() const { return m_frame; }
 
   private:
     void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel);
     [[nodiscard]] QWidget* MakeButtons(Buttons buttons);
+    void ShowHelp();
+    /// The input panel is there while an editor of this page has the focus.
+    void FollowFocus(const QWidget* now);
+
+    [[nodiscard]] QVariantList ControlValues() const;
 
     FrameWindow& m_frame;
+    std::string_view m_topic;
+    bool m_panelShown = false;
+    QVariantList m_loaded;
+    bool m_ends = false;
 };
 
 }  // namespace quillary

@@ -15,4 +15,12 @@ namespace quillary {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+/// `text` with a blank for every control character, for places that show one line.
+[[nodiscard]] inline QString OnOneLine(QString text) {
+    for (QChar& c : text) {
+        if (c.category() == QChar::Other_Control) c = u' ';
+    }
+    return text;
+}
+
 }  // namespace quillary

@@ -1,15 +1,44 @@
 #include "views/DocumentSession.h"
 
+#include <QFileDialog>
 #include <string>
 #include <utility>
 
+#include "admin/DatabasePath.h"
+#include "db/CopyBeside.h"
+#include "db/Utf.h"
+#include "platform/NativePath.h"
 #include "ui/CommandIds.h"
 #include "ui/FrameWindow.h"
 #include "ui/MessageBox.h"
+#include "ui/OpenDialog.h"
 #include "ui/WaitCursor.h"
 #include "ui/WideText.h"
+#include "views/DeleteDatabase.h"
+#include "views/DocumentHost.h"
 
 namespace quillary {
+
+namespace {
+
+/// Under the name that a file at `path` stands for.
+bool SaveAs(CQuillaryDoc& doc, const Path& path, Failure& failure) {
+    const std::string name = DatabaseNameFor(path);
+    const auto wide = Utf8ToWide(name);
+    if (!wide || IsImpossibleName(name)) {
+        failure.Set(Message::ImpossibleName, {name});
+        return false;
+    }
+    std::u16string unstorable;
+    const auto stored = doc.Page().FromWide(*wide, &unstorable);
+    if (!stored) {
+        failure.Set(Message::UnstorableCharacters, {"the database's name", WideToUtf8(unstorable)});
+        return false;
+    }
+    return doc.SaveDatabaseAs(path, *stored, failure);
+}
+
+}  // namespace
 
 std::span<const CommandEntry<CDocumentSession>> CDocumentSession::Commands() {
     static constexpr CommandEntry<CDocumentSession> kCommands[] = {
@@ -18,8 +47,9 @@ std::span<const CommandEntry<CDocumentSession>> CDocumentSession::Commands() {
     return kCommands;
 }
 
-CDocumentSession::CDocumentSession(std::unique_ptr<CQuillaryDoc> doc, FileAccess& files, FrameWindow& frame)
-    : m_doc(std::move(doc)), m_files(files), m_frame(frame) {
+CDocumentSession::CDocumentSession(std::unique_ptr<CQuillaryDoc> doc, FileAccess& files, FrameWindow& frame,
+                                   DocumentHost& host)
+    : m_doc(std::move(doc)), m_files(files), m_frame(frame), m_host(host) {
     m_doc->FlushInBackground(true);
 }
 
@@ -40,13 +70,93 @@ bool CDocumentSession::Save() {
         const WaitCursor wait;
         saved = m_doc->SaveDatabase(failure);
     }
-    if (!saved) ShowMessage(m_frame.Window(), FromUtf8(failure.text));
-    return saved;
+    if (saved) return true;
+    if (failure.message == Message::ChangedByAnother) return SettleForeignChange(failure);
+    ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+    return false;
+}
+
+bool CDocumentSession::SettleForeignChange(const Failure& failure) {
+    enum Answer { Elsewhere, Reload, Overwrite };
+    const int answer = AskUser(m_frame.Window(), FromUtf8(failure.text),
+                               {QStringLiteral("Save Elsewhere..."), QStringLiteral("Reload"),
+                                QStringLiteral("Overwrite"), QStringLiteral("Cancel")});
+    if (answer == Elsewhere) return SaveElsewhere();
+    if (answer == Reload) m_host.ReopenDocument();
+    if (answer != Overwrite) return false;
+    Failure again;
+    if (SaveToDisk(true, again)) return true;
+    ShowMessage(m_frame.Window(), FromUtf8(again.text));
+    return false;
+}
+
+bool CDocumentSession::SaveElsewhere() {
+    QFileDialog chooser(m_frame.Window(), QStringLiteral("Save Database As"), FromPath(m_doc->FilePath().parent_path()),
+                        QStringLiteral("Quillary Files (*.pdb *.PDB)"));
+    chooser.setAcceptMode(QFileDialog::AcceptSave);
+    chooser.setDefaultSuffix(QStringLiteral("pdb"));
+    chooser.setOption(QFileDialog::DontConfirmOverwrite);  // an existing database is never replaced
+    chooser.selectFile(FromPath(m_doc->FilePath().filename()));
+    const OpenDialog open(chooser);
+    while (chooser.exec() == QDialog::Accepted) {
+        Failure failure;
+        if (SaveAs(*m_doc, ToPath(chooser.selectedFiles().first()), failure)) {
+            m_frame.DocumentChanged();
+            return true;
+        }
+        ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+    }
+    return false;
+}
+
+bool CDocumentSession::SaveToDisk(bool overwrite, Failure& failure) {
+    const WaitCursor wait;
+    return (overwrite ? m_doc->OverwriteDatabase(failure) : m_doc->SaveDatabase(failure)) && m_doc->FinishSave(failure);
+}
+
+bool CDocumentSession::Leave() {
+    Failure failure;
+    (void)m_doc->FinishSave(failure);  // after a failed flush the document counts as modified
+    if (m_doc->IsReadOnly()) return true;
+    bool overwrite = false;
+    while (m_doc->IsModified()) {
+        failure.Set(Message::NotSaved);
+        if (MayDropForeignRecords() && SaveToDisk(overwrite, failure)) return true;
+        const QString elsewhere = QStringLiteral("Save Elsewhere...");
+        const QString overwriteIt = QStringLiteral("Overwrite");
+        const QString discard = QStringLiteral("Discard the Changes");
+        QStringList answers = {elsewhere, discard, QStringLiteral("Cancel")};
+        if (failure.message == Message::ChangedByAnother) answers.insert(1, overwriteIt);
+        const QString answer = answers[AskUser(m_frame.Window(), FromUtf8(failure.text), answers)];
+        if (answer == discard) return true;
+        if (answer == answers.last()) return false;
+        overwrite = answer == overwriteIt;
+        if (answer == elsewhere) (void)SaveElsewhere();
+    }
+    return true;
+}
+
+void CDocumentSession::Retry() {
+    Failure untold;
+    (void)m_doc->FinishSave(untold);
+    const bool asks = m_doc->ForeignRecordCount() != 0 && !m_mayDropForeignRecords;
+    if (m_doc->IsModified() && !m_doc->IsReadOnly() && !asks) (void)SaveToDisk(false, untold);
 }
 
 void CDocumentSession::Finish() {
     Failure failure;
     if (!m_doc->FinishSave(failure)) ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+}
+
+void CDocumentSession::DeleteDatabase(Trash& trash) {
+    Failure ignored;  // of a save that is thrown away
+    (void)m_doc->FinishSave(ignored);
+    Failure failure;
+    if (DeleteDatabaseFile(m_files, trash, m_doc->FilePath(), failure)) {
+        m_host.DropDocument();
+    } else {
+        ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+    }
 }
 
 void CDocumentSession::UpdateSave(CommandState& state) const {
@@ -62,32 +172,13 @@ bool CDocumentSession::MayDropForeignRecords() {
                 {QStringLiteral("Save a Copy First"), QStringLiteral("Go On"), QStringLiteral("Cancel")});
     if (answer == SaveCopyFirst) {
         Failure failure;
-        m_mayDropForeignRecords = SaveCopyBeside(failure);
+        Path copy;
+        m_mayDropForeignRecords = CopyBeside(m_files, m_doc->FilePath(), m_doc->FileImage(), copy, failure);
         if (!m_mayDropForeignRecords) ShowMessage(m_frame.Window(), FromUtf8(failure.text));
     } else {
         m_mayDropForeignRecords = answer == GoOn;
     }
     return m_mayDropForeignRecords;
-}
-
-bool CDocumentSession::SaveCopyBeside(Failure& failure) {
-    const Path& original = m_doc->FilePath();
-    FileError error;
-    std::unique_ptr<LockedFile> copy;
-    Path path;
-    for (int n = 1; !copy && (n == 1 || error.kind == FileError::Kind::Exists); ++n) {
-        const std::string mark = n == 1 ? " (copy)" : " (copy " + std::to_string(n) + ")";
-        path = original;
-        path.replace_filename(original.stem().native() + mark + original.extension().native());
-        copy = m_files.Create(path, error);
-    }
-    if (copy && copy->WriteAt(0, m_doc->FileImage(), error) && copy->Flush(error)) return true;
-    failure.Set(Message::WriteFailed, {error.reason});
-    if (copy) {
-        FileError ignored;
-        (void)m_files.Remove(path, ignored);
-    }
-    return false;
 }
 
 }  // namespace quillary

@@ -9,11 +9,13 @@
 
 namespace quillary {
 
+class DocumentHost;
 class FrameWindow;
+class Trash;
 
 class CDocumentSession : public CommandMap<CDocumentSession> {
   public:
-    CDocumentSession(std::unique_ptr<CQuillaryDoc> doc, FileAccess& files, FrameWindow& frame);
+    CDocumentSession(std::unique_ptr<CQuillaryDoc> doc, FileAccess& files, FrameWindow& frame, DocumentHost& host);
 
     [[nodiscard]] CQuillaryDoc& Doc() { return *m_doc; }
     [[nodiscard]] const CQuillaryDoc& Doc() const { return *m_doc; }
@@ -23,22 +25,34 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
     /// Writes what changed. False, after telling the user, when that failed; the change is then still in the document,
     /// and the next save tries again. A read-only database keeps its changes in memory.
     bool Save();
+    /// Whether the database can be closed: all is on the disk, or the user gives up what cannot be saved.
+    [[nodiscard]] bool Leave();
+    /// Writes what an earlier save could not, when that needs no question. Tells nothing.
+    void Retry();
     /// Waits until the last save is on the disk, and tells when it did not get there.
     void Finish();
+    /// Moves the file to the trash, or deletes it where there is none, and closes the database without saving it.
+    /// Stays open, after telling the user, when the file stays.
+    void DeleteDatabase(Trash& trash);
 
     [[nodiscard]] static std::span<const CommandEntry<CDocumentSession>> Commands();
 
   private:
     void OnSave() { Save(); }
     void UpdateSave(CommandState& state) const;
+    /// Saves and waits for the disk.
+    [[nodiscard]] bool SaveToDisk(bool overwrite, Failure& failure);
+    /// What becomes of our changes and those that another program has written.
+    [[nodiscard]] bool SettleForeignChange(const Failure& failure);
+    /// Goes on in a new file that the user names. False when that was cancelled.
+    [[nodiscard]] bool SaveElsewhere();
     /// Asks once before records of other programs get lost by a save.
     [[nodiscard]] bool MayDropForeignRecords();
-    /// Copies the file as it was read to a free name beside it.
-    [[nodiscard]] bool SaveCopyBeside(Failure& failure);
 
     std::unique_ptr<CQuillaryDoc> m_doc;
     FileAccess& m_files;
     FrameWindow& m_frame;
+    DocumentHost& m_host;
     bool m_mayDropForeignRecords = false;
 };
 

@@ -1,16 +1,25 @@
 #include "views/QuillaryView.h"
 
+#include <QApplication>
+#include <QClipboard>
+#include <QMouseEvent>
 #include <QScrollBar>
 #include <algorithm>
 
 #include "admin/DatabaseOptionsDlg.h"
 #include "db/QuillaryDoc.h"
+#include "db/RecordCommit.h"
+#include "query/Find.h"
+#include "query/FindRecordDlg.h"
 #include "query/Sort.h"
+#include "ui/CheckImage.h"
 #include "ui/CommandIds.h"
 #include "ui/FrameWindow.h"
+#include "ui/MessageBox.h"
 #include "ui/WaitCursor.h"
 #include "ui/WideText.h"
 #include "views/DocumentSession.h"
+#include "views/ListFont.h"
 #include "views/RecordCellDelegate.h"
 #include "views/RecordHeader.h"
 
@@ -21,27 +30,40 @@ namespace {
 constexpr int kSmallestFiller = 10;
 constexpr int kLargestWidth = 4096;
 
+/// As spreadsheets take it: in quotes when it holds what separates cells.
+QString ForClipboard(const QString& text) {
+    if (!text.contains(u'\t') && !text.contains(u'\n') && !text.contains(u'\r') && !text.contains(u'"')) return text;
+    return u'"' + QString(text).replace(QStringLiteral("\""), QStringLiteral("\"\"")) + u'"';
+}
+
 }  // namespace
 
 std::span<const CommandEntry<CQuillaryView>> CQuillaryView::Commands() {
     using View = CQuillaryView;
     static constexpr CommandEntry<View> kCommands[] = {
-        {ID_DATABASE_OPTIONS, &View::OnOptions, &View::UpdateOptions},
+        {ID_DATABASE_DELETE, &View::OnDelete, &View::UpdateChange},
+        {ID_DATABASE_OPTIONS, &View::OnOptions, &View::UpdateChange},
+        {ID_EDIT_COPY, &View::OnCopy, &View::UpdateCopy},
         {ID_RECORD_BOTTOM, &View::OnBottom, &View::UpdateTopAndBottom},
+        {ID_RECORD_FIND, &View::OnFind},
+        {ID_RECORD_REPEAT_FIND, &View::OnRepeatFind, &View::UpdateRepeatFind},
+        {ID_RECORD_SHOW_ALL, &View::OnShowAll, &View::UpdateShowAll},
         {ID_RECORD_TOP, &View::OnTop, &View::UpdateTopAndBottom},
     };
     return kCommands;
 }
 
-CQuillaryView::CQuillaryView(CDocumentSession& session, FrameWindow& frame)
+CQuillaryView::CQuillaryView(CDocumentSession& session, FrameWindow& frame, Trash& trash)
     : m_session(session),
       m_doc(session.Doc()),
       m_frame(frame),
+      m_trash(trash),
       m_model(session.Doc()),
+      m_delegate(new CRecordCellDelegate(m_doc, m_model, this)),
       m_header(new CRecordHeader(this)) {
     setAccessibleName(QStringLiteral("Records"));
     setModel(&m_model);
-    setItemDelegate(new CRecordCellDelegate(m_doc, m_model, this));
+    setItemDelegate(m_delegate);
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
@@ -51,9 +73,14 @@ CQuillaryView::CQuillaryView(CDocumentSession& session, FrameWindow& frame)
     setShowGrid(false);
     setTabKeyNavigation(false);
     setWordWrap(false);
+    setFont(ListFont(QApplication::font(this)));
     SetUpHeaders();
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &CQuillaryView::UpdateRecordCounter);
+    connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& cell) {
+        if (!QGuiApplication::keyboardModifiers().testFlag(Qt::ControlModifier)) Tap(cell, m_tapPoint);
+    });
     RebuildList(false, false);
+    ShowSortMark();
 }
 
 void CQuillaryView::SetUpHeaders() {
@@ -64,25 +91,31 @@ void CQuillaryView::SetUpHeaders() {
 
     m_header->onDragging = [this] { FitFiller(); };
     m_header->onDragged = [this](int column) { StoreWidth(column); };
+    m_header->onFit = [this](int column) { FitColumn(column); };
     setHorizontalHeader(m_header);
 }
 
 bool CQuillaryView::RebuildList(bool resort, bool save) {
     {
         const WaitCursor wait;
-        const int row = GetSelectedRow();
-        const int column = currentIndex().column();
-        const int horizontal = horizontalScrollBar()->value();
-        const int vertical = verticalScrollBar()->value();
+        const Place place = CurrentPlace();
         if (resort) SortRecords(m_doc);
         BuildColumns();
-        SelectCell(row, column);
-        horizontalScrollBar()->setValue(horizontal);
-        verticalScrollBar()->setValue(vertical);
+        GoTo(place);
     }
     const bool saved = !save || m_session.Save();
     UpdateRecordCounter();
     return saved;
+}
+
+CQuillaryView::Place CQuillaryView::CurrentPlace() const {
+    return {GetSelectedRow(), currentIndex().column(), horizontalScrollBar()->value(), verticalScrollBar()->value()};
+}
+
+void CQuillaryView::GoTo(const Place& place) {
+    SelectCell(place.row, place.column);
+    horizontalScrollBar()->setValue(place.horizontal);
+    verticalScrollBar()->setValue(place.vertical);
 }
 
 void CQuillaryView::BuildColumns() {
@@ -113,8 +146,99 @@ void CQuillaryView::StoreWidth(int column) {
     m_frame.DocumentChanged();
 }
 
+void CQuillaryView::ShowSortMark() {
+    const SortSettings& keys = m_doc.Sort();
+    const auto field = keys.size() == 1 ? m_doc.FieldByName(keys.front().field) : std::nullopt;
+    if (!field) return;
+    m_header->ShowSortMark(static_cast<int>(*field),
+                           keys.front().descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+}
+
+void CQuillaryView::FitColumn(int column) {
+    if (m_model.IsFiller(column)) return;
+    const WaitCursor wait;
+    const QFontMetrics metrics(font());
+    const int widestLetter = metrics.maxWidth();
+    int width = m_header->sectionSizeHint(column) - 2 * CRecordCellDelegate::kTextMargin;
+    for (int row = 0; row < m_model.rowCount(); ++row) {
+        const QString text = m_model.CellText(row, column);
+        if (text.size() * widestLetter > width) width = std::max(width, metrics.horizontalAdvance(text));
+    }
+    m_header->SetWidth(column, std::min(width + 2 * CRecordCellDelegate::kTextMargin + 1, viewport()->width()));
+    FitFiller();
+    StoreWidth(column);
+}
+
+void CQuillaryView::SetRowColor(const std::optional<QColor>& color) {
+    m_delegate->SetRowColor(color);
+    viewport()->update();
+}
+
+void CQuillaryView::mousePressEvent(QMouseEvent* event) {
+    m_tapPoint = event->position().toPoint();
+    QTableView::mousePressEvent(event);
+}
+
+void CQuillaryView::Tap(const QModelIndex& cell, const QPoint& point) {
+    if (m_model.IsFiller(cell.column()) || !m_doc.EditOnSelect() || !m_delegate->IsCheckBox(cell)) return;
+    if (!CheckImageRect(visualRect(cell)).contains(point)) return;
+    ToggleCheckBox(static_cast<std::size_t>(cell.row()), static_cast<std::size_t>(cell.column()));
+}
+
+void CQuillaryView::ToggleCheckBox(std::size_t row, std::size_t field) {
+    if (m_doc.IsReadOnly()) {
+        ShowMessage(m_frame.Window(), FromUtf8(MessageText(Message::ReadOnly)));
+        return;
+    }
+    m_doc.SetCurrentRecord(row);
+    const bool checked = m_model.CellText(static_cast<int>(row), static_cast<int>(field)) == QLatin1String("true");
+    const EnteredValue toggled{field, StoredCheckBox(!checked)};
+    bool changed = false;
+    Failure failure;
+    if (!CommitRecord(m_doc, row, {&toggled, 1}, changed, failure)) {
+        ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+        return;
+    }
+    if (IsSortKey(field)) {
+        RebuildList(true, true);
+    } else {
+        viewport()->update();
+        m_session.Save();
+    }
+    m_frame.DocumentChanged();
+}
+
+bool CQuillaryView::IsSortKey(std::size_t field) const {
+    return std::any_of(m_doc.Sort().begin(), m_doc.Sort().end(),
+                       [&](const SortKey& key) { return key.field == m_doc.Fields()[field].name; });
+}
+
+void CQuillaryView::keyPressEvent(QKeyEvent* event) {
+    const QModelIndex cell = currentIndex();
+    if (event->key() == Qt::Key_Space && cell.isValid()) {
+        Tap(cell, CheckImageRect(visualRect(cell)).center());
+        return;
+    }
+    if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
+        // Not the rest of one that was held down to leave a dialog.
+        if (!event->isAutoRepeat()) m_frame.PostCommand(ID_FILE_OPEN);
+        return;
+    }
+    QTableView::keyPressEvent(event);
+}
+
+QItemSelectionModel::SelectionFlags CQuillaryView::selectionCommand(const QModelIndex& index,
+                                                                    const QEvent* event) const {
+    const auto flags = QTableView::selectionCommand(index, event);
+    // With Ctrl, too, a click selects; a row of this list is never without a mark.
+    return flags & (QItemSelectionModel::Toggle | QItemSelectionModel::Deselect)
+               ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+               : flags;
+}
+
 void CQuillaryView::changeEvent(QEvent* event) {
     QTableView::changeEvent(event);
+    if (event->type() == QEvent::ApplicationFontChange) setFont(ListFont(QApplication::font(this)));
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
         verticalHeader()->setDefaultSectionSize(CRecordCellDelegate::RowHeight(fontMetrics()));
     }
@@ -158,6 +282,25 @@ void CQuillaryView::SelectCell(int row, int column) {
     setCurrentIndex(m_model.index(std::clamp(row, 0, m_model.rowCount() - 1), std::max(column, 0)));
 }
 
+void CQuillaryView::OnCopy() {
+    m_doc.SetCurrentRecord(static_cast<std::size_t>(GetSelectedRow()));
+    QStringList names;
+    QStringList values;
+    for (std::size_t field = 0; field < m_doc.FieldCount(); ++field) {
+        names << ForClipboard(FromWide(m_doc.FieldName(field)));
+        values << ForClipboard(FromWide(m_doc.FieldText(field, true).value_or(std::u16string())));
+    }
+    QGuiApplication::clipboard()->setText(names.join(u'\t') + u'\n' + values.join(u'\t') + u'\n');
+}
+
+void CQuillaryView::OnDelete() {
+    const QString name = FromWide(m_doc.Name());
+    const QString question = QStringLiteral("The database \"%1\" is about to be deleted.  Are you sure?").arg(name);
+    if (AskUser(m_frame.Window(), question, {QStringLiteral("Yes"), QStringLiteral("No")}) == 0) {
+        m_session.DeleteDatabase(m_trash);
+    }
+}
+
 void CQuillaryView::OnOptions() {
     CDatabaseOptionsDlg dialog({m_doc.Style() == DateStyle::Long, m_doc.EditOnSelect()}, m_frame);
     if (dialog.exec() != QDialog::Accepted) return;
@@ -170,11 +313,52 @@ void CQuillaryView::OnOptions() {
     }
 }
 
+void CQuillaryView::OnFind() {
+    CFindRecordDlg dialog(m_doc, m_findText, m_findColumn, m_frame);
+    if (dialog.exec() != QDialog::Accepted) return;
+    m_findText = dialog.Text();
+    m_findColumn = dialog.Column();
+    FindFrom(0);
+}
+
+void CQuillaryView::OnRepeatFind() { FindFrom(static_cast<std::size_t>(GetSelectedRow() + 1)); }
+
+void CQuillaryView::FindFrom(std::size_t row) {
+    const QString question =
+        QStringLiteral("The end of the database has been reached. Continue from the top of the database?");
+    const QStringList answers = {QStringLiteral("Yes"), QStringLiteral("No")};
+    std::optional<std::size_t> found;
+    do {
+        const WaitCursor wait;
+        found = RecordFinder(m_doc, m_findText.toStdU16String(), m_findColumn).FindFrom(row);
+        row = 0;
+    } while (!found && AskUser(m_frame.Window(), question, answers) == 0);
+    if (found) SelectCell(static_cast<int>(*found), currentIndex().column());
+    UpdateRecordCounter();
+}
+
+void CQuillaryView::OnShowAll() {
+    {
+        const WaitCursor wait;
+        FilterSettings filter = m_doc.Filter();
+        filter.conditions.clear();
+        m_doc.SetFilter(std::move(filter));
+        m_doc.ShowAllRecords();
+    }
+    RebuildList(true, true);
+}
+
 void CQuillaryView::OnTop() { SelectCell(0, currentIndex().column()); }
 
 void CQuillaryView::OnBottom() { SelectCell(m_model.rowCount() - 1, currentIndex().column()); }
 
-void CQuillaryView::UpdateOptions(CommandState& state) const {
+void CQuillaryView::UpdateCopy(CommandState& state) const { state.Enable(GetSelectedRow() >= 0); }
+
+void CQuillaryView::UpdateRepeatFind(CommandState& state) const { state.Enable(m_findColumn != kNoFindYet); }
+
+void CQuillaryView::UpdateShowAll(CommandState& state) const { state.Enable(!m_doc.Filter().conditions.empty()); }
+
+void CQuillaryView::UpdateChange(CommandState& state) const {
     if (m_doc.IsReadOnly()) state.Disable(FromUtf8(MessageText(Message::ReadOnly)));
 }
 

@@ -1,7 +1,9 @@
 // The record list: the one view of the open database, and the first to receive commands while it is open.
 #pragma once
 
+#include <QColor>
 #include <QTableView>
+#include <optional>
 
 #include "ui/CommandTarget.h"
 #include "views/RecordListModel.h"
@@ -10,16 +12,26 @@ namespace quillary {
 
 class CDocumentSession;
 class CQuillaryDoc;
+class CRecordCellDelegate;
 class CRecordHeader;
 class FrameWindow;
+class Trash;
 
 class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
   public:
-    CQuillaryView(CDocumentSession& session, FrameWindow& frame);
+    CQuillaryView(CDocumentSession& session, FrameWindow& frame, Trash& trash);
+
+    void SetRowColor(const std::optional<QColor>& color);
 
     /// Builds columns and rows anew, keeping the selected row and the scroll position. False, after telling the user,
     /// when saving failed: the change is then still in the document.
     bool RebuildList(bool resort, bool save);
+    /// What a person looks at: the current cell and how far the list is scrolled.
+    struct Place {
+        int row, column, horizontal, vertical;
+    };
+    [[nodiscard]] Place CurrentPlace() const;
+    void GoTo(const Place& place);
     void UpdateRecordCounter();
     /// The first selected row, or -1.
     [[nodiscard]] int GetSelectedRow() const;
@@ -30,30 +42,59 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
 
   protected:
     void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void resizeEvent(QResizeEvent* event) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index, const QEvent* event) const override;
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
   private:
+    static constexpr int kNoFindYet = -2;
+
+    void OnCopy();
+    void OnDelete();
+    void OnFind();
     void OnOptions();
+    void OnRepeatFind();
+    void OnShowAll();
     void OnTop();
     void OnBottom();
-    void UpdateOptions(CommandState& state) const;
+    void UpdateRepeatFind(CommandState& state) const;
+    void UpdateShowAll(CommandState& state) const;
+    void UpdateCopy(CommandState& state) const;
+    /// For all that changes the database.
+    void UpdateChange(CommandState& state) const;
     void UpdateTopAndBottom(CommandState& state) const;
 
     void SetUpHeaders();
     void BuildColumns();
+    /// Marks the heading when the records are sorted by one field.
+    void ShowSortMark();
     /// Widens the filler column to the client area's edge.
     void FitFiller();
     void StoreWidth(int column);
+    /// Selects the next record that holds the text; at the end, asks whether to go on from the top.
+    void FindFrom(std::size_t row);
+    /// Widens or narrows a column to its widest text.
+    void FitColumn(int column);
+    /// What a click or touch does in a cell.
+    void Tap(const QModelIndex& cell, const QPoint& point);
+    void ToggleCheckBox(std::size_t row, std::size_t field);
+    [[nodiscard]] bool IsSortKey(std::size_t field) const;
     /// Makes the cell current and its row the selected one; a row beyond the last one means the last.
     void SelectCell(int row, int column);
 
     CDocumentSession& m_session;
     CQuillaryDoc& m_doc;
     FrameWindow& m_frame;
+    Trash& m_trash;
     CRecordListModel m_model;
+    CRecordCellDelegate* m_delegate;
     CRecordHeader* m_header;
+    QString m_findText;  // as typed
+    int m_findColumn = kNoFindYet;
+    QPoint m_tapPoint;  // where the mouse or finger last went down
 };
 
 }  // namespace quillary

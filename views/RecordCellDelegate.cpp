@@ -7,6 +7,7 @@
 
 #include "db/QuillaryDoc.h"
 #include "ui/CheckImage.h"
+#include "ui/RowColor.h"
 #include "ui/ToolTip.h"
 #include "views/RecordListModel.h"
 
@@ -14,6 +15,8 @@ namespace quillary {
 
 namespace {
 
+constexpr int kColoredFirstMargin = 2;
+constexpr int kColoredMargin = 5;
 constexpr int kRowPadding = 7;  // above and below a line of text, together
 
 }  // namespace
@@ -30,9 +33,12 @@ void CRecordCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
     const QPalette::ColorGroup group = !(option.state & QStyle::State_Enabled)  ? QPalette::Disabled
                                        : !(option.state & QStyle::State_Active) ? QPalette::Inactive
                                                                                 : QPalette::Active;
+    const bool colored = m_rowColor && index.row() % 2 == 1 && !selected;
     if (selected) painter->fillRect(option.rect, option.palette.brush(group, QPalette::Highlight));
+    if (colored) painter->fillRect(option.rect, *m_rowColor);
     if (m_model.IsFiller(index.column())) return;
-    const QColor color = option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
+    const QColor color = colored ? TextColorOn(*m_rowColor)
+                                 : option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text);
     const QString text = m_model.CellText(index.row(), index.column());
     if (IsCheckBox(index)) {
         painter->save();
@@ -40,10 +46,16 @@ void CRecordCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
         PaintCheckImage(*painter, CheckImageRect(option.rect), text == QLatin1String("true"), color);
         painter->restore();
     } else if (!text.isEmpty()) {
-        const QRect box = option.rect.adjusted(kTextMargin, 0, -kTextMargin, 0);
+        QRect box = option.rect.adjusted(kTextMargin, 0, -kTextMargin, 0);
+        Qt::Alignment alignment = m_model.AlignmentOf(index.column());
+        if (colored) {
+            // Rows that the list colours itself stand at the left, numbers too.
+            box.setLeft(option.rect.left() + (index.column() == 0 ? kColoredFirstMargin : kColoredMargin));
+            alignment = Qt::AlignLeft | Qt::AlignVCenter;
+        }
         painter->setPen(color);
         painter->setFont(option.font);
-        painter->drawText(box, static_cast<int>(m_model.AlignmentOf(index.column())) | Qt::TextSingleLine,
+        painter->drawText(box, static_cast<int>(alignment) | Qt::TextSingleLine,
                           option.fontMetrics.elidedText(text, option.textElideMode, box.width()));
     }
     if (option.state & QStyle::State_HasFocus) {

@@ -1,7 +1,9 @@
 // Paints a cell of the record list: its text, or the image of a check box.
 #pragma once
 
+#include <QColor>
 #include <QStyledItemDelegate>
+#include <optional>
 
 namespace quillary {
 
@@ -11,10 +13,13 @@ class CRecordListModel;
 class CRecordCellDelegate : public QStyledItemDelegate {
   public:
     /// Left and right of a cell's text.
-    static constexpr int kTextMargin = 4;
+    static constexpr int kTextMargin = 3;
 
     CRecordCellDelegate(const CQuillaryDoc& doc, const CRecordListModel& model, QObject* parent)
         : QStyledItemDelegate(parent), m_doc(doc), m_model(model) {}
+
+    /// The colour of every second row.
+    void SetRowColor(const std::optional<QColor>& color) { m_rowColor = color; }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override;
     /// Tells the text of a cell that is too narrow for it.
@@ -22,14 +27,15 @@ class CRecordCellDelegate : public QStyledItemDelegate {
                    const QModelIndex& index) override;
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
+    [[nodiscard]] bool IsCheckBox(const QModelIndex& index) const;
+
     /// The height of a row in `font`.
     [[nodiscard]] static int RowHeight(const QFontMetrics& font);
 
   private:
-    [[nodiscard]] bool IsCheckBox(const QModelIndex& index) const;
-
     const CQuillaryDoc& m_doc;
     const CRecordListModel& m_model;
+    std::optional<QColor> m_rowColor;
 };
 
 }  // namespace quillary

@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QScopedValueRollback>
+#include <algorithm>
 #include <utility>
 
 #include "views/RecordCellDelegate.h"
@@ -10,6 +11,8 @@ namespace quillary {
 
 namespace {
 
+constexpr int kSortMarkWidth = 9;
+constexpr int kSortMarkMargin = 2;
 constexpr int kSmallestDraggedWidth = 10;  // a narrower column is hard to get hold of again
 
 }  // namespace
@@ -23,11 +26,19 @@ CRecordHeader::CRecordHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, pare
         m_draggedColumn = column;
         if (onDragging) onDragging();
     });
+    connect(this, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
+        if (onFit) onFit(column);
+    });
 }
 
 void CRecordHeader::SetWidth(int column, int pixels) {
     const QScopedValueRollback setting(m_settingWidth, true);
     resizeSection(column, pixels);
+}
+
+void CRecordHeader::ShowSortMark(int column, Qt::SortOrder order) {
+    setSortIndicatorShown(true);
+    setSortIndicator(column, order);
 }
 
 void CRecordHeader::mouseReleaseEvent(QMouseEvent* event) {
@@ -48,7 +59,19 @@ void CRecordHeader::paintSection(QPainter* painter, const QRect& rect, int colum
     painter->setClipRect(rect);
     style()->drawControl(QStyle::CE_HeaderSection, &option, painter, this);
     painter->restore();
-    const QRect text = rect.adjusted(CRecordCellDelegate::kTextMargin, 0, -CRecordCellDelegate::kTextMargin, 0);
+    QRect place = rect;
+    if (option.sortIndicator != QStyleOptionHeader::None) {
+        QStyleOptionHeaderV2 mark = option;
+        mark.rect.setLeft(rect.right() - kSortMarkWidth);
+        mark.rect.adjust(0, (rect.height() - kSortMarkWidth) / 2, -kSortMarkMargin,
+                         -(rect.height() - kSortMarkWidth) / 2);
+        style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &mark, painter, this);
+        place.setRight(mark.rect.left());
+    }
+    // A heading that all but fits gives up its margins before it is cut.
+    const int spare = (place.width() - fontMetrics().horizontalAdvance(option.text)) / 2;
+    const int margin = spare > 0 ? std::min(spare, CRecordCellDelegate::kTextMargin) : CRecordCellDelegate::kTextMargin;
+    const QRect text = place.adjusted(margin, 0, -margin, 0);
     painter->drawText(text, static_cast<int>(option.textAlignment) | Qt::TextSingleLine,
                       fontMetrics().elidedText(option.text, Qt::ElideRight, text.width()));
 }

@@ -14,9 +14,13 @@ class CRecordHeader : public QHeaderView {
     std::function<void()> onDragging;
     /// Called once the user has let go of it, outside the mouse's event.
     std::function<void(int column)> onDragged;
+    /// Called when the user double-clicks the right edge of a column.
+    std::function<void(int column)> onFit;
 
     /// Sets a width that is not the user's doing.
     void SetWidth(int column, int pixels);
+    /// Marks the column by which the records are sorted.
+    void ShowSortMark(int column, Qt::SortOrder order);
 
   protected:
     void mouseReleaseEvent(QMouseEvent* event) override;

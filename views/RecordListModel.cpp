@@ -7,13 +7,6 @@
 
 namespace quillary {
 
-namespace {
-
-// What a cell can show at most; a longer text is cut before it costs time.
-constexpr std::size_t kMaxCellBytes = 4096;
-
-}  // namespace
-
 void CRecordListModel::Rebuild() {
     beginResetModel();
     endResetModel();
@@ -44,13 +37,8 @@ QString CRecordListModel::CellText(int row, int column) const {
     const auto field = static_cast<std::size_t>(column);
     const EntryTable& entries = EntriesOf(row);
     if (!entries.Has(field)) return {};
-    std::string_view stored = entries.Text(field);
-    const FieldType type = m_doc.TypeOf(field);
-    if (type == FieldType::Text || type == FieldType::List) stored = stored.substr(0, kMaxCellBytes);
-    m_display.clear();
-    m_doc.AppendDisplay(stored, field, m_display);
     m_cell.clear();
-    AppendCellText(std::string_view(m_display).substr(0, kMaxCellBytes), static_cast<std::size_t>(row), m_cell);
+    AppendListCell(m_doc, field, entries.Text(field), static_cast<std::size_t>(row), m_display, m_cell);
     return FromWide(m_doc.Page().ToWide(m_cell));
 }
 

@@ -9,6 +9,8 @@
 #include <mutex>
 #include <string>
 
+#include "db/Ascii.h"
+
 namespace quillary {
 
 namespace {
@@ -101,9 +103,7 @@ bool ExtendsAscii(const AnsiText::Table& table) {
 
 std::string LowerCase(std::string_view name) {
     std::string lower(name);
-    for (char& c : lower) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    }
+    std::transform(lower.begin(), lower.end(), lower.begin(), AsciiLower);
     return lower;
 }
 

@@ -1,6 +1,7 @@
 #include "platform/posix/PosixFile.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,6 +9,7 @@
 #include <cerrno>
 #include <new>
 #include <system_error>
+#include <thread>
 #include <vector>
 
 namespace quillary {
@@ -20,6 +22,11 @@ auto Retry(Call call) {
     auto result = call();
     while (result < 0 && errno == EINTR) result = call();
     return result;
+}
+
+// Some file systems have no locks, or none for what can only be read; their files are used all the same.
+bool HasNoLocks(int number) {
+    return number == ENOLCK || number == ENOTSUP || number == ENOSYS || number == EINVAL || number == EBADF;
 }
 
 }  // namespace
@@ -131,6 +138,22 @@ bool PosixFile::Flush(FileError& error) const {
     return Retry([&] { return fsync(m_descriptor); }) == 0 || Fail(error);
 }
 
+bool LockOpenFile(const PosixFile& file, LockKind kind, std::chrono::milliseconds wait, FileError& error) {
+    using std::chrono::steady_clock;
+    const auto deadline = steady_clock::now() + wait;
+    const int operation = (kind == LockKind::Exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB;
+    while (flock(file.Descriptor(), operation) != 0) {
+        if (HasNoLocks(errno)) return true;
+        if (errno != EWOULDBLOCK && errno != EINTR) return Fail(error);
+        if (steady_clock::now() >= deadline) {
+            error = {FileError::Kind::Busy, "Another program holds its lock"};
+            return false;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+    return true;
+}
+
 bool FlushFolder(const Path& folder, FileError& error) {
     const PosixFile file(open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!file) return errno == EACCES || Fail(error);  // one that may be written but not read
@@ -146,9 +169,10 @@ bool MakePrivateFolder(const Path& folder, FileError& error) {
     return FlushFolder(folder.parent_path(), error);
 }
 
-bool ReplaceFile(const Path& path, std::initializer_list<std::string_view> pieces, unsigned mode, FileError& error) {
+bool ReplaceFile(const Path& path, std::string_view suffix, std::initializer_list<std::string_view> pieces,
+                 unsigned mode, FileError& error) {
     Path second = path;
-    second += ".new";
+    second += suffix;
     unlink(second.c_str());  // left by a program that was stopped
     const PosixFile file(open(second.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
     if (!file) return Fail(error);

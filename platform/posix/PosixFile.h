@@ -1,6 +1,7 @@
 // An open file descriptor with the loops that system calls need, and errors in the terms of FileAccess.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string_view>
 #include <utility>
@@ -38,13 +39,20 @@ class PosixFile {
     int m_descriptor = -1;
 };
 
+/// How long a program waits for another one's lock before it says so.
+inline constexpr std::chrono::milliseconds kLockWait{5000};
+/// Takes the advisory lock of an open file or folder, which goes with its descriptor. Busy after `wait`; true where the
+/// file system has no locks.
+[[nodiscard]] bool LockOpenFile(const PosixFile& file, LockKind kind, std::chrono::milliseconds wait, FileError& error);
+
 /// Flushes the names in a folder to the disk.
 [[nodiscard]] bool FlushFolder(const Path& folder, FileError& error);
 /// Makes the folder and those above it, for the user alone, known to the disk.
 [[nodiscard]] bool MakePrivateFolder(const Path& folder, FileError& error);
 /// Replaces the file by the pieces one after the other, through a second file that takes its name when its bytes are on
-/// the disk. Follows no link.
-[[nodiscard]] bool ReplaceFile(const Path& path, std::initializer_list<std::string_view> pieces, unsigned mode,
-                               FileError& error);
+/// the disk. Follows no link. The second file is called `path` + `suffix`: no other writer may use that name meanwhile,
+/// and one that a stopped program left under it is removed.
+[[nodiscard]] bool ReplaceFile(const Path& path, std::string_view suffix,
+                               std::initializer_list<std::string_view> pieces, unsigned mode, FileError& error);
 
 }  // namespace quillary

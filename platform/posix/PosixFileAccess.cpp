@@ -1,7 +1,6 @@
 #include "platform/posix/PosixFileAccess.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,7 +8,6 @@
 #include <cstdio>
 #include <ctime>
 #include <system_error>
-#include <thread>
 
 #include "db/Layout.h"
 #include "db/RecoveryFile.h"
@@ -50,25 +48,6 @@ bool RefuseUnlessRegular(const struct stat& status, FileError& error) {
     error = SystemError(S_ISDIR(status.st_mode) ? EISDIR : ENXIO);
     if (!S_ISDIR(status.st_mode)) error.reason = "Not a regular file";
     return false;
-}
-
-// Some file systems have no locks; their databases open all the same.
-bool HasNoLocks(int number) { return number == ENOLCK || number == ENOTSUP || number == ENOSYS || number == EINVAL; }
-
-bool Lock(const PosixFile& file, LockKind kind, std::chrono::milliseconds wait, FileError& error) {
-    using Clock = std::chrono::steady_clock;
-    const auto deadline = Clock::now() + wait;
-    const int operation = (kind == LockKind::Exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB;
-    while (flock(file.Descriptor(), operation) != 0) {
-        if (HasNoLocks(errno)) return true;
-        if (errno != EWOULDBLOCK && errno != EINTR) return Fail(error);
-        if (Clock::now() >= deadline) {
-            error = {FileError::Kind::Busy, "Another program holds its lock"};
-            return false;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    return true;
 }
 
 class PosixLockedFile : public LockedFile {
@@ -169,7 +148,7 @@ std::unique_ptr<LockedFile> PosixFileAccess::Open(const Path& path, LockKind loc
             Fail(error);
             return nullptr;
         }
-        if (!RefuseUnlessRegular(status, error) || !Lock(file, lock, m_lockWait, error)) return nullptr;
+        if (!RefuseUnlessRegular(status, error) || !LockOpenFile(file, lock, m_lockWait, error)) return nullptr;
         auto locked = std::make_unique<PosixLockedFile>(std::move(file), path, false);
         // A file that was replaced while we waited for its lock is the wrong one.
         if (locked->HasItsName(status, error)) return locked;
@@ -183,7 +162,7 @@ std::unique_ptr<LockedFile> PosixFileAccess::Create(const Path& path, FileError&
         Fail(error);
         return nullptr;
     }
-    if (!Lock(file, LockKind::Exclusive, m_lockWait, error)) {
+    if (!LockOpenFile(file, LockKind::Exclusive, m_lockWait, error)) {
         unlink(path.c_str());
         return nullptr;
     }
@@ -192,6 +171,15 @@ std::unique_ptr<LockedFile> PosixFileAccess::Create(const Path& path, FileError&
 
 bool PosixFileAccess::Remove(const Path& path, FileError& error) {
     return unlink(path.c_str()) == 0 || errno == ENOENT || Fail(error);
+}
+
+bool PosixFileAccess::Rename(const Path& from, const Path& to, FileError& error) {
+    if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) != 0) {
+        // File systems that cannot rename so have a second name for a file, which takes no other's place either.
+        if (errno != EINVAL && errno != ENOSYS) return Fail(error);
+        if (link(from.c_str(), to.c_str()) != 0 || unlink(from.c_str()) != 0) return Fail(error);
+    }
+    return FlushFolder(to.parent_path(), error);
 }
 
 bool PosixFileAccess::CanRead(const Path& path) { return faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0; }
@@ -235,7 +223,7 @@ bool PosixFileAccess::WriteRecovery(const Path& recoveryPath, std::string_view h
         return false;
     }
     return MakePrivateFolder(recoveryPath.parent_path(), error) &&
-           ReplaceFile(recoveryPath, {head, body}, kPrivateFileMode, error);
+           ReplaceFile(recoveryPath, ".new", {head, body}, kPrivateFileMode, error);
 }
 
 }  // namespace quillary

@@ -4,14 +4,13 @@
 #include <chrono>
 
 #include "db/FileAccess.h"
+#include "platform/posix/PosixFile.h"
 #include "platform/posix/XdgFolders.h"
 
 namespace quillary {
 
 class PosixFileAccess : public FileAccess {
   public:
-    static constexpr std::chrono::milliseconds kLockWait{5000};
-
     /// Recovery files live in `stateFolder`/quillary/recovery. `lockWait` is how long Open waits for another program.
     explicit PosixFileAccess(Path stateFolder = StateFolder(), std::chrono::milliseconds lockWait = kLockWait)
         : m_stateFolder(std::move(stateFolder)), m_lockWait(lockWait) {}
@@ -19,6 +18,7 @@ class PosixFileAccess : public FileAccess {
     std::unique_ptr<LockedFile> Open(const Path& path, LockKind lock, FileError& error) override;
     std::unique_ptr<LockedFile> Create(const Path& path, FileError& error) override;
     bool Remove(const Path& path, FileError& error) override;
+    bool Rename(const Path& from, const Path& to, FileError& error) override;
     bool CanRead(const Path& path) override;
     bool CanWrite(const Path& path) override;
     Path CanonicalPath(const Path& path) override;

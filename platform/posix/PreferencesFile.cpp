@@ -2,10 +2,12 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <charconv>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "db/Utf.h"
@@ -15,7 +17,6 @@ namespace quillary {
 
 namespace {
 
-constexpr std::string_view kGroup = "[Preferences]";
 constexpr std::uint64_t kMaxFileSize = 1 << 20;
 constexpr std::string_view kBlanks = " \t\r";
 
@@ -109,18 +110,31 @@ struct Place {
 };
 
 // As in the toolkit, the last of several entries counts.
-Place Find(const std::vector<std::string>& lines, std::string_view name) {
+Place Find(const std::vector<std::string>& lines, std::string_view group, std::string_view name) {
     Place place;
     bool inGroup = false;
     for (std::size_t i = 0; i < lines.size(); ++i) {
         const std::string_view line = Trimmed(lines[i]);
-        if (line.starts_with('[')) inGroup = line == kGroup;
+        if (line.starts_with('[')) inGroup = line == group;
         if (!inGroup || line.empty()) continue;
         place.groupEnd = i + 1;
         const auto equals = line.find('=');
         if (equals != line.npos && Trimmed(line.substr(0, equals)) == name) place.entry = i;
     }
     return place;
+}
+
+void SetLine(std::vector<std::string>& lines, std::string_view group, std::string_view name, std::string line) {
+    const Place place = Find(lines, group, name);
+    if (place.entry) {
+        lines[*place.entry] = std::move(line);
+    } else if (place.groupEnd) {
+        lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(*place.groupEnd), std::move(line));
+    } else {
+        if (!lines.empty()) lines.emplace_back();
+        lines.emplace_back(group);
+        lines.push_back(std::move(line));
+    }
 }
 
 }  // namespace
@@ -132,7 +146,7 @@ Path PreferencesFile::DefaultPath() {
 
 std::optional<std::string> PreferencesFile::Value(std::string_view name) const {
     const auto lines = LinesOf(m_path).value_or(std::vector<std::string>());
-    const Place place = Find(lines, name);
+    const Place place = Find(lines, m_group, name);
     if (!place.entry) return std::nullopt;
     const std::string_view line = lines[*place.entry];
     return Unescaped(Trimmed(line.substr(line.find('=') + 1)));
@@ -157,31 +171,26 @@ bool PreferencesFile::WriteText(std::string_view name, std::string_view value) {
 
 bool PreferencesFile::Store(std::string_view name, const std::string& value) {
     if (m_path.empty()) return false;
-    auto read = LinesOf(m_path);
-    if (!read) return false;
-    auto& lines = *read;
-    const Place place = Find(lines, name);
-    const std::string line = std::string(name) + '=' + value;
-    if (place.entry) {
-        lines[*place.entry] = line;
-    } else if (place.groupEnd) {
-        lines.insert(lines.begin() + static_cast<std::ptrdiff_t>(*place.groupEnd), line);
-    } else {
-        if (!lines.empty()) lines.emplace_back();
-        lines.emplace_back(kGroup);
-        lines.push_back(line);
-    }
-    std::string text;
-    for (const std::string& each : lines) text.append(each).append("\n");
-
     // A link to a file kept elsewhere stays one.
     std::error_code failed;
     Path target = std::filesystem::weakly_canonical(m_path, failed);
     if (failed) target = m_path;
+    FileError error;
+    if (!MakePrivateFolder(target.parent_path(), error)) return false;
+    // From reading to replacing, so that two programs that set different values lose neither. The folder's lock, as the
+    // file is another one afterwards.
+    const PosixFile folder(open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder && !LockOpenFile(folder, LockKind::Exclusive, kLockWait, error)) return false;
+    auto lines = LinesOf(target);
+    if (!lines) return false;
+    SetLine(*lines, m_group, name, std::string(name) + '=' + value);
+    std::string text;
+    for (const std::string& each : *lines) text.append(each).append("\n");
+
     struct stat status {};
     const mode_t mode = stat(target.c_str(), &status) == 0 ? status.st_mode & 0777 : 0600;
-    FileError error;
-    return MakePrivateFolder(target.parent_path(), error) && ReplaceFile(target, {text}, mode, error);
+    // The process's own name for the second file: where there are no locks, no half of another one is taken for ours.
+    return ReplaceFile(target, ".new-" + std::to_string(getpid()), {text}, mode, error);
 }
 
 }  // namespace quillary

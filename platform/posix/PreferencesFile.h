@@ -1,4 +1,4 @@
-// The program's preferences in an INI file, the group "Preferences" of it; the toolkit's own settings class reads and
+// A group of the program's INI file, "Preferences" if no other is named; the toolkit's own settings class reads and
 // writes the same file.
 #pragma once
 
@@ -14,13 +14,15 @@ class PreferencesFile : public Settings {
     /// Telvane/Quillary.conf in the user's configuration folder; an empty path keeps nothing.
     [[nodiscard]] static Path DefaultPath();
 
-    explicit PreferencesFile(Path path = DefaultPath()) : m_path(std::move(path)) {}
+    explicit PreferencesFile(Path path = DefaultPath(), std::string_view group = "Preferences")
+        : m_path(std::move(path)), m_group('[' + std::string(group) + ']') {}
 
     // The file is read at every call: another program may have changed it. A number that is none, or does not fit 32
     // bits, counts as absent.
     std::int32_t ReadInt(std::string_view name, std::int32_t fallback) const override;
     std::string ReadText(std::string_view name, std::string_view fallback) const override;
-    // The rest of the file stays as it is. A stop at any point leaves the old or the new file whole.
+    // The rest of the file stays as it is, other programs' values included. A stop at any point leaves the old or the
+    // new file whole.
     bool WriteInt(std::string_view name, std::int32_t value) override;
     bool WriteText(std::string_view name, std::string_view value) override;
 
@@ -29,6 +31,7 @@ class PreferencesFile : public Settings {
     bool Store(std::string_view name, const std::string& value);
 
     Path m_path;
+    std::string m_group;  // its line
 };
 
 }  // namespace quillary

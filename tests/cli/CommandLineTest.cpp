@@ -1,14 +1,10 @@
-#include "tests/cli/Qly.h"
-
-#include <gmock/gmock.h>
-
 #include "cli/Command.h"
+#include "tests/cli/Qly.h"
 
 namespace quillary {
 
 namespace {
 
-using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 class CommandLine : public QlyTest {
@@ -24,11 +20,16 @@ const std::vector<Call> kCalls = {
     {"an unknown command", {"lits", "t.pdb"}, 2, "\"list\"?"},
     {"an unknown option in a command's place", {"--verison"}, 2, "\"--version\"?"},
     {"an unknown option", {"list", "t.pdb", "--formta", "csv"}, 2, "\"--format\"?"},
-    {"an option of another command", {"list", "t.pdb", "--fit"}, 2, "no option \"--fit\""},
+    {"an option of another command", {"list", "t.pdb", "--fit"}, 2, "\"qly help list\" lists them."},
     {"an unknown choice", {"list", "t.pdb", "--format", "xml"}, 2, "csv|tsv|json|jsonl"},
     {"an option without its value", {"list", "t.pdb", "--format"}, 2, "needs a value"},
     {"an empty value is one", {"list", "t.pdb", "--format="}, 2, "not \"\""},
-    {"a value for a flag", {"info", "t.pdb", "--json=no"}, 2, "json"},
+    {"a value for a flag", {"info", "t.pdb", "--json=no"}, 2, "The option \"--json\" takes no value."},
+    {"an option begun", {"list", "t.pdb", "--rec", "all"}, 2, "\"--records\"?"},
+    {"an option that is like none", {"list", "t.pdb", "-x"}, 2, "\"-x\" here. \"qly help list\" lists them."},
+    {"a command that is like none", {"xyzzy"}, 2, "\"xyzzy\". \"qly --help\" lists them."},
+    {"a word behind the version", {"--version", "t.pdb"}, 2, "Too many words"},
+    {"one standard input for two", {"import", "-", "n.pdb", "--password-file", "-"}, 2, "both"},
     {"an option given twice", {"list", "t.pdb", "--format", "csv", "--format", "csv"}, 2, "twice"},
     {"two options that exclude one another", {"list", "t.pdb", "--iso", "--cells"}, 2, "exclude"},
     {"too few words", {"find", "t.pdb"}, 2, "Too few words"},
@@ -43,8 +44,14 @@ const std::vector<Call> kCalls = {
     {"a word that begins with a dash", {"find", "t.pdb", "-Ann"}, 2, "\"-A"},
     {"the same behind the end of the options", {"find", "t.pdb", "--", "-Ann"}, 1, ""},
     {"options end only once", {"find", "t.pdb", "--", "--"}, 1, ""},
-    {"a file that is not there", {"list", "x.pdb"}, 1, "Invalid database file. (Error opening requested file.)"},
-    {"a folder", {"list", "."}, 1, "Invalid database file. (Error opening requested file.)"},
+    {"a file that is not there",
+     {"list", "x.pdb"},
+     1,
+     "file. Error opening requested file. (No such file or directory)"},
+    {"a folder", {"list", "."}, 1, "Invalid database file. Error opening requested file. (Is a directory)"},
+    {"a folder to check", {"check", "."}, 3, "Invalid database file. Error opening requested file. (Is a directory)"},
+    {"a folder to fill", {"import", "t.csv", "."}, 1, "Error opening requested file. (Is a directory)"},
+    {"a device", {"list", "/dev/null"}, 1, "Error opening requested file. (Not a regular file)"},
     {"a file that is no database", {"list", "t.csv"}, 1, "qly: Invalid database file.\n"},
     {"the same, where 1 is an answer", {"find", "t.csv", "x"}, 3, "qly: Invalid database file.\n"},
     {"the same, where 1 is an answer too", {"check", "t.csv"}, 3, "qly: Invalid database file.\n"},
@@ -54,9 +61,19 @@ const std::vector<Call> kCalls = {
 
 TEST_F(CommandLine, RefusesWithAStatusAndOneLine) { Expect({}, kCalls); }
 
-TEST_F(CommandLine, AMessageNeverHoldsAControlCharacter) {
-    const std::string err = Qly({"find", "t.pdb", "x", "--field", "a\nb\x1B[31m"}).err;
-    EXPECT_THAT(err, HasSubstr("\"a b?[31m\""));
+TEST_F(CommandLine, NoLineForPeopleHoldsAControlCharacter) {
+    EXPECT_THAT(Qly({"find", "t.pdb", "x", "--field", "a\nb\x1B[31m\u009B"}).err, HasSubstr("\"a bU+001B[31mU+009B\""));
+    ImageParts parts;
+    parts.name = "N\x1B[31m";
+    parts.AddSchema({"F\x07"}, {"t"}, {}, "one\x90\r\ntwo\x08");
+    parts.tail = "\x0E" + std::string(39, '\0') + FromHex("02 00") + std::string(84, '\0') +
+                 FromHex("00000000 FF000000 FF000000");
+    Write("hostile.pdb", parts);
+    const std::string info = Output({"info", "hostile.pdb"});
+    for (const char* line : {"NU+001B[31m\n", "  FU+0007, Text, 80 pixels\n", "  FU+0007, ascending\n",
+                             "  FU+0007 is \"U+000E\"\n", "oneU+0090\ntwoU+0008\n"}) {
+        EXPECT_THAT(info, HasSubstr(line));
+    }
 }
 
 TEST_F(CommandLine, HelpNamesEveryCommandAndOption) {
@@ -78,93 +95,61 @@ TEST_F(CommandLine, CommonOptionsStandAnywhereBehindTheCommand) {
     EXPECT_EQ("1\n", Output({"find", "--code-page=windows-1250", "t.pdb", "ann"}));
 }
 
-TEST_F(CommandLine, OutputThatCannotBeWritten) {
-    struct Case {
-        const char* why;
-        std::vector<std::string> arguments;
-        const char* output;
-        int status;
-        const char* message;
-    };
-    const Case kCases[] = {
-        {"a full disk", {"list", "t.pdb"}, "/dev/full", 1, "No space left on device"},
-        {"a full disk, where 1 is an answer", {"find", "t.pdb", "ann"}, "/dev/full", 3, "No space left on device"},
-        {"a full disk for help", {"--help"}, "/dev/full", 1, "No space left on device"},
-        {"a closed output", {"list", "t.pdb"}, "-", 1, "Bad file descriptor"},
-        {"a reader that left", {"list", "t.pdb"}, "|", 0, ""},
-        {"nothing to print", {"options", "t.pdb", "--long-dates", "off"}, "/dev/full", 0, ""},
-    };
-    const std::string before = Read("t.pdb");
-    for (const Case& c : kCases) {
-        QlySurroundings surroundings;
-        surroundings.output = c.output;
-        const QlyResult result = Qly(c.arguments, surroundings);
-        EXPECT_EQ(c.status, result.status) << c.why;
-        EXPECT_THAT(result.err, HasSubstr(c.message)) << c.why;
-        EXPECT_EQ(*c.message == '\0', result.err.empty()) << c.why << result.err;
-    }
-    EXPECT_EQ(before, Read("t.pdb"));
+QlySurroundings To(const std::string& output) {
+    QlySurroundings surroundings;
+    surroundings.output = output;
+    return surroundings;
 }
 
-TEST_F(CommandLine, ImportWhoseAnswerCannotBeWrittenImportsNothing) {
-    const std::string before = Read("t.pdb");
-    QlySurroundings full;
-    full.output = "/dev/full";
-    EXPECT_EQ(1, Qly({"import", "t.csv", "t.pdb", "--lenient"}, full).status);
-    EXPECT_EQ(1, Qly({"import", "t.csv", "new.pdb", "--lenient"}, full).status);
-    EXPECT_EQ(before, Read("t.pdb"));
-    EXPECT_FALSE(Exists("new.pdb"));
-    full.output = "|";  // a reader that left is no reason
-    EXPECT_EQ(0, Qly({"import", "t.csv", "t.pdb", "--lenient"}, full).status);
+TEST_F(CommandLine, OutputThatCannotBeWritten) {
+    const std::string full = "No space left on device";
+    Expect({}, {
+                   {"a full disk", {"list", "t.pdb"}, 1, full, "", To("/dev/full")},
+                   {"a full disk, where 1 is an answer", {"find", "t.pdb", "ann"}, 3, full, "", To("/dev/full")},
+                   {"a full disk for help", {"--help"}, 1, full, "", To("/dev/full")},
+                   {"a closed output", {"list", "t.pdb"}, 1, "Bad file descriptor", "", To("-")},
+                   {"a reader that left", {"list", "t.pdb"}, 0, "", "", To("|")},
+                   {"nothing to print", {"options", "t.pdb", "--long-dates", "off"}, 0, "", "", To("/dev/full")},
+                   {"an import to append", {"import", "t.csv", "t.pdb", "--lenient"}, 1, full, "", To("/dev/full")},
+                   {"a new database", {"import", "t.csv", "new.pdb", "--lenient"}, 1, full, "", To("/dev/full")},
+                   {"an import nobody reads", {"import", "t.csv", "t.pdb", "--lenient"}, 0, "", "", To("|")},
+               });
     EXPECT_THAT(Output({"info", "t.pdb"}), HasSubstr("4 shown"));
 }
 
 TEST_F(CommandLine, LockedDatabase) {
-    // The lock word, at 278 in the application-info block; the hash of "open sesame", lower than 3 as a signed number
-    // or not, comes from the program that is tested elsewhere.
-    const auto hash =
-        static_cast<std::uint32_t>(std::stoul(Output({"hash", "--database"}, {"open sesame\r\nmore\n", {}, {}})));
-    std::string image = Read("t.pdb");
-    const auto byteAt = [&image](std::size_t at) { return static_cast<unsigned char>(image[at]); };
-    const std::size_t block = byteAt(54) << 8 | byteAt(55);
-    for (int i = 0; i < 4; ++i) image[block + 278 + i] = static_cast<char>(hash >> (24 - 8 * i));
-    Write("locked.pdb", image);
+    ImageParts parts;
+    parts.AddSchema({"Name"}, {"t"});
+    parts.Add(2, {"Ann"});
+    parts.lockWord = std::stoul(Output({"hash", "--database"}, {"open sesame\r\nmore\n", {}, {}}));
+    Write("locked.pdb", parts);
     Write("right", "open sesame\nmore\n");
     Write("right-crlf", "open sesame\r\n");
     Write("wrong", " open sesame\n");
     Write("empty", "\nopen sesame\n");
 
-    struct Case {
-        const char* why;
-        const char* file;      // --password-file
-        const char* variable;  // QLY_PASSWORD
-        int status;
-        const char* message;
-    };
-    const char* const kWrong = "The password you have entered does not match the database password.";
-    const Case kCases[] = {
-        {"none", "", "", 1, kWrong},
-        {"the variable", "", "open sesame", 0, ""},
-        {"a wrong variable", "", "Open sesame", 1, kWrong},
-        {"the file's first line", "right", "", 0, ""},
-        {"up to CR LF", "right-crlf", "", 0, ""},
-        {"with its spaces", "wrong", "", 1, kWrong},
-        {"the file wins", "wrong", "open sesame", 1, kWrong},
-        {"an empty first line is none, and still wins", "empty", "open sesame", 1, kWrong},
-        {"a file that is not there", "missing", "open sesame", 1, "No such file"},
-    };
-    for (const Case& c : kCases) {
+    const std::string wrong = "The password you have entered does not match the database password.";
+    const auto variable = [](const std::string& password) {
         QlySurroundings surroundings;
-        if (*c.variable) surroundings.environment["QLY_PASSWORD"] = c.variable;
-        std::vector<std::string> arguments = {"find", "locked.pdb", "ann"};
-        if (*c.file) arguments.insert(arguments.end(), {"--password-file", c.file});
-        const QlyResult result = Qly(arguments, surroundings);
-        EXPECT_EQ(c.status == 1 ? 3 : 0, result.status) << c.why;
-        EXPECT_THAT(result.err, HasSubstr(c.message)) << c.why;
-        arguments[0] = "list";
-        arguments.erase(arguments.begin() + 2);
-        EXPECT_EQ(c.status, Qly(arguments, surroundings).status) << c.why;
-    }
+        surroundings.environment["QLY_PASSWORD"] = password;
+        return surroundings;
+    };
+    const std::string file = "--password-file";
+    const std::vector<Call> calls = {
+        {"none", {}, 3, wrong},
+        {"the variable", {}, 0, "", "1\n", variable("open sesame")},
+        {"its first line", {}, 0, "", "1\n", variable("open sesame\r\nmore")},
+        {"a wrong variable", {}, 3, wrong, "", variable("Open sesame")},
+        {"the file's first line", {file, "right"}, 0, "", "1\n"},
+        {"up to CR LF", {file, "right-crlf"}, 0, "", "1\n"},
+        {"from standard input", {file, "-"}, 0, "", "1\n", {"open sesame\nmore", {}, {}}},
+        {"with its spaces", {file, "wrong"}, 3, wrong},
+        {"the file wins", {file, "wrong"}, 3, wrong, "", variable("open sesame")},
+        {"an empty first line is none, and still wins", {file, "empty"}, 3, wrong, "", variable("open sesame")},
+        {"a file that is not there", {file, "missing"}, 3, "No such file"},
+    };
+    Expect({"find", "locked.pdb", "ann"}, calls);
+    EXPECT_EQ(1, Qly({"list", "locked.pdb"}).status);
     EXPECT_EQ("", Output({"check", "locked.pdb"}));
     EXPECT_THAT(Output({"list", "t.pdb", "--password-file", "missing"}), StartsWith("Name,"));
 }

@@ -90,7 +90,7 @@ void QlyTest::Expect(const std::vector<std::string>& prefix, const std::vector<C
         std::vector<std::string> arguments = prefix;
         arguments.insert(arguments.end(), call.arguments.begin(), call.arguments.end());
         const auto before = Files();
-        const QlyResult result = Qly(arguments, {call.input, {}, {}});
+        const QlyResult result = Qly(arguments, call.surroundings);
         EXPECT_EQ(call.status, result.status) << call.why << "\n" << result.err;
         EXPECT_EQ(call.output, result.out) << call.why;
         EXPECT_NE(std::string::npos, result.err.find(call.message)) << call.why << "\n" << result.err;
@@ -101,6 +101,8 @@ void QlyTest::Expect(const std::vector<std::string>& prefix, const std::vector<C
 }
 
 void QlyTest::Write(const std::string& name, const std::string& bytes) { WriteFile(PathOf(name), bytes); }
+
+void QlyTest::Remove(const std::string& name) { fs::remove(PathOf(name)); }
 
 std::string QlyTest::Read(const std::string& name) const { return ReadFile(PathOf(name)); }
 

@@ -54,7 +54,7 @@ TEST(AnsiText, CaseIsIgnoredOneToOne) {
     EXPECT_EQ(u"STRA\u00DFE \u039C", AnsiText::Upper(u"stra\u00DFe \u00B5"));
 }
 
-TEST(AnsiText, PageWithHolesAndMultiBytePage) {
+TEST(AnsiText, PageWithHoles) {
     AnsiText::Table table{};
     table.fill(AnsiText::kNoCharacter);
     for (char16_t b = 0; b < 128; ++b) table[b] = b;
@@ -66,19 +66,6 @@ TEST(AnsiText, PageWithHolesAndMultiBytePage) {
     EXPECT_FALSE(cyrillic.FromWide(u"\uFFFD")) << "a hole must not be taken for the replacement character";
     EXPECT_TRUE(cyrillic.HasLetter("1\xE6"));
     EXPECT_FALSE(kPage.HasLetter("+1 (555) \xD7\x80"));
-
-    const AnsiText wide("two bytes", AnsiText::Converter{[](std::string_view bytes) {
-                                                             return std::u16string(bytes.size() / 2, u'\u3042');
-                                                         },
-                                                         [](std::u16string_view text) -> std::optional<std::string> {
-                                                             if (text != u"\u3042") return std::nullopt;
-                                                             return "\x82\xA0";
-                                                         }});
-    EXPECT_EQ("\x82\xA0\x82\xA0", wide.FromWide(u"\u3042\u3042"));
-    std::u16string unstorable;
-    EXPECT_FALSE(wide.FromWide(u"\u3042x", &unstorable));
-    EXPECT_EQ(u"x", unstorable);
-    EXPECT_EQ("\x82\xA0?", wide.FromWideForHashing(u"\u3042x"));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include "platform/posix/CodePages.h"
 #include "tests/fakes/TestDatabase.h"
 
 namespace quillary {
@@ -63,7 +64,6 @@ TEST_F(QuillaryDoc, OpensWhatAFileHolds) {
 }
 
 TEST_F(QuillaryDoc, TheWholeFileByteForByte) {
-    // Typed from the format page: one field "A" of type Number, 70 wide, one shown record "1", one hidden "2".
     Field field = MakeField("A", "F");
     field.width = 70;
     doc.NewDatabase("Ab", {field});
@@ -72,42 +72,14 @@ TEST_F(QuillaryDoc, TheWholeFileByteForByte) {
     doc.SetSort({{"A", true}});
     doc.SetFilter({{{false, "A", 3, "0"}, {true, "", 1, "x"}}, true, false});
     ASSERT_TRUE(doc.SaveDatabaseAs("/db.pdb", "Ab", failure));
-    const std::string written = files.contents["/db.pdb"];
-
-    const auto schema = [](const std::string& first, const std::string& padding) {
-        std::string bytes = FromHex("FFFFFF01FF00 0000") + first;
-        for (char k = 1; k < 20; ++k) bytes += std::string{'\0', k} + padding;
-        return bytes + FromHex("00FF");
-    };
-    std::string expected = "Ab" + std::string(30, '\0');
-    expected += FromHex("0008 0000 00000000 00000000 00000000 00000000 00000078 00000000");
-    expected += "Qly1Qly1" + FromHex("05000000 00000000 0005");
-    const std::size_t typesAt = 0x78 + 428;
-    const std::size_t labelsAt = typesAt + 6 + 40 + 20 + 2;
-    const std::size_t lengthsAt = labelsAt + 6 + 40 + 1 + 2;
-    const std::size_t preferencesAt = lengthsAt + 6 + 40 + 40 + 2;
-    const std::size_t recordAt = preferencesAt + 6 + 40 + 1 + 2;
-    const auto entry = [](std::size_t offset, const char* rest) {
-        return FromHex("0000") + static_cast<char>(offset >> 8) + static_cast<char>(offset) + FromHex(rest);
-    };
-    expected += entry(typesAt, "05000001") + entry(labelsAt, "01000002") + entry(lengthsAt, "06000003") +
-                entry(preferencesAt, "04000004") + entry(recordAt, "02000005") + FromHex("0000");
-    expected += FromHex("0000");
-    for (const char* category :
-         {"Unfiled", "FieldLabels", "DataRecords", "DataRecordsFout", "Preferences", "DataType", "FieldLengths"}) {
-        std::string name = category;
-        name.resize(16);
-        expected += name;
-    }
-    expected +=
-        std::string(9 * 16, '\0') + FromHex("000102030405060708090A0B0C0D0E0F 0F00 0003 00000000 00 00 000000000000");
-    expected += "0" + std::string(39, '\0') + FromHex("02 83") + "x" + std::string(39, '\0') + FromHex("01 01") +
-                std::string(42, '\0');
-    expected += FromHex("00010000 FF000000 FF000000");
-    expected += schema("F", "T") + schema("A", "") + schema("70", "80") + FromHex("FFFFFF01FF00 0000 0001") + "0";
-    for (char k = 2; k < 20; ++k) expected += std::string{'\0', k};
-    expected += FromHex("00FF") + FromHex("FFFFFF01FF00 0000 31 00FF");
-    EXPECT_EQ(expected, written);
+    ImageParts parts;
+    parts.name = "Ab";
+    // Two conditions: field 0 greater than "0", or all fields contain "x". One key: field 0, descending.
+    parts.tail = "0" + std::string(39, '\0') + FromHex("02 83") + "x" + std::string(39, '\0') + FromHex("01 01") +
+                 std::string(42, '\0') + FromHex("00010000 FF000000 FF000000");
+    parts.AddSchema({"A"}, {"F"}, {"70"});
+    parts.Add(2, {"1"});
+    EXPECT_EQ(parts.Build(), files.contents["/db.pdb"]);
 }
 
 TEST_F(QuillaryDoc, AFileThatWeWroteComesBackByteForByte) {
@@ -323,18 +295,46 @@ TEST_F(QuillaryDoc, AnotherProgramsChangeIsNotOverwritten) {
     EXPECT_FALSE(doc.IsModified());
 }
 
-TEST_F(QuillaryDoc, SaveAsRefusesATakenNameAndCutsItsOwn) {
+TEST_F(QuillaryDoc, SaveAsRefusesATakenName) {
     ASSERT_TRUE(Open(Contacts()));
     Failure failure;
     EXPECT_FALSE(doc.SaveDatabaseAs("/db.pdb", "Other", failure));
     EXPECT_EQ(Message::NameExists, failure.message);
     EXPECT_EQ(u"Test", doc.Name());
-    const std::string name(40, 'n');
-    ASSERT_TRUE(doc.SaveDatabaseAs("/new.pdb", name, failure));
-    EXPECT_EQ(std::u16string(31, u'n'), doc.Name());
-    EXPECT_EQ(name.substr(0, 31) + '\0', files.contents["/new.pdb"].substr(0, 32));
+    ASSERT_TRUE(doc.SaveDatabaseAs("/new.pdb", "Other", failure));
     EXPECT_TRUE(CQuillaryDoc::DatabaseExists(files, "/new.pdb", failure));
     EXPECT_EQ(Path("/new.pdb"), doc.FilePath());
+}
+
+TEST(QuillaryDocName, IsCutBetweenCharactersAndElseKeptAsItIs) {
+    const auto shiftJis = CodePageByName("shift_jis");
+    ASSERT_TRUE(shiftJis);
+    struct Case {
+        const char* name;
+        const AnsiText& page;
+        std::string given;
+        std::string kept;
+    };
+    std::string pairs;
+    for (int i = 0; i < 16; ++i) pairs += "\x82\xA0";
+    const Case kCases[] = {
+        {"31 bytes", AnsiText::Windows1252(), std::string(40, 'n'), std::string(31, 'n')},
+        {"15 characters of two bytes", *shiftJis, pairs, pairs.substr(0, 30)},
+        {"one byte before them", *shiftJis, "n" + pairs, "n" + pairs.substr(0, 30)},
+        {"control characters", AnsiText::Windows1252(), "a\x01\n\x1B[31m\x7F", "a\x01\n\x1B[31m\x7F"},
+    };
+    for (const auto& c : kCases) {
+        SCOPED_TRACE(c.name);
+        MemoryFiles files;
+        ScriptedQuestions questions;
+        CQuillaryDoc doc(files, c.page);
+        doc.NewDatabase("x", {MakeField("a", "t")});
+        Failure failure;
+        ASSERT_TRUE(doc.SaveDatabaseAs("/db.pdb", c.given, failure));
+        EXPECT_EQ(c.kept + std::string(32 - c.kept.size(), '\0'), files.contents["/db.pdb"].substr(0, 32));
+        ASSERT_TRUE(doc.OpenDatabase("/db.pdb", OpenMode::Edit, questions));
+        EXPECT_EQ(c.page.ToWide(c.kept), doc.Name());
+    }
 }
 
 RC_GTEST_PROP(QuillaryDocProperty, WhatIsAppendedComesBack, ()) {

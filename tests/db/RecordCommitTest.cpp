@@ -93,6 +93,13 @@ TEST_F(RecordCommit, RefusalsNameWhatIsWrongAndChangeNothing) {
     EXPECT_EQ(1u, doc.RecordCount());
     EXPECT_EQ(7, doc.Fields()[2].options.first) << "a refused record takes no sequence value";
 
+    const std::vector<std::string> hiding = {"a\nb", "", "", "", "", "", "", "", "", "", "z"};
+    const std::size_t hidden = Append(hiding);
+    EXPECT_FALSE(CommitRecord(doc, hidden, std::vector<EnteredValue>{{10, "end"}}, changed, failure));
+    EXPECT_THAT(failure.text, testing::StartsWith("A line break in \"Notes\" would hide the field \"Last\"."))
+        << "a text that stays";
+    EXPECT_EQ(Entries(hiding), doc.Shown()[hidden].Entries());
+
     EXPECT_FALSE(StoredText(doc, 0, u"\u4F60\u00FF", failure));
     EXPECT_EQ("These characters cannot be stored in \"Notes\": \xE4\xBD\xA0\xC3\xBF", failure.text);
     EXPECT_EQ("5551234", StoredText(doc, 7, u"555-1234", failure));

@@ -8,6 +8,7 @@
 
 #include "db/RecoveryFile.h"
 #include "tests/fakes/FaultyFiles.h"
+#include "tests/fakes/SaveInSteps.h"
 
 namespace quillary {
 namespace {
@@ -41,19 +42,16 @@ LoadedFile MustLoad(FaultyFiles& files, LoadMode mode = LoadMode::Read) {
 
 std::string Shown(const LoadedFile& loaded) { return Id(loaded.image->Bytes()); }
 
-// One save as a document makes it, to its end or to its first failure. `finish` off stops before the flush.
-bool Save(FaultyFiles& files, const LoadedFile& read, const std::string& bytes, Failure& failure, bool finish = true,
+std::unique_ptr<UnfinishedSave> Rewrite(FaultyFiles& files, LoadedFile read, const std::string& bytes, Failure& failure,
+                                        bool overwriteChanges = false) {
+    return SaveUpToFlush(files, kPath, read, bytes, failure, overwriteChanges);
+}
+
+// One save to its end or to its first failure.
+bool Save(FaultyFiles& files, const LoadedFile& read, const std::string& bytes, Failure& failure,
           bool overwriteChanges = false) {
-    const Image image(bytes);
-    RewriteRequest request;
-    request.path = kPath;
-    request.oldImage = read.image;
-    request.oldStamp = read.stamp;
-    request.newImage = &image;
-    request.overwriteChanges = overwriteChanges;
-    FileStamp stamp;
-    const auto save = RewriteDatabaseFile(files, request, stamp, failure);
-    return save && (!finish || save->Finish(failure));
+    const auto save = Rewrite(files, read, bytes, failure, overwriteChanges);
+    return save && save->Finish(failure);
 }
 
 bool Make(FaultyFiles& files, const std::string& bytes, Failure& failure) {
@@ -104,33 +102,23 @@ INSTANTIATE_TEST_SUITE_P(Saving, SavingSizes,
                          [](const auto& info) { return "Case" + std::to_string(info.index); });
 
 TEST_P(SavingSizes, EveryStopAndEveryLossOfUnflushedBytesLeavesTheOldOrTheNewImage) {
-    for (int stopAt = 1;; ++stopAt) {
-        FaultyFiles disk = Disk();
-        const LoadedFile read = MustLoad(disk);
-        disk.FailAt(stopAt, FaultyFiles::Fail::ThisCallAndLater);
-        Failure failure;
-        const bool saved = Save(disk, read, m_new, failure);
-        disk.ForEachCrash([&](FaultyFiles& left) {
-            EXPECT_THAT(Reopened(left), AnyOf(Id(saved ? m_new : m_old), Id(m_new))) << "call " << stopAt;
-        });
-        if (HasFailure() || disk.Calls() < stopAt) break;
-    }
-}
-
-TEST_P(SavingSizes, OneFailingCallMeansTheOldImageOrACompletableOne) {
-    for (int failAt = 1;; ++failAt) {
-        FaultyFiles disk = Disk();
-        const LoadedFile read = MustLoad(disk);
-        disk.FailAt(failAt, FaultyFiles::Fail::ThisCall);
-        Failure failure;
-        const bool saved = Save(disk, read, m_new, failure);
-        EXPECT_EQ(saved, failure.message == Message::None) << failAt;
-        EXPECT_NE(failure.message, Message::WriteFailedTorn) << "the disk took back every byte; call " << failAt;
-        EXPECT_EQ(IdOf(disk, kPath), Id(saved ? m_new : m_old)) << failAt;
-        disk.ForEachCrash([&](FaultyFiles& left) {
-            EXPECT_THAT(Reopened(left), AnyOf(Id(saved ? m_new : m_old), Id(m_new))) << "call " << failAt;
-        });
-        if (HasFailure() || disk.Calls() < failAt) break;
+    for (const auto fail : {FaultyFiles::Fail::ThisCallAndLater, FaultyFiles::Fail::ThisCall}) {
+        for (int failAt = 1;; ++failAt) {
+            SCOPED_TRACE(failAt);
+            FaultyFiles disk = Disk();
+            const LoadedFile read = MustLoad(disk);
+            disk.FailAt(failAt, fail);
+            Failure failure;
+            const bool saved = Save(disk, read, m_new, failure);
+            if (fail == FaultyFiles::Fail::ThisCall) {
+                EXPECT_EQ(saved, failure.message == Message::None);
+                EXPECT_NE(failure.message, Message::WriteFailedTorn) << "the disk took back every byte";
+                EXPECT_EQ(IdOf(disk, kPath), Id(saved ? m_new : m_old));
+            }
+            disk.ForEachCrash(
+                [&](FaultyFiles& left) { EXPECT_THAT(Reopened(left), AnyOf(Id(saved ? m_new : m_old), Id(m_new))); });
+            if (HasFailure() || disk.Calls() < failAt) break;
+        }
     }
 }
 
@@ -138,7 +126,7 @@ TEST_P(SavingSizes, CompletingCanBeStoppedToo) {
     FaultyFiles disk = Disk();
     const LoadedFile read = MustLoad(disk);
     Failure failure;
-    ASSERT_TRUE(Save(disk, read, m_new, failure, false));
+    ASSERT_TRUE(Rewrite(disk, read, m_new, failure));
     int mixtures = 0;
     disk.ForEachCrash([&](FaultyFiles& torn) {
         const LoadedFile before = MustLoad(torn);
@@ -266,7 +254,7 @@ TEST(Saving, WhatTheFileHoldsDecidesAboutItsRecoveryFile) {
         FaultyFiles disk;
         disk.Put(kPath, oldBytes);
         Failure failure;
-        ASSERT_TRUE(Save(disk, MustLoad(disk), newBytes, failure, false));
+        ASSERT_TRUE(Rewrite(disk, MustLoad(disk), newBytes, failure));
         if (c.otherInode) {
             disk.Replace(kPath, c.holds);
         } else {
@@ -281,20 +269,15 @@ TEST(Saving, WhatTheFileHoldsDecidesAboutItsRecoveryFile) {
         if (c.state != RecoveryState::Unrelated) continue;
         EXPECT_FALSE(Save(disk, MustLoad(disk), Bytes(700, 3), failure));
         EXPECT_EQ(failure.message, Message::UndecidedCopy) << "nobody has decided about the copy";
-        for (int failAt = 1;; ++failAt) {
+        bool restored = false;
+        for (int failAt = 1; !restored; ++failAt) {
             disk.FailAt(failAt, FaultyFiles::Fail::ThisCallAndLater);
-            const bool restored = RestoreRecoveryCopy(disk, kPath, failure);
-            const bool ended = disk.Calls() < failAt;
+            restored = RestoreRecoveryCopy(disk, kPath, failure);
             disk.FailAt(0, FaultyFiles::Fail::ThisCall);
-            if (restored && ended) break;
-            if (!restored) {
-                EXPECT_TRUE(disk.BytesOf(kRecovery)) << "a copy that was not restored stays; call " << failAt;
-                disk.Put(kPath, c.holds);
-            } else {
-                EXPECT_EQ(MustLoad(disk).recovery, RecoveryState::None);
-                break;
-            }
+            EXPECT_TRUE(restored || disk.BytesOf(kRecovery)) << "a copy that was not restored stays; call " << failAt;
+            if (!restored) disk.Put(kPath, c.holds);
         }
+        EXPECT_EQ(MustLoad(disk).recovery, RecoveryState::None);
         EXPECT_EQ(IdOf(disk, kPath), Id(newBytes));
     }
 }
@@ -332,7 +315,7 @@ TEST(Saving, AnotherProgramsWriteIsNotOverwrittenUnasked) {
             disk.Put(kPath, c.holds, c.keepTime);
         }
         Failure failure;
-        EXPECT_EQ(Save(disk, loaded, "mine", failure, true, c.overwrite), c.message == Message::None);
+        EXPECT_EQ(Save(disk, loaded, "mine", failure, c.overwrite), c.message == Message::None);
         EXPECT_EQ(failure.message, c.message);
         EXPECT_EQ(IdOf(disk, kPath), Id(c.message == Message::None ? "mine" : c.holds));
         EXPECT_EQ(IdOf(disk, kRecovery), "none");
@@ -344,16 +327,8 @@ TEST(Saving, AFailedFlushOfAnOverwriteBringsBackWhatTheOtherProgramWrote) {
     disk.Put(kPath, "read");
     const LoadedFile loaded = MustLoad(disk);
     disk.Put(kPath, "theirs");
-    const Image image("mine");
-    RewriteRequest request;
-    request.path = kPath;
-    request.oldImage = loaded.image;
-    request.oldStamp = loaded.stamp;
-    request.newImage = &image;
-    request.overwriteChanges = true;
-    FileStamp stamp;
     Failure failure;
-    const auto save = RewriteDatabaseFile(disk, request, stamp, failure);
+    const auto save = Rewrite(disk, loaded, "mine", failure, true);
     ASSERT_TRUE(save);
     disk.FailAt(1, FaultyFiles::Fail::ThisCall);
     EXPECT_FALSE(save->Finish(failure));
@@ -372,18 +347,52 @@ TEST(Saving, AnotherProgramsLockIsRespectedUntilTheFlush) {
         EXPECT_FALSE(Save(disk, loaded, "new", failure));
         EXPECT_EQ(failure.message, Message::FileBusy);
     }
-    const Image image("new");
-    RewriteRequest request;
-    request.path = kPath;
-    request.oldImage = loaded.image;
-    request.oldStamp = loaded.stamp;
-    request.newImage = &image;
-    FileStamp stamp;
-    auto save = RewriteDatabaseFile(disk, request, stamp, failure);
+    auto save = Rewrite(disk, loaded, "new", failure);
     EXPECT_FALSE(disk.Open(kPath, LockKind::Shared, error));
     EXPECT_EQ(error.kind, FileError::Kind::Busy);
     save.reset();
     EXPECT_TRUE(disk.Open(kPath, LockKind::Shared, error));
+}
+
+// Its length alone must not make a file foreign, nor a mixture of it: the images' order of size does not count.
+TEST(Saving, AMixtureIsAsLongAsOneOfItsImagesOrBetween) {
+    using Sizes = std::pair<std::size_t, std::size_t>;
+    for (const auto& [oldSize, newSize] : {Sizes{2300, 3100}, Sizes{3100, 2300}, Sizes{700, 700}}) {
+        const std::string oldBytes = Bytes(oldSize, 12);
+        const std::string newBytes = Bytes(newSize, 13);
+        const std::string longest = oldSize < newSize ? Mixed(newBytes, oldBytes) : Mixed(oldBytes, newBytes);
+        const std::string head = RecoveryFile::Head(kPath, {1, 7, 0, 0, false}, oldBytes, newBytes);
+        const auto recovery = RecoveryFile::Parse(Image(head + newBytes));
+        ASSERT_TRUE(recovery);
+        const std::size_t least = std::min(oldBytes.size(), newBytes.size());
+        const auto match = [&](std::size_t size) { return recovery->Compare(longest.substr(0, size), 7); };
+        EXPECT_EQ(match(least - 1), RecoveryFile::Match::Neither) << oldSize;
+        EXPECT_EQ(match(least), RecoveryFile::Match::Mixture) << oldSize;
+        EXPECT_EQ(match(longest.size()), RecoveryFile::Match::Mixture) << oldSize;
+        EXPECT_EQ(recovery->Compare(longest + '\0', 7), RecoveryFile::Match::Neither) << oldSize;
+    }
+}
+
+TEST(Saving, ARecoveryFileOfAnotherVersionIsKeptAndStopsEverySave) {
+    const std::string theirs = std::string("QlyRecov\2\0\0\0", 12) + "in a layout of their own";
+    FaultyFiles disk;
+    disk.Put(kPath, "old");
+    disk.Put(kRecovery, theirs);
+    for (const LoadMode mode : {LoadMode::Read, LoadMode::Complete}) {
+        EXPECT_EQ(MustLoad(disk, mode).recovery, RecoveryState::Unrelated);
+    }
+    Failure failures[3];
+    EXPECT_FALSE(Save(disk, MustLoad(disk), "new", failures[0]));
+    EXPECT_FALSE(RestoreRecoveryCopy(disk, kPath, failures[1]));
+    EXPECT_EQ(disk.BytesOf(kPath), "old");
+    FileError error;
+    ASSERT_TRUE(disk.Remove(kPath, error));
+    EXPECT_FALSE(Make(disk, "new", failures[2]));
+    for (const Failure& failure : failures) {
+        EXPECT_EQ(failure.message, Message::OtherVersionsCopy);
+        EXPECT_NE(failure.text.find(kRecovery), std::string::npos) << failure.text;
+    }
+    EXPECT_EQ(disk.BytesOf(kRecovery), theirs);
 }
 
 // Whatever stands in the recovery file, a reader gets the file's own bytes or the image that was meant for it.
@@ -394,7 +403,7 @@ TEST(Saving, ARecoveryFileIsNotTrusted) {
     FaultyFiles disk;
     disk.Put(kPath, oldBytes);
     Failure failure;
-    ASSERT_TRUE(Save(disk, MustLoad(disk), newBytes, failure, false));
+    ASSERT_TRUE(Rewrite(disk, MustLoad(disk), newBytes, failure));
     disk.Put(kPath, torn);
     const std::string recovery = *disk.BytesOf(kRecovery);
     ASSERT_EQ(Shown(MustLoad(disk)), Id(newBytes));

@@ -1,6 +1,7 @@
 #include "tests/fakes/FaultyFiles.h"
 
 #include <algorithm>
+#include <iterator>
 #include <random>
 
 namespace quillary {
@@ -238,7 +239,25 @@ void FaultyFiles::ForEachCrash(const std::function<void(FaultyFiles&)>& look) co
     std::size_t count = m_unflushedNames.size();
     for (const NodePtr& node : nodes) count += node->unflushed.size();
 
-    const auto present = [&](const std::vector<bool>& survives) {
+    std::vector<std::vector<bool>> survivors;
+    const auto add = [&](auto survives) {
+        std::vector<bool>& subset = survivors.emplace_back(count);
+        for (std::size_t k = 0; k < count; ++k) subset[k] = survives(k);
+    };
+    constexpr std::size_t kFewEnough = 8;
+    if (count <= kFewEnough) {
+        for (std::size_t mask = 0; mask < std::size_t{1} << count; ++mask) {
+            add([mask](std::size_t k) { return (mask >> k & 1) != 0; });
+        }
+    } else {
+        for (std::size_t one = 0; one <= count; ++one) {  // `count` itself: none and all
+            add([one](std::size_t k) { return k == one; });
+            add([one](std::size_t k) { return k != one; });
+        }
+        std::mt19937 random(static_cast<unsigned>(count));
+        for (int i = 0; i < 100; ++i) add([&random](std::size_t) { return (random() & 1) != 0; });
+    }
+    for (const std::vector<bool>& survives : survivors) {
         FaultyFiles disk(m_blockSize);
         disk.m_lastInode = m_lastInode;
         disk.m_time = m_time;
@@ -255,42 +274,15 @@ void FaultyFiles::ForEachCrash(const std::function<void(FaultyFiles&)>& look) co
         std::map<NodePtr, NodePtr> after;
         for (const NodePtr& node : nodes) {
             std::vector<Step> steps;
-            for (const Step& step : node->unflushed) {
-                if (survives[k++]) steps.push_back(step);
-            }
-            auto copy = std::make_shared<Node>();
+            std::copy_if(node->unflushed.begin(), node->unflushed.end(), std::back_inserter(steps),
+                         [&](const Step&) { return survives[k++]; });
+            const NodePtr copy = after[node] = std::make_shared<Node>();
             copy->inode = node->inode;
             copy->modified = node->modified;
             copy->onDisk = copy->seen = Apply(node->onDisk, steps);
-            after[node] = std::move(copy);
         }
         for (const auto& [name, node] : names) disk.m_names[name] = disk.m_namesOnDisk[name] = after[node];
         look(disk);
-    };
-
-    constexpr std::size_t kFewEnough = 8;
-    if (count <= kFewEnough) {
-        for (std::size_t mask = 0; mask < std::size_t{1} << count; ++mask) {
-            std::vector<bool> survives(count);
-            for (std::size_t k = 0; k < count; ++k) survives[k] = (mask >> k & 1) != 0;
-            present(survives);
-        }
-        return;
-    }
-    for (const bool most : {false, true}) {
-        std::vector<bool> survives(count, most);
-        present(survives);
-        for (std::size_t k = 0; k < count; ++k) {
-            survives[k] = !most;
-            present(survives);
-            survives[k] = most;
-        }
-    }
-    std::mt19937 random(static_cast<unsigned>(count));
-    for (int i = 0; i < 100; ++i) {
-        std::vector<bool> survives(count);
-        for (std::size_t k = 0; k < count; ++k) survives[k] = (random() & 1) != 0;
-        present(survives);
     }
 }
 

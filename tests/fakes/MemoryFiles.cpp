@@ -60,6 +60,21 @@ bool MemoryFiles::Remove(const Path& path, FileError&) {
     return true;
 }
 
+bool MemoryFiles::Rename(const Path& from, const Path& to, FileError& error) {
+    auto node = contents.extract(from.string());
+    if (node.empty()) {
+        error.kind = FileError::Kind::NotFound;
+        return false;
+    }
+    node.key() = to.string();
+    auto put = contents.insert(std::move(node));
+    if (put.inserted) return true;
+    put.node.key() = from.string();
+    contents.insert(std::move(put.node));
+    error.kind = FileError::Kind::Exists;
+    return false;
+}
+
 bool MemoryFiles::ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) {
     const auto found = contents.find(recoveryPath.string());
     if (found == contents.end()) {

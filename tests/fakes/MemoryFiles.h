@@ -15,6 +15,7 @@ class MemoryFiles : public FileAccess {
     std::unique_ptr<LockedFile> Open(const Path& path, LockKind lock, FileError& error) override;
     std::unique_ptr<LockedFile> Create(const Path& path, FileError& error) override;
     bool Remove(const Path& path, FileError& error) override;
+    bool Rename(const Path& from, const Path& to, FileError& error) override;
     bool CanRead(const Path& path) override { return contents.contains(path.string()); }
     bool CanWrite(const Path& path) override { return contents.contains(path.string()); }
     Path RecoveryPath(const Path& path) override { return path.string() + ".recovery"; }

@@ -34,6 +34,7 @@ TEST(CodePages, WhatAPageLacksIsNeverReplaced) {
     std::u16string unstorable;
     EXPECT_FALSE(CodePageByName("shift_jis")->FromWide(u"10 € für", &unstorable));
     EXPECT_EQ(unstorable, u"€ü");
+    EXPECT_EQ(CodePageByName("shift_jis")->FromWideForHashing(u"漢ü"), "\x8A\xBF?");
     EXPECT_FALSE(CodePageByName("1251")->FromWide(u"я"));  // its byte would end the record
     EXPECT_FALSE(CodePageByName("1251")->FromWide(u"é"));
 }

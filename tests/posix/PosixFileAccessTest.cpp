@@ -8,6 +8,7 @@
 
 #include "db/Layout.h"
 #include "db/Saving.h"
+#include "tests/fakes/SaveInSteps.h"
 #include "tests/posix/TestFolder.h"
 
 namespace quillary {
@@ -40,13 +41,7 @@ class PosixFiles : public testing::Test {
         return error.kind;
     }
     bool Save(const Path& path, std::string_view bytes, LoadedFile& read, Failure& failure) {
-        const Image image(bytes);
-        RewriteRequest request;
-        request.path = path;
-        request.oldImage = read.image;
-        request.oldStamp = read.stamp;
-        request.newImage = &image;
-        const auto save = RewriteDatabaseFile(m_files, request, read.stamp, failure);
+        const auto save = SaveUpToFlush(m_files, path, read, bytes, failure);
         if (!save || !save->Finish(failure)) return false;
         read.image = std::make_shared<const Image>(bytes);
         return true;
@@ -89,6 +84,13 @@ TEST_F(PosixFiles, RightsDecideWhatCanBeReadAndWritten) {
     chmod(writable.c_str(), 0666);
     chmod(inClosedFolder.c_str(), 0666);
     chmod((m_folder / "closed").c_str(), 0555);
+    std::filesystem::create_directories(m_files.RecoveryPath(readOnly).parent_path());
+    chmod((m_folder / "state").c_str(), 0);
+    EXPECT_TRUE(AsOrdinaryUser([&] {
+        LoadedFile loaded;
+        FileError error;
+        return LoadDatabaseFile(m_files, readOnly, LoadMode::Read, nullptr, loaded, error);
+    })) << "a closed state folder is in no reader's way";
     EXPECT_TRUE(AsOrdinaryUser([&] {
         FileError error;
         return !m_files.Open(secret, LockKind::Shared, error) && error.kind == Kind::Denied &&
@@ -96,20 +98,7 @@ TEST_F(PosixFiles, RightsDecideWhatCanBeReadAndWritten) {
                !m_files.CanWrite(inClosedFolder) && !m_files.Open(readOnly, LockKind::Exclusive, error) &&
                error.kind == Kind::Denied && m_files.CanWrite(writable);
     }));
-    chmod((m_folder / "closed").c_str(), 0755);
-}
-
-TEST_F(PosixFiles, AClosedStateFolderIsInNoReadersWay) {
-    const Path path = m_folder.Write("db.pdb", "x");
-    chmod(m_folder.Root().c_str(), 0755);
-    std::filesystem::create_directories(m_files.RecoveryPath(path).parent_path());
-    chmod((m_folder / "state").c_str(), 0);
-    EXPECT_TRUE(AsOrdinaryUser([&] {
-        LoadedFile loaded;
-        FileError error;
-        return LoadDatabaseFile(m_files, path, LoadMode::Read, nullptr, loaded, error);
-    }));
-    chmod((m_folder / "state").c_str(), 0700);
+    for (const char* folder : {"closed", "state"}) chmod((m_folder / folder).c_str(), 0755);
 }
 
 TEST_F(PosixFiles, AHugeFileIsRefusedUnread) {
@@ -158,16 +147,10 @@ TEST_F(PosixFiles, AFileThatLostItsNameIsNotWritten) {
     const Path path = m_folder.Write("db.pdb", "old");
     FileError error;
     LoadedFile read = Load(path);
-    RewriteRequest request;
-    request.held = m_files.Open(path, LockKind::Exclusive, error);
-    request.path = path;
-    request.oldImage = read.image;
-    request.oldStamp = read.stamp;
-    const Image image("mine");
-    request.newImage = &image;
+    std::shared_ptr<LockedFile> held = m_files.Open(path, LockKind::Exclusive, error);
     std::filesystem::rename(m_folder.Write("theirs", "theirs"), path);
     Failure failure;
-    EXPECT_FALSE(RewriteDatabaseFile(m_files, request, read.stamp, failure));
+    EXPECT_FALSE(SaveUpToFlush(m_files, path, read, "mine", failure, false, held));
     EXPECT_EQ(failure.message, Message::ChangedByAnother);
     EXPECT_EQ(FileBytes(path), "theirs");
 }
@@ -209,16 +192,9 @@ TEST_F(PosixFiles, AStampSaysWhenALaterWriteMayCarryTheSameTime) {
 TEST_F(PosixFiles, AWriteRightBehindOursIsNoticed) {
     const Path path = m_folder.Write("db.pdb", "0");
     for (int i = 0; i < 20; ++i) {
-        const LoadedFile read = Load(path);
-        const Image ours("ours");
-        RewriteRequest request;
-        request.path = path;
-        request.oldImage = read.image;
-        request.oldStamp = read.stamp;
-        request.newImage = &ours;
-        LoadedFile written;
+        LoadedFile written = Load(path);
         Failure failure;
-        ASSERT_TRUE(RewriteDatabaseFile(m_files, request, written.stamp, failure)) << failure.text;
+        ASSERT_TRUE(SaveUpToFlush(m_files, path, written, "ours", failure)) << failure.text;
         EXPECT_FALSE(written.stamp.mayHideAWrite) << "every save would read back the one before";
         std::fstream(path) << "them";
         FileError error;
@@ -280,6 +256,20 @@ TEST_F(PosixFiles, WithoutARecoveryFileNothingIsWritten) {
     FileStamp stamp;
     EXPECT_FALSE(CreateDatabaseFile(m_files, m_folder / "new.pdb", Image("new"), held, stamp, failure));
     EXPECT_FALSE(std::filesystem::exists(m_folder / "new.pdb"));
+}
+
+TEST_F(PosixFiles, ARenameTakesNoOthersPlace) {
+    const Path path = m_folder.Write("a.pdb", "ours");
+    const Path taken = m_folder.Write("b.pdb", "theirs");
+    FileError error;
+    EXPECT_FALSE(m_files.Rename(path, taken, error));
+    EXPECT_EQ(error.kind, Kind::Exists);
+    EXPECT_EQ(FileBytes(taken), "theirs");
+    EXPECT_TRUE(m_files.Rename(path, m_folder / "c.pdb", error)) << error.reason;
+    EXPECT_EQ(FileBytes(m_folder / "c.pdb"), "ours");
+    EXPECT_FALSE(std::filesystem::exists(path));
+    EXPECT_FALSE(m_files.Rename(m_folder / "c.pdb", m_folder / std::string(300, 'x').c_str(), error));
+    EXPECT_EQ(error.reason, "File name too long");
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "tests/posix/TestFolder.h"
 
@@ -95,6 +97,28 @@ TEST(PreferencesFile, MakesItsFolderAndSaysWhenItCannot) {
     EXPECT_EQ(FileBytes(folder / "large"), large);
     EXPECT_FALSE(PreferencesFile(folder / "file/Quillary.conf").WriteInt("MaxRemoteResults", 50));
     EXPECT_FALSE(PreferencesFile(Path{}).WriteInt("MaxRemoteResults", 50));
+}
+
+TEST(PreferencesFile, TwoProgramsLoseNoneOfTheirValues) {
+    const TestFolder folder;
+    const auto writeAll = [&folder](const char* prefix) {
+        PreferencesFile settings(folder / "Quillary.conf");
+        bool written = true;
+        for (int i = 0; i < 25; ++i) written = settings.WriteInt(prefix + std::to_string(i), i) && written;
+        return written;
+    };
+    const pid_t child = fork();
+    if (child == 0) _exit(writeAll("Theirs") ? 0 : 1);
+    EXPECT_TRUE(writeAll("Ours"));
+    int status = 1;
+    waitpid(child, &status, 0);
+    EXPECT_EQ(status, 0);
+    const PreferencesFile settings(folder / "Quillary.conf");
+    for (int i = 0; i < 25; ++i) {
+        EXPECT_EQ(settings.ReadInt("Ours" + std::to_string(i), -1), i);
+        EXPECT_EQ(settings.ReadInt("Theirs" + std::to_string(i), -1), i);
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Root()), {}), 1) << "nothing else is left";
 }
 
 }  // namespace

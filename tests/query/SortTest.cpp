@@ -5,6 +5,7 @@
 
 #include <random>
 
+#include "platform/posix/CodePages.h"
 #include "tests/fakes/TestDatabase.h"
 
 namespace quillary {
@@ -93,6 +94,19 @@ TEST(Sort, ARecordWithoutTheEntrySortsAsEmpty) {
     }
     doc.SetSort({{"Key", false}});
     EXPECT_THAT(SortedOrder(doc), testing::ElementsAre(1, 0, 2));
+}
+
+TEST(Sort, PagesOfSeveralBytesSortByTheirCharacters) {
+    const auto page = CodePageByName("shift_jis");
+    ASSERT_TRUE(page);
+    MemoryFiles files;
+    CQuillaryDoc doc(files, *page);
+    doc.NewDatabase("x", {MakeField("Key", "t")});
+    Failure failure;
+    // Katakana mi and Cyrillic zhe: the other way round by their bytes.
+    for (const char* text : {"\x83\x7E", "\x84\x47", "z"}) ASSERT_TRUE(doc.AppendRecord(Entries({text}), failure));
+    doc.SetSort({{"Key", false}});
+    EXPECT_THAT(SortedOrder(doc), testing::ElementsAre(2, 1, 0));
 }
 
 }  // namespace

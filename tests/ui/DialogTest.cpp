@@ -9,6 +9,7 @@
 
 #include "admin/DatabaseOptionsDlg.h"
 #include "admin/EnterPasswordDlg.h"
+#include "query/FindRecordDlg.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/AboutDlg.h"
 
@@ -24,6 +25,7 @@ class DialogTest : public WindowTest {
         dialogs.push_back(std::make_unique<CAboutDlg>(app.Frame()));
         dialogs.push_back(std::make_unique<CDatabaseOptionsDlg>(DatabaseOptions{}, app.Frame()));
         dialogs.push_back(std::make_unique<CEnterPasswordDlg>(m_doc, app.Frame()));
+        dialogs.push_back(std::make_unique<CFindRecordDlg>(m_doc, QString(), -2, app.Frame()));
         return dialogs;
     }
 
@@ -67,6 +69,20 @@ TEST_F(DialogTest, IsAPageThatFitsASmallScreen) {
         });
         EXPECT_EQ(dialog->exec(), QDialog::Rejected);
     }
+}
+
+TEST_F(DialogTest, TheInputPanelIsThereWhileAnEditBoxHasTheFocus) {
+    Open(PeopleParts().Build());
+    user.ExpectDialog(142, [this](CQuillaryDialog& page) {
+        EXPECT_TRUE(inputPanel.shown);
+        page.Control<QWidget>(1028)->setFocus();
+        EXPECT_FALSE(inputPanel.shown) << "a list to choose from";
+        page.Control<QWidget>(1027)->setFocus();
+        EXPECT_TRUE(inputPanel.shown);
+        QTest::keyClick(&page, Qt::Key_Escape);
+    });
+    ChooseMenu("Record", "Find...");
+    EXPECT_FALSE(inputPanel.shown);
 }
 
 TEST_F(DialogTest, ClosingTheWindowCancelsTheDialogFirst) {

@@ -6,9 +6,11 @@
 #include <QString>
 #include <deque>
 #include <functional>
+#include <set>
 
 #include "ui/QuillaryDialog.h"
 
+class QFileDialog;
 class QMessageBox;
 
 namespace quillary {
@@ -26,11 +28,18 @@ class User : public QObject {
     /// When a message box comes: it must hold exactly `text`; press its button `button`.
     void ExpectMessage(const QString& text, const QString& button = QStringLiteral("OK"));
 
+    /// When a file chooser comes: name `file` and go on.
+    void ExpectFileChooser(const QString& file);
+
+    /// All that was expected has come.
+    [[nodiscard]] bool IsDone() const { return m_expected.empty(); }
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    enum Other { kMessage = 0, kFileChooser = -2, kNothing = -1 };
     struct Expected {
-        int dialog;  // 0: a message box
+        int dialog;  // or one of the others
         Steps steps;
         QString text;
         QString button;
@@ -38,8 +47,10 @@ class User : public QObject {
     [[nodiscard]] Expected Next(int dialog);
     void AnswerDialog(CQuillaryDialog& dialog);
     void AnswerMessage(QMessageBox& box);
+    void AnswerFileChooser(QFileDialog& chooser);
 
     std::deque<Expected> m_expected;
+    std::set<CQuillaryDialog*> m_answering;
 };
 
 /// Clicks the middle of a widget that must be visible and enabled.

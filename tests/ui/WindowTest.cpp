@@ -1,5 +1,6 @@
 #include "tests/ui/WindowTest.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -11,9 +12,38 @@ namespace quillary {
 
 bool WindowFiles::WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body,
                                 FileError& error) {
-    if (!full) return MemoryFiles::WriteRecovery(recoveryPath, head, body, error);
+    if (full.empty() || recoveryPath.native().rfind(full.native(), 0) != 0)
+        return MemoryFiles::WriteRecovery(recoveryPath, head, body, error);
     error = {FileError::Kind::Full, "No space left on device"};
     return false;
+}
+
+bool TestTrash::Put(const Path& file) {
+    const auto found = there ? m_files.contents.find(file.string()) : m_files.contents.end();
+    if (found == m_files.contents.end()) return false;
+    contents[file.string()] = found->second;
+    m_files.contents.erase(found);
+    return true;
+}
+
+std::int32_t TestSettings::ReadInt(std::string_view name, std::int32_t fallback) const {
+    const auto found = numbers.find(name);
+    return found == numbers.end() ? fallback : found->second;
+}
+
+std::string TestSettings::ReadText(std::string_view name, std::string_view fallback) const {
+    const auto found = texts.find(name);
+    return found == texts.end() ? std::string(fallback) : found->second;
+}
+
+bool TestSettings::WriteInt(std::string_view name, std::int32_t value) {
+    numbers.insert_or_assign(std::string(name), value);
+    return true;
+}
+
+bool TestSettings::WriteText(std::string_view name, std::string_view value) {
+    texts.insert_or_assign(std::string(name), std::string(value));
+    return true;
 }
 
 WindowTest::WindowTest() {
@@ -36,7 +66,8 @@ void WindowTest::ChooseMenu(const QString& popup, const QString& item) {
         for (QAction* action : caption->menu()->actions()) {
             if (action->text().remove(u'&') != item) continue;
             QTest::mouseClick(caption->menu(), Qt::LeftButton, {}, caption->menu()->actionGeometry(action).center());
-            caption->menu()->hide();  // a click on a disabled item leaves it open
+            caption->menu()->hide();                      // a click on a disabled item leaves it open
+            QApplication::setActiveWindow(&app.Frame());  // as a window manager does
             return;
         }
     }

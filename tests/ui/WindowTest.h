@@ -5,10 +5,18 @@
 
 #include <QString>
 #include <QStringList>
+#include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
+#include "admin/Settings.h"
 #include "app/QuillaryApp.h"
+#include "platform/FolderWatcher.h"
+#include "platform/InputPanel.h"
+#include "platform/Launcher.h"
+#include "platform/RecentFiles.h"
+#include "platform/Trash.h"
 #include "tests/fakes/MemoryFiles.h"
 #include "tests/fakes/TestDatabase.h"
 #include "tests/ui/User.h"
@@ -19,7 +27,7 @@ namespace quillary {
 class WindowFiles : public MemoryFiles {
   public:
     bool writable = true;
-    bool full = false;          // recovery copies cannot be written, so no save begins
+    Path full;                  // the file whose recovery copy cannot be written, so that no save begins
     bool keepRecovery = false;  // as a save that stopped before it removed its copy
 
     bool CanWrite(const Path& path) override { return writable && MemoryFiles::CanWrite(path); }
@@ -36,6 +44,68 @@ class TestLocations : public StorageLocations {
 
     std::string MainFolder() const override { return mainFolder; }
     std::vector<std::string> CardFolders() const override { return {}; }
+};
+
+class TestTrash : public Trash {
+  public:
+    explicit TestTrash(WindowFiles& files) : m_files(files) {}
+    bool there = true;
+    std::map<std::string, std::string> contents;
+
+    bool Put(const Path& file) override;
+
+  private:
+    WindowFiles& m_files;
+};
+
+class TestRecentFiles : public RecentFiles {
+  public:
+    std::vector<Path> paths;
+
+    void Add(const Path& path) override { paths.push_back(path); }
+};
+
+class TestInputPanel : public InputPanel {
+  public:
+    bool shown = false;
+
+    void Show() override { shown = true; }
+    void Hide() override { shown = false; }
+};
+
+class TestFolderWatcher : public FolderWatcher {
+  public:
+    std::vector<Path> watched;
+    bool runsOut = false;
+
+    bool Watch(const std::vector<Path>& folders) override {
+        watched = folders;
+        return !runsOut;
+    }
+    using FolderWatcher::TellChange;
+};
+
+class TestLauncher : public Launcher {
+  public:
+    std::vector<Path> shown;
+    bool there = true;
+
+    void ShowInFolder(const Path& file, Failed failed) override {
+        shown.push_back(file);
+        if (!there) failed();
+    }
+    bool OpenLink(const std::string&) override { return there; }
+};
+
+class TestSettings : public Settings {
+  public:
+    std::map<std::string, std::int32_t, std::less<>> numbers;
+    std::map<std::string, std::string, std::less<>> texts;
+
+    std::int32_t ReadInt(std::string_view name, std::int32_t fallback) const override;
+    std::string ReadText(std::string_view name, std::string_view fallback) const override;
+    bool WriteInt(std::string_view name, std::int32_t value) override;
+    bool WriteText(std::string_view name, std::string_view value) override;
 };
 
 class WindowTest : public ::testing::Test {
@@ -56,7 +126,15 @@ class WindowTest : public ::testing::Test {
 
     WindowFiles files;
     TestLocations locations;
-    CQuillaryApp app{files, locations};
+    TestSettings settings;
+    TestTrash trash{files};
+    TestSettings windowSettings;
+    TestRecentFiles recentFiles;
+    TestInputPanel inputPanel;
+    TestFolderWatcher folderWatcher;
+    TestLauncher launcher;
+    CQuillaryApp app{
+        {files, locations, settings, trash, inputPanel, windowSettings, recentFiles, folderWatcher, launcher}};
     User user;
 };
 

@@ -71,16 +71,17 @@ TEST_F(OptionsTest, AFailedSaveTakesTheChangeBack) {
         Click(page.Control<QCheckBox>(1003));
         Click(page.Control<QWidget>(kOkButton));
     };
-    files.full = true;
+    files.full = "/people.pdb";
     user.ExpectDialog(149, tick);
     user.ExpectMessage(
         "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
         "The database was not touched.");
     ChooseMenu("Tools", "Options...");
-    files.full = false;
+    files.full.clear();
     files.contents["/people.pdb"] += "x";
     user.ExpectDialog(149, tick);
-    user.ExpectMessage("Another program has changed this database since it was read. It was not overwritten.");
+    user.ExpectMessage("Another program has changed this database since it was read. It was not overwritten.",
+                       "Cancel");
     ChooseMenu("Tools", "Options...");
     EXPECT_EQ(Cell(0, 2), "12/07/2003");
     EXPECT_FALSE(doc->IsModified());
@@ -93,7 +94,7 @@ TEST_F(OptionsTest, RecordsOfOtherProgramsAreLostOnlyWithTheUsersWord) {
     parts.Add(9, {"not ours"});
     const std::string before = parts.Build();
     const QString question =
-        "This file holds 1 records of other programs or other kinds, which would not come back when it is written.";
+        "Of the records in this file, 1 would not come back when it is written, being of other programs or kinds.";
     const auto tick = [](CQuillaryDialog& page) {
         Click(page.Control<QCheckBox>(1003));
         Click(page.Control<QWidget>(kOkButton));

@@ -121,7 +121,7 @@ TEST_F(RecordListTest, ADraggedWidthIsSavedAtOnce) {
 TEST_F(RecordListTest, AWidthThatCannotBeSavedGoesBack) {
     const std::string before = PeopleParts().Build();
     Open(before);
-    files.full = true;
+    files.full = "/people.pdb";
     user.ExpectMessage(
         "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
         "The database was not touched.");

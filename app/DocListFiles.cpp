@@ -1,0 +1,52 @@
+#include "app/DocListFiles.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include "admin/RenameDatabase.h"
+#include "db/CopyBeside.h"
+#include "platform/Launcher.h"
+#include "ui/MessageBox.h"
+#include "ui/WaitCursor.h"
+#include "ui/WideText.h"
+#include "views/DeleteDatabase.h"
+
+namespace quillary {
+
+void CDocListFiles::ShowInFolder(const Path& path) {
+    m_launcher.ShowInFolder(path, [window = QPointer<QWidget>(&m_window)] {
+        if (window) ShowMessage(window, QStringLiteral("The folder could not be shown: no file manager answers."));
+    });
+}
+
+std::optional<Path> CDocListFiles::Rename(const Path& path, const QString& name) {
+    Failure failure;
+    Path renamed;
+    if (RenameDatabase(m_files, path, name.toStdString(), renamed, failure)) return renamed;
+    ShowMessage(&m_window, FromUtf8(failure.text));
+    return std::nullopt;
+}
+
+std::optional<Path> CDocListFiles::Copy(const Path& path) {
+    Failure failure;
+    Path copy;
+    bool copied = false;
+    {
+        const WaitCursor wait;
+        copied = CopyFileBeside(m_files, path, copy, failure);
+    }
+    if (copied) return copy;
+    ShowMessage(&m_window, FromUtf8(failure.text));
+    return std::nullopt;
+}
+
+bool CDocListFiles::Delete(const Path& path, const QString& name) {
+    const QString question = QStringLiteral("The database \"%1\" is about to be deleted.  Are you sure?").arg(name);
+    if (AskUser(&m_window, question, {QStringLiteral("Yes"), QStringLiteral("No")}) != 0) return false;
+    Failure failure;
+    if (DeleteDatabaseFile(m_files, m_trash, path, failure)) return true;
+    ShowMessage(&m_window, FromUtf8(failure.text));
+    return false;
+}
+
+}  // namespace quillary

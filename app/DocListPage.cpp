@@ -1,0 +1,380 @@
+#include "app/DocListPage.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QFontDatabase>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMenu>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <set>
+#include <system_error>
+#include <utility>
+
+#include "admin/Settings.h"
+#include "admin/StorageLocations.h"
+#include "app/DocListView.h"
+#include "platform/FolderWatcher.h"
+#include "platform/NativePath.h"
+#include "ui/Mnemonics.h"
+#include "ui/WideText.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr int kDocumentList = 58378;
+// The column from 1, negative when it descends.
+constexpr std::string_view kSortSetting = "DocumentListSort";
+// Changes come in crowds; looking for databases once for each would keep a slow disk busy.
+constexpr int kChangeMilliseconds = 250;
+
+QString CountText(std::size_t count) {
+    return count == 1 ? QStringLiteral("1 database")
+                      : QStringLiteral("%L1 databases").arg(static_cast<qulonglong>(count));
+}
+
+}  // namespace
+
+CDocListPage::CDocListPage(const Desktop& desktop, QWidget& window, Requests requests)
+    : m_desktop(desktop),
+      m_requests(std::move(requests)),
+      m_files(desktop.files, desktop.trash, desktop.launcher, window),
+      m_scanner(
+          desktop.files, [this](std::vector<DocListRow> rows) { OnFound(std::move(rows)); },
+          [this](const CDocListScanner::Result& result) { OnScanned(result); }),
+      m_view(new CDocListView(m_model)),
+      m_folders(new QComboBox),
+      m_other(new QPushButton(QStringLiteral("Open &Other..."))),
+      m_body(new QStackedWidget),
+      m_state(new QLabel),
+      m_noticeLabel(new QLabel),
+      m_menu(new QMenu(this)),
+      m_changed(new QTimer(this)) {
+    m_view->setObjectName(QString::number(kDocumentList));
+    ReadSortOrder();
+    BuildActions();
+    BuildLayout();
+    connect(m_view, &QAbstractItemView::activated, this, [this] { OpenSelected(); });
+    m_view->onMenu = [this](const QPoint& global) { m_menu->popup(global); };
+    m_view->onRename = [this](const Path& path, const QString& name) { Rename(path, name); };
+    connect(m_folders, &QComboBox::activated, this, [this](int chosen) {
+        const QVariant folder = m_folders->itemData(chosen);
+        m_model.ShowFolder(folder.isNull() ? std::nullopt : std::optional<Path>(folder.toByteArray().toStdString()));
+        ShowState();
+    });
+    m_changed->setSingleShot(true);
+    m_changed->setInterval(kChangeMilliseconds);
+    connect(m_changed, &QTimer::timeout, this, [this] { m_requests.changed(); });
+    m_desktop.folderWatcher.OnChange([this] { OnFoldersChanged(); });
+}
+
+CDocListPage::~CDocListPage() { m_desktop.folderWatcher.OnChange({}); }
+
+void CDocListPage::ReadSortOrder() {
+    const std::int32_t stored = m_desktop.settings.ReadInt(kSortSetting, 1);
+    const int column = std::abs(stored) - 1;
+    const bool known = column >= 0 && column < CDocListModel::kColumnCount;
+    m_view->header()->setSortIndicator(known ? column : 0, stored < 0 ? Qt::DescendingOrder : Qt::AscendingOrder);
+    m_view->setSortingEnabled(true);
+    connect(m_view->header(), &QHeaderView::sortIndicatorChanged, this, [this](int sorted, Qt::SortOrder order) {
+        m_desktop.settings.WriteInt(kSortSetting, order == Qt::DescendingOrder ? -(sorted + 1) : sorted + 1);
+    });
+}
+
+void CDocListPage::BuildActions() {
+    const struct {
+        QString text;
+        QKeySequence key;
+        std::function<void()> run;
+    } kItems[] = {
+        {QStringLiteral("Open"), {}, [this] { OpenSelected(); }},
+        {QStringLiteral("Show in Folder"),
+         {},
+         [this] {
+             if (const auto path = m_view->Selected()) m_files.ShowInFolder(*path);
+         }},
+        {},
+        {QStringLiteral("Rename"), Qt::Key_F2,
+         [this] {
+             if (const auto path = m_view->Selected()) m_view->EditName(*path);
+         }},
+        {QStringLiteral("Make a Copy"), {}, [this] { CopySelected(); }},
+        {},
+        {QStringLiteral("Delete..."), QKeySequence::Delete, [this] { DeleteSelected(); }},
+    };
+    QStringList texts;
+    for (const auto& item : kItems) texts << item.text;
+    texts = WithMnemonics(texts);
+    for (const auto& item : kItems) {
+        const QString text = texts.takeFirst();
+        QAction* action = m_menu->addAction(text);
+        action->setSeparator(text.isEmpty());
+        action->setShortcut(item.key);
+        action->setShortcutContext(Qt::WidgetShortcut);
+        if (item.run) connect(action, &QAction::triggered, this, item.run);
+    }
+    m_view->addActions(m_menu->actions());
+    auto* refresh = new QAction(this);
+    refresh->setShortcut(Qt::Key_F5);
+    refresh->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    connect(refresh, &QAction::triggered, this, [this] { m_requests.changed(); });
+    addAction(refresh);
+}
+
+void CDocListPage::BuildLayout() {
+    m_folders->setAccessibleName(QStringLiteral("Folder"));
+    m_folders->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_folders->setMinimumContentsLength(8);
+    m_folders->addItem(QStringLiteral("All Folders"));
+    connect(m_other, &QPushButton::clicked, this, [this] { m_requests.openOther(); });
+
+    m_emptyPage = MakeEmptyPage();
+    m_body->addWidget(m_view);
+    m_body->addWidget(m_emptyPage);
+    for (QLabel* label : {m_state, m_noticeLabel}) {
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+    }
+
+    const int gap = fontMetrics().averageCharWidth();
+    auto* top = new QHBoxLayout;
+    top->setContentsMargins(gap, gap, gap, gap);
+    top->addWidget(m_folders, 1);
+    top->addStretch(1);
+    top->setSpacing(gap);
+    top->addWidget(m_other);
+    auto* bottom = new QVBoxLayout;
+    bottom->setContentsMargins(gap, gap / 2, gap, gap / 2);
+    bottom->addWidget(m_noticeLabel);
+    bottom->addWidget(m_state);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addLayout(top);
+    column->addWidget(m_body, 1);
+    column->addLayout(bottom);
+    setTabOrder(m_view, m_folders);
+    setTabOrder(m_folders, m_other);
+    ShowState();
+}
+
+QWidget* CDocListPage::MakeEmptyPage() {
+    const QString folder = OnOneLine(FromPath(Path(m_desktop.locations.MainFolder()).parent_path()));
+    enum class Look { Heading, Text, Command };
+    const struct {
+        Look look;
+        QString text;
+    } kLines[] = {
+        {Look::Heading, QStringLiteral("No databases yet")},
+        {Look::Text, QStringLiteral("The databases in %1 and on storage cards show here.").arg(folder)},
+        {Look::Text, QStringLiteral("To make one, type in a terminal:")},
+        {Look::Command, QStringLiteral("qly new things.pdb --name Things --field Name:text --field Since:date")},
+        {Look::Text, QStringLiteral("Or make one of a table:")},
+        {Look::Command, QStringLiteral("qly import table.csv things.pdb")},
+        {Look::Text, QStringLiteral("A database that you have downloaded: put it into that folder, or open it where it "
+                                    "is with Open Other...")},
+    };
+    auto* page = new QScrollArea;  // a small screen does not hold all of it
+    page->setFrameShape(QFrame::NoFrame);
+    page->setWidgetResizable(true);
+    page->setBackgroundRole(QPalette::Base);
+    auto* lines = new QVBoxLayout;
+    lines->addStretch(1);
+    const int gap = fontMetrics().height();
+    for (const auto& line : kLines) {
+        auto* label = new QLabel(line.text);
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+        QFont font = label->font();
+        if (line.look == Look::Heading) {
+            font.setPointSizeF(font.pointSizeF() * 1.4);
+        } else if (line.look == Look::Command) {
+            font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+            label->setIndent(gap);
+        } else {
+            lines->addSpacing(gap / 2);
+        }
+        label->setFont(font);
+        lines->addWidget(label);
+    }
+    lines->addStretch(2);
+    // A column in the middle, as wide as lines are easy to read.
+    auto* column = new QWidget;
+    column->setLayout(lines);
+    column->setMaximumWidth(96 * fontMetrics().averageCharWidth());
+    auto* content = new QWidget;
+    auto* row = new QHBoxLayout(content);
+    row->addStretch(1);
+    row->addWidget(column, 100);
+    row->addStretch(1);
+    page->setWidget(content);
+    return page;
+}
+
+void CDocListPage::FitColumns() { m_view->FitColumns(); }
+
+void CDocListPage::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    m_requests.resized();
+}
+
+void CDocListPage::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    m_requests.shown();
+}
+
+void CDocListPage::Scan() {
+    const std::string mainFolder = m_desktop.locations.MainFolder();
+    m_roots = {mainFolder};
+    for (const std::string& card : m_desktop.locations.CardFolders()) m_roots.emplace_back(card);
+    m_found.clear();
+    m_showsWhileScanning = m_model.FoundCount() == 0;
+    m_changedWhileScanning = false;
+    m_changed->stop();
+    m_scanTime.start();
+    m_scanner.Start(mainFolder, m_roots);
+    if (m_showsWhileScanning) ShowState();
+}
+
+void CDocListPage::OnFoldersChanged() {
+    if (m_scanner.IsRunning()) {
+        m_changedWhileScanning = true;  // a scan that never ended would never show anything new
+    } else if (!m_changed->isActive()) {
+        m_changed->start();
+    }
+}
+
+void CDocListPage::OnFound(std::vector<DocListRow> rows) {
+    if (m_showsWhileScanning) {
+        m_model.Append(std::move(rows));
+        FillFolders();
+    } else {
+        std::move(rows.begin(), rows.end(), std::back_inserter(m_found));
+    }
+    ShowState();
+}
+
+void CDocListPage::OnScanned(const CDocListScanner::Result& result) {
+    if (!m_showsWhileScanning) {
+        m_model.Replace(std::exchange(m_found, {}));
+        FillFolders();
+    }
+    m_notice.clear();
+    if (!result.unreadable.empty()) {
+        m_notice = QStringLiteral("You may not look into %1").arg(OnOneLine(FromPath(result.unreadable.front())));
+        const auto others = static_cast<qulonglong>(result.unreadable.size() - 1);
+        m_notice += others > 0 ? QStringLiteral(" and %L1 more folders.").arg(others) : QStringLiteral(".");
+    }
+    WatchFolders();
+    m_changed->setInterval(std::max(kChangeMilliseconds, 4 * static_cast<int>(m_scanTime.elapsed())));
+    if (m_changedWhileScanning) m_changed->start();
+    if (!m_selectNext.empty()) m_view->Select(std::exchange(m_selectNext, {}));
+    if (!m_view->Selected() && m_model.rowCount() > 0) m_view->setCurrentIndex(m_model.index(0, 0));
+    ShowState();
+}
+
+void CDocListPage::WatchFolders() {
+    std::set<Path> folders;
+    for (const Path& root : m_roots) {
+        // A documents folder that is still to be made shows up in the one above.
+        std::error_code failed;
+        folders.insert(std::filesystem::exists(root, failed) ? root : root.parent_path().parent_path());
+    }
+    for (const CDocListModel::Folder& folder : m_model.Folders()) {
+        // Those above it too: one of them may get another name. Roots end in a separator, and end the way up.
+        for (Path path = folder->path; !folders.contains(path / "") && folders.insert(path).second;) {
+            path = path.parent_path();
+        }
+    }
+    if (m_desktop.folderWatcher.Watch({folders.begin(), folders.end()})) return;
+    if (!m_notice.isEmpty()) m_notice += u'\n';
+    m_notice += QStringLiteral(
+        "Not every folder is watched for changes, as the system watches no more of them. Press F5 to look again.");
+}
+
+void CDocListPage::FillFolders() {
+    const std::vector<CDocListModel::Folder> folders = m_model.Folders();
+    const auto data = [](const CDocListModel::Folder& folder) {
+        return QByteArray::fromStdString(folder->path.native());
+    };
+    bool same = m_folders->count() == static_cast<int>(folders.size()) + 1;
+    for (int i = 1; same && i < m_folders->count(); ++i) {
+        same = m_folders->itemData(i).toByteArray() == data(folders[static_cast<std::size_t>(i) - 1]);
+    }
+    if (same) return;
+    const QVariant chosen = m_folders->currentData();
+    while (m_folders->count() > 1) m_folders->removeItem(1);
+    for (const CDocListModel::Folder& folder : folders) m_folders->addItem(folder->name, data(folder));
+    const int again = chosen.isNull() ? 0 : m_folders->findData(chosen);
+    m_folders->setCurrentIndex(std::max(again, 0));
+    if (again < 0) m_model.ShowFolder(std::nullopt);  // its last database has gone
+}
+
+void CDocListPage::ShowState() {
+    const bool scanning = m_scanner.IsRunning();
+    const bool nothing = m_model.FoundCount() == 0;
+    m_state->setVisible(scanning || !nothing);
+    if (!scanning) {
+        m_state->setText(CountText(static_cast<std::size_t>(m_model.rowCount())));
+    } else if (const std::size_t found = m_model.FoundCount(); found == 0 || !m_showsWhileScanning) {
+        m_state->setText(QStringLiteral("Looking for databases..."));
+    } else {
+        m_state->setText(QStringLiteral("Looking for databases: %1 so far").arg(CountText(found)));
+    }
+    m_noticeLabel->setText(m_notice);
+    m_noticeLabel->setVisible(!m_notice.isEmpty());
+
+    const bool hadFocus = isAncestorOf(QApplication::focusWidget());
+    const bool wasEmpty = m_body->currentWidget() == m_emptyPage;
+    m_folders->setEnabled(!nothing);
+    m_body->setCurrentWidget(nothing && !scanning ? m_emptyPage : m_view);
+    setFocusProxy(nothing && !scanning ? m_emptyPage : m_view);
+    if (hadFocus && wasEmpty != (m_body->currentWidget() == m_emptyPage)) setFocus();
+}
+
+void CDocListPage::OpenSelected() {
+    if (const auto path = m_view->Selected()) m_requests.open(*path);
+}
+
+void CDocListPage::Rename(const Path& path, const QString& name) {
+    const QModelIndex row = m_model.IndexOf(path);
+    if (!row.isValid()) return;
+    const auto renamed = m_files.Rename(path, name);
+    if (!renamed) {
+        m_view->EditName(path, name);  // what was typed is not lost
+        return;
+    }
+    const DocListRow& old = m_model.Row(row.row());
+    DocListRowMaker maker(m_desktop.locations.MainFolder());
+    m_model.Rename(path, maker.Make({*renamed, old.size, old.modified}));
+    m_view->Select(*renamed);
+    m_requests.changed();
+}
+
+void CDocListPage::CopySelected() {
+    const auto path = m_view->Selected();
+    const auto copy = path ? m_files.Copy(*path) : std::nullopt;
+    if (!copy) return;
+    m_selectNext = *copy;
+    m_requests.changed();
+}
+
+void CDocListPage::DeleteSelected() {
+    const auto path = m_view->Selected();
+    if (!path || !m_files.Delete(*path, m_model.Row(m_view->currentIndex().row()).name)) return;
+    const int row = m_model.IndexOf(*path).row();
+    m_model.Remove(*path);
+    if (m_model.rowCount() > 0) m_view->setCurrentIndex(m_model.index(std::clamp(row, 0, m_model.rowCount() - 1), 0));
+    FillFolders();
+    m_requests.changed();
+}
+
+}  // namespace quillary

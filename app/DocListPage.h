@@ -1,0 +1,88 @@
+// The first screen: the databases of the documents folder and of the storage cards, to open one.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QWidget>
+#include <functional>
+#include <vector>
+
+#include "app/Desktop.h"
+#include "app/DocListFiles.h"
+#include "app/DocListModel.h"
+#include "app/DocListScanner.h"
+
+class QAction;
+class QComboBox;
+class QLabel;
+class QMenu;
+class QPushButton;
+class QStackedWidget;
+class QTimer;
+
+namespace quillary {
+
+class CDocListView;
+
+class CDocListPage : public QWidget {
+  public:
+    /// What the page leaves to others.
+    struct Requests {
+        std::function<void(const Path&)> open;
+        std::function<void()> openOther;  // a file that the list does not show
+        std::function<void()> changed;    // the set of databases may be another
+        std::function<void()> resized;
+        std::function<void()> shown;
+    };
+    /// `window` is the parent of questions.
+    CDocListPage(const Desktop& desktop, QWidget& window, Requests requests);
+    ~CDocListPage() override;
+
+    void FitColumns();
+    /// Looks for databases anew. Rows that show stay until that is done.
+    void Scan();
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    void BuildActions();
+    void BuildLayout();
+    [[nodiscard]] QWidget* MakeEmptyPage();
+    void ReadSortOrder();
+    void OnFound(std::vector<DocListRow> rows);
+    void OnFoldersChanged();
+    void OnScanned(const CDocListScanner::Result& result);
+    void WatchFolders();
+    void FillFolders();
+    void ShowState();
+    void OpenSelected();
+    void Rename(const Path& path, const QString& name);
+    void CopySelected();
+    void DeleteSelected();
+
+    const Desktop m_desktop;
+    const Requests m_requests;
+    CDocListFiles m_files;
+    CDocListModel m_model;
+    CDocListScanner m_scanner;
+    std::vector<Path> m_roots;
+    std::vector<DocListRow> m_found;  // by a scan whose rows do not show yet
+    bool m_showsWhileScanning = true;
+    bool m_changedWhileScanning = false;
+    QElapsedTimer m_scanTime;
+    Path m_selectNext;  // once a scan has found it; empty: nothing
+    QString m_notice;
+
+    CDocListView* m_view;
+    QComboBox* m_folders;
+    QPushButton* m_other;
+    QStackedWidget* m_body;
+    QWidget* m_emptyPage = nullptr;
+    QLabel* m_state;
+    QLabel* m_noticeLabel;
+    QMenu* m_menu;
+    QTimer* m_changed;
+};
+
+}  // namespace quillary

@@ -1,0 +1,77 @@
+#include "app/Unwinding.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QTimer>
+#include <utility>
+
+#include "ui/OpenDialog.h"
+#include "ui/QuillaryDialog.h"
+#include "ui/UserMessages.h"
+
+namespace quillary {
+
+namespace {
+
+bool ClosePopups() {
+    bool closed = false;
+    for (QWidget* popup = QApplication::activePopupWidget(); popup && popup->close();
+         popup = QApplication::activePopupWidget()) {
+        closed = true;
+    }
+    return closed;
+}
+
+}  // namespace
+
+CUnwinding::CUnwinding() {
+    OpenDialog::WhenOneEnds([this] {
+        if (m_waiting) QCoreApplication::postEvent(this, new QEvent(kOpenFileMessage));
+    });
+}
+
+CUnwinding::~CUnwinding() { OpenDialog::WhenOneEnds({}); }
+
+void CUnwinding::Start(Way way, Task task) {
+    ++m_started;
+    m_way = way;
+    const Task former = std::exchange(m_task, std::move(task));
+    if (std::exchange(m_waiting, true)) former.giveUp();
+    Step();
+}
+
+bool CUnwinding::event(QEvent* event) {
+    if (event->type() != kOpenFileMessage) return QObject::event(event);
+    Step();
+    return true;
+}
+
+void CUnwinding::Step() {
+    if (!m_waiting) return;
+    if (ClosePopups()) {
+        QTimer::singleShot(0, this, [this] { Step(); });  // a menu may have an event loop of its own
+        return;
+    }
+    const unsigned started = m_started;
+    if (!OpenDialog::All().empty()) {
+        // A dialog that took its end comes back here through the message that its end posts.
+        if (End(*OpenDialog::All().back()) || started != m_started) return;
+    }
+    m_waiting = false;
+    const Task task = std::exchange(m_task, {});
+    OpenDialog::All().empty() ? task.run() : task.giveUp();
+}
+
+bool CUnwinding::End(QDialog& dialog) const {
+    if (dialog.isHidden()) return true;  // its end is on the way
+    auto* page = dynamic_cast<CQuillaryDialog*>(&dialog);
+    if (m_way == Way::Cancel || (page && !page->IsChanged())) {
+        dialog.reject();
+        return true;
+    }
+    if (!page) return true;
+    page->accept();
+    return page->isHidden();
+}
+
+}  // namespace quillary

@@ -1,0 +1,121 @@
+// The ends of the program: signals, and what is kept of the window.
+#include <unistd.h>
+#include <csignal>
+
+#include <QCheckBox>
+#include <QScreen>
+#include <QTest>
+#include <atomic>
+#include <thread>
+
+#include "platform/Signals.h"
+#include "platform/posix/PosixFileAccess.h"
+#include "tests/posix/TestFolder.h"
+#include "tests/ui/WindowTest.h"
+
+namespace quillary {
+namespace {
+
+class EndingTest : public WindowTest {
+  protected:
+    EndingTest() : m_signals([this] { program->Frame().close(); }) {}
+    bool Closes() {
+        return QTest::qWaitFor([this] { return !app.Frame().isVisible(); });
+    }
+
+    CQuillaryApp* program = &app;  // that the signals end
+
+  private:
+    Signals m_signals;
+};
+
+TEST_F(EndingTest, ASignalEndsTheDialogInWhichOneTypesAndThenTheProgram) {
+    const std::string before = PeopleParts().Build();
+    for (const int number : {SIGTERM, SIGHUP, SIGINT}) {
+        app.Frame().show();
+        Open(before);
+        user.ExpectDialog(149, [&](CQuillaryDialog& page) {
+            Click(page.Control<QWidget>(1003));
+            raise(number);
+            EXPECT_TRUE(QTest::qWaitFor([&] { return !page.isVisible(); }));
+        });
+        ChooseMenu("Tools", "Options...");
+        EXPECT_TRUE(Closes());
+        EXPECT_EQ(CloseAndReadFile(), before);
+    }
+}
+
+TEST_F(EndingTest, ASignalAtAQuestionAboutUnsavedChangesAnswersNothingForTheUser) {
+    CQuillaryDoc* doc = Open(PeopleParts().Build());
+    doc->SetStyle(DateStyle::Long);
+    files.full = "/people.pdb";
+    const QString text = QStringLiteral(
+        "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
+        "The database was not touched.");
+    raise(SIGTERM);
+    user.ExpectMessage(text, "Cancel");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
+    EXPECT_TRUE(app.Frame().isVisible());
+    raise(SIGTERM);
+    user.ExpectMessage(text, "Discard the Changes");
+    EXPECT_TRUE(Closes());
+}
+
+TEST_F(EndingTest, SignalsDuringASaveLeaveItWhole) {
+    const TestFolder folder;
+    PosixFileAccess disk;
+    ImageParts parts = PeopleParts();
+    for (int i = 0; i < 20000; ++i) parts.Add(2, {"Film " + std::to_string(i), "1", "", "true"});
+    const Path path = folder.Write("films.pdb", parts.Build());
+    CQuillaryApp onDisk(
+        {disk, locations, settings, trash, inputPanel, windowSettings, recentFiles, folderWatcher, launcher});
+    program = &onDisk;
+    onDisk.Frame().show();
+    CQuillaryDoc* doc = onDisk.OpenDocumentFile(path);
+    ASSERT_TRUE(doc);
+    std::atomic<bool> saved = false;
+    const pid_t pid = getpid();
+    std::thread storm([&] {
+        for (int i = 0; !saved; ++i) kill(pid, i % 2 == 0 ? SIGTERM : SIGHUP);
+    });
+    Failure failure;
+    for (int i = 0; i < 10; ++i) {
+        doc->SetStyle(i % 2 == 0 ? DateStyle::Long : DateStyle::Numeric);
+        EXPECT_TRUE(doc->SaveDatabase(failure) && doc->FinishSave(failure)) << failure.text;
+    }
+    doc->SetStyle(DateStyle::Long);  // for the end of the program
+    saved = true;
+    storm.join();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !onDisk.Frame().isVisible(); }));
+    onDisk.CloseDocument();
+    CQuillaryDoc reopened(disk);
+    ScriptedQuestions questions;
+    ASSERT_TRUE(reopened.OpenDatabase(path, OpenMode::Read, questions));
+    EXPECT_EQ(reopened.Style(), DateStyle::Long);
+    EXPECT_EQ(reopened.Shown().size(), 20003U);
+    EXPECT_EQ(reopened.Recovery(), RecoveryState::None);
+}
+
+TEST_F(EndingTest, TheWindowComesBackWhereItWasButOnAScreen) {
+    const QRect screen = app.Frame().screen()->availableGeometry();
+    CMainFrame& frame = app.Frame();
+    frame.KeepGeometry(windowSettings);
+    for (const QRect& left : {QRect(30, 40, 500, 400), QRect(screen.right() - 20, screen.bottom() - 20, 500, 400),
+                              QRect(-5000, -5000, 400, 300)}) {
+        frame.show();
+        frame.setGeometry(left);
+        EXPECT_TRUE(frame.close());
+        frame.setGeometry(1, 1, 300, 300);
+        frame.KeepGeometry(windowSettings);
+        EXPECT_EQ(frame.size(), left.size());
+        EXPECT_TRUE(screen.contains(frame.geometry())) << frame.x() << ' ' << frame.y();
+        EXPECT_TRUE(frame.geometry() == left || !screen.contains(left)) << "moved without need";
+    }
+    windowSettings.texts["Geometry"] = "bm9pc2U=\xFF";
+    const QRect before = frame.geometry();
+    frame.KeepGeometry(windowSettings);
+    EXPECT_EQ(frame.geometry(), before);
+}
+
+}  // namespace
+}  // namespace quillary

@@ -1,0 +1,119 @@
+// What a scan finds in folders that may hold anything, and that it comes back from them.
+#include "platform/posix/FolderScan.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+
+#include "platform/posix/PosixFileAccess.h"
+#include "tests/fakes/TestDatabase.h"
+#include "tests/posix/TestFolder.h"
+
+namespace quillary {
+namespace {
+
+class Finds : public ScanReceiver {
+  public:
+    std::vector<std::string> names;  // below the test's folder
+    std::vector<FoundDatabase> databases;
+    std::size_t enough = 1000;
+
+    explicit Finds(Path root) : m_root(std::move(root)) {}
+    void Found(FoundDatabase database) override {
+        names.push_back(database.path.lexically_relative(m_root).string());
+        std::sort(names.begin(), names.end());
+        databases.push_back(std::move(database));
+    }
+    void Unreadable(const Path&) override {}
+    bool GoOn() override { return names.size() < enough; }
+
+  private:
+    Path m_root;
+};
+
+std::string Database() {
+    ImageParts parts;
+    parts.AddSchema({"Name"}, {"T"}, {"80"});
+    return parts.Build();
+}
+
+class FolderScanTest : public testing::Test {
+  protected:
+    std::vector<std::string> Scan(const std::vector<Path>& roots) {
+        Finds found(m_folder.Root());
+        ScanFolders(roots, m_files, found);
+        return found.names;
+    }
+
+    TestFolder m_folder;
+    PosixFileAccess m_files{m_folder / "state"};
+};
+
+TEST_F(FolderScanTest, FindsDatabasesAndNothingElse) {
+    const struct {
+        const char* name;
+        bool isDatabase;
+        bool found;
+    } kFiles[] = {
+        {"a.pdb", true, true},
+        {"B.PdB", true, true},
+        {"folder.pdb/inner.pdb", true, true},
+        {"2/3/4/5/6/7/8/level 8.pdb", true, true},
+        {"2/3/4/5/6/7/8/9/level 9.pdb", true, false},
+        {".hidden/a.pdb", true, false},
+        {"another ending.pdb.bak", true, false},
+        {"pdb", true, false},
+        {"noise.pdb", false, false},
+        {"empty.pdb", false, false},
+    };
+    std::vector<std::string> expected;
+    for (const auto& file : kFiles) {
+        m_folder.Write((std::string("root/") + file.name).c_str(), file.isDatabase ? Database() : "noise");
+        if (file.found) expected.push_back(std::string("root/") + file.name);
+    }
+    std::filesystem::resize_file(m_folder / "root/empty.pdb", 0);
+    ASSERT_EQ(mkfifo((m_folder / "root/pipe.pdb").c_str(), 0600), 0) << "nobody ever writes into it";
+    std::filesystem::create_symlink(m_folder / "root/a.pdb", m_folder / "root/link.pdb");
+    m_folder.Write("elsewhere/c.pdb", Database());
+    std::filesystem::create_directory_symlink(m_folder / "elsewhere", m_folder / "root/linked");
+    std::filesystem::create_directory_symlink(m_folder / "root", m_folder / "root/loop");
+    std::sort(expected.begin(), expected.end());
+    EXPECT_EQ(Scan({m_folder / "root"}), expected);
+}
+
+TEST_F(FolderScanTest, LooksAtEachFolderOnceWhateverTheRoots) {
+    m_folder.Write("root/a.pdb", Database());
+    m_folder.Write("root/card/b.pdb", Database());
+    std::filesystem::create_directory_symlink(m_folder / "root", m_folder / "documents");
+    const std::vector<std::string> both = {"root/a.pdb", "root/card/b.pdb"};
+    EXPECT_EQ(Scan({m_folder / "root", m_folder / "root/card", m_folder / "root", m_folder / "missing"}), both);
+    EXPECT_EQ(Scan({m_folder / "documents"}), (std::vector<std::string>{"documents/a.pdb", "documents/card/b.pdb"}))
+        << "a root may be a link";
+}
+
+TEST_F(FolderScanTest, TellsSizeAndTimeAndEndsWhenToldTo) {
+    const std::string image = Database();
+    for (const char* name : {"a.pdb", "b.pdb", "c/c.pdb"}) {
+        const Path path = m_folder.Write(name, image);
+        const timespec times[2] = {{1, 0}, {1000000000, 5}};
+        ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
+    }
+    Finds found(m_folder.Root());
+    found.enough = 2;
+    ScanFolders({m_folder.Root()}, m_files, found);
+    ASSERT_EQ(found.databases.size(), 2u);
+    EXPECT_EQ(found.databases[0].size, image.size());
+    EXPECT_EQ(found.databases[0].modified, 1000000000);
+}
+
+TEST_F(FolderScanTest, AFileThatAStoppedSaveLeftHalfWrittenIsFoundByItsRecoveryCopy) {
+    const Path torn = m_folder.Write("torn.pdb", "half");
+    EXPECT_TRUE(Scan({m_folder.Root()}).empty());
+    FileError error;
+    ASSERT_TRUE(m_files.WriteRecovery(m_files.RecoveryPath(torn), "copy", "", error)) << error.reason;
+    EXPECT_EQ(Scan({m_folder.Root()}), std::vector<std::string>{"torn.pdb"});
+}
+
+}  // namespace
+}  // namespace quillary

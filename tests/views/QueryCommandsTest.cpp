@@ -1,0 +1,104 @@
+// Find, Repeat Find and Show All in the record list.
+#include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "tests/ui/WindowTest.h"
+#include "ui/CommandIds.h"
+#include "views/QuillaryView.h"
+
+namespace quillary {
+namespace {
+
+constexpr char kEnd[] = "The end of the database has been reached. Continue from the top of the database?";
+
+class QueryCommandsTest : public WindowTest {
+  protected:
+    /// Fills in the find dialog that comes next.
+    void ExpectFind(const QString& text, const QString& field = "All Fields") {
+        user.ExpectDialog(142, [=](CQuillaryDialog& page) {
+            EXPECT_TRUE(page.Control<QLineEdit>(1027)->hasFocus());
+            page.Control<QLineEdit>(1027)->selectAll();
+            QTest::keyClicks(page.Control<QLineEdit>(1027), text);
+            page.Control<QComboBox>(1028)->setCurrentText(field);
+            QTest::keyClick(page.Control<QLineEdit>(1027), Qt::Key_Return);
+        });
+    }
+    [[nodiscard]] QToolButton* Button(int command) {
+        auto* bar = app.Frame().findChild<QToolBar*>(QStringLiteral("128"));
+        return qobject_cast<QToolButton*>(
+            bar->widgetForAction(app.Frame().findChild<QAction*>(QString::number(command))));
+    }
+};
+
+TEST_F(QueryCommandsTest, FindStartsAtTheTopAndRepeatFindGoesOn) {
+    Open(PeopleParts().Build());
+    EXPECT_FALSE(Button(ID_RECORD_REPEAT_FIND)->isEnabled()) << "nothing to repeat yet";
+    EXPECT_EQ(Button(ID_RECORD_REPEAT_FIND)->toolTip(), "<qt>Repeat Find</qt>");
+    QTest::keyClick(View(), Qt::Key_End);
+    ExpectFind("aDA");
+    ChooseMenu("Record", "Find...");
+    EXPECT_EQ(Counter(), "1 of 3");
+    ExpectFind("0");
+    QTest::keyClick(View(), Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(Counter(), "1 of 3") << "in 12/07/2003";
+    Click(Button(ID_RECORD_REPEAT_FIND));
+    EXPECT_EQ(Counter(), "3 of 3") << "what cells show: No Date is not 0";
+    user.ExpectMessage(kEnd, "Yes");
+    QTest::keyClick(View(), Qt::Key_F3);
+    EXPECT_EQ(Counter(), "1 of 3");
+    user.ExpectDialog(142, [](CQuillaryDialog& page) {
+        EXPECT_EQ(page.Control<QLineEdit>(1027)->text(), "0") << "remembered";
+        EXPECT_EQ(page.Control<QComboBox>(1028)->currentText(), "All Fields");
+        QTest::keyClick(&page, Qt::Key_Escape);
+    });
+    ChooseMenu("Record", "Find...");
+    ExpectFind("o", "Age");
+    user.ExpectMessage(kEnd, "Yes");
+    user.ExpectMessage(kEnd, "No");
+    QTest::keyClick(View(), Qt::Key_Down);
+    ChooseMenu("Record", "Find...");
+    EXPECT_EQ(Counter(), "2 of 3") << "the selection stays";
+    user.ExpectDialog(142, [](CQuillaryDialog& page) {
+        EXPECT_EQ(page.Control<QComboBox>(1028)->currentText(), "Age");
+        QTest::keyClick(&page, Qt::Key_Escape);
+    });
+    ChooseMenu("Record", "Find...");
+}
+
+TEST_F(QueryCommandsTest, ShowAllLiftsTheFilterAndSortsTheHiddenIn) {
+    ImageParts parts = PeopleParts();
+    parts.Add(3, {"Aaron"});
+    files.contents["/people.pdb"] = parts.Build();
+    {
+        CQuillaryDoc doc(files);
+        ScriptedQuestions questions;
+        ASSERT_TRUE(doc.OpenDatabase("/people.pdb", OpenMode::Edit, questions));
+        doc.SetFilter({{{false, "Age", 0, "5"}}, false, false});
+        doc.SetSort({{"Name", false}});
+        Failure failure;
+        ASSERT_TRUE(doc.SaveDatabase(failure));
+    }
+    Open(files.contents["/people.pdb"]);
+    const auto* counter = app.Frame().findChild<QLabel*>(QStringLiteral("1039"));
+    EXPECT_EQ(counter->accessibleDescription(), "1 records are hidden");
+    EXPECT_EQ(counter->toolTip(), "<qt>1 records are hidden</qt>");
+    Click(Button(ID_RECORD_SHOW_ALL));
+    EXPECT_EQ(Counter(), "1 of 4");
+    EXPECT_EQ(Cell(1, 0), "Aaron") << "behind 100% of 0";
+    EXPECT_EQ(counter->toolTip(), "");
+    EXPECT_FALSE(Button(ID_RECORD_SHOW_ALL)->isEnabled());
+    app.CloseDocument();
+    CQuillaryDoc doc(files);
+    ScriptedQuestions questions;
+    ASSERT_TRUE(doc.OpenDatabase("/people.pdb", OpenMode::Read, questions));
+    EXPECT_EQ(doc.Shown().size(), 4U);
+    EXPECT_TRUE(doc.Filter().conditions.empty());
+}
+
+}  // namespace
+}  // namespace quillary

@@ -1,0 +1,147 @@
+// Changes that cannot simply be saved: another program wrote the file, or the disk refuses.
+#include <QCheckBox>
+#include <QTest>
+
+#include "tests/ui/WindowTest.h"
+#include "views/QuillaryView.h"
+
+namespace quillary {
+namespace {
+
+constexpr char kChanged[] = "Another program has changed this database since it was read. It was not overwritten.";
+constexpr char kDiskFull[] =
+    "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
+    "The database was not touched.";
+
+class UnsavedTest : public WindowTest {
+  protected:
+    void ChooseLongDates() {
+        user.ExpectDialog(149, [](CQuillaryDialog& page) {
+            page.Control<QCheckBox>(1003)->setChecked(true);
+            Click(page.Control<QWidget>(kOkButton));
+        });
+    }
+    /// The file as another program wrote it: with a record less.
+    std::string Other() {
+        ImageParts parts = PeopleParts();
+        parts.records.pop_back();
+        return parts.Build();
+    }
+    bool HoldsLongDates(const Path& path) {
+        CQuillaryDoc doc(files);
+        ScriptedQuestions questions;
+        return doc.OpenDatabase(path, OpenMode::Read, questions) && doc.Style() == DateStyle::Long;
+    }
+    /// A change in memory that no save has written.
+    void Change(CQuillaryDoc* doc) {
+        doc->SetStyle(DateStyle::Long);
+        app.Frame().DocumentChanged();
+    }
+    bool Close() {
+        app.Frame().close();
+        QTest::qWait(0);
+        return !app.Frame().isVisible();
+    }
+};
+
+TEST_F(UnsavedTest, AnotherProgramsChangeIsReloadedWhereTheUserWas) {
+    Open(PeopleParts().Build());
+    QTest::keyClick(View(), Qt::Key_Down);
+    files.contents["/people.pdb"] = Other();
+    ChooseLongDates();
+    user.ExpectMessage(kChanged, "Reload");
+    ChooseMenu("Tools", "Options...");
+    QTest::qWait(0);
+    EXPECT_EQ(Counter(), "2 of 2");
+    EXPECT_EQ(Cell(0, 2), "12/07/2003");
+    EXPECT_EQ(Title(), "People");
+    EXPECT_EQ(CloseAndReadFile(), Other());
+}
+
+TEST_F(UnsavedTest, AReloadThatFailsKeepsWhatIsOpen) {
+    CQuillaryDoc* doc = Open(PeopleParts().Build());
+    Change(doc);
+    files.contents["/people.pdb"] = "noise";
+    user.ExpectMessage(kChanged, "Reload");
+    user.ExpectMessage("Invalid database file.");
+    QTest::keyClick(View(), Qt::Key_S, Qt::ControlModifier);
+    QTest::qWait(0);
+    EXPECT_EQ(Counter(), "1 of 3");
+    EXPECT_EQ(Title(), "People*");
+    EXPECT_EQ(CloseAndReadFile(), "noise");
+}
+
+TEST_F(UnsavedTest, AnotherProgramsChangeIsOverwrittenOnlyOnRequest) {
+    Open(PeopleParts().Build());
+    files.contents["/people.pdb"] = Other();
+    ChooseLongDates();
+    user.ExpectMessage(kChanged, "Overwrite");
+    ChooseMenu("Tools", "Options...");
+    EXPECT_EQ(Cell(0, 2), "December 07, 2003");
+    app.CloseDocument();
+    EXPECT_TRUE(HoldsLongDates("/people.pdb"));
+}
+
+TEST_F(UnsavedTest, SavingElsewhereLeavesTheOthersFileAlone) {
+    Open(PeopleParts().Build());
+    files.contents["/people.pdb"] = Other();
+    files.contents["/taken.pdb"] = "taken";
+    ChooseLongDates();
+    user.ExpectMessage(kChanged, "Save Elsewhere...");
+    user.ExpectFileChooser("/taken.pdb");
+    user.ExpectMessage("A database with this name already exists at this location.");
+    user.ExpectFileChooser(u"/\u017b.pdb"_qs);
+    user.ExpectMessage(u"These characters cannot be stored in the database's name: \u017b"_qs);
+    user.ExpectFileChooser("/Friends");
+    ChooseMenu("Tools", "Options...");
+    EXPECT_EQ(Title(), "Friends");
+    EXPECT_EQ(Cell(0, 2), "December 07, 2003");
+    EXPECT_EQ(files.contents["/taken.pdb"], "taken");
+    EXPECT_EQ(CloseAndReadFile(), Other());
+    EXPECT_TRUE(HoldsLongDates("/Friends.pdb"));
+}
+
+TEST_F(UnsavedTest, LeavingAsksOnlyWhenSavingFails) {
+    const std::string before = PeopleParts().Build();
+    CQuillaryDoc* doc = Open(before);
+    Change(doc);
+    files.full = "/people.pdb";
+    user.ExpectMessage(kDiskFull, "Cancel");
+    EXPECT_FALSE(Close());
+    EXPECT_EQ(Title(), "People*") << "the change is still there";
+    files.contents["/other.pdb"] = before;
+    user.ExpectMessage(kDiskFull, "Cancel");
+    EXPECT_EQ(app.OpenDocumentFile("/other.pdb"), nullptr);
+    EXPECT_EQ(doc->FilePath(), "/people.pdb") << "and the database still open";
+    user.ExpectMessage(kDiskFull, "Save Elsewhere...");
+    user.ExpectFileChooser("/Friends.pdb");
+    EXPECT_TRUE(Close());
+    EXPECT_EQ(files.contents["/people.pdb"], before);
+    EXPECT_TRUE(HoldsLongDates("/Friends.pdb"));
+}
+
+TEST_F(UnsavedTest, LeavingSavesWhenTheCauseIsGoneAndDiscardsOnRequest) {
+    const std::string before = PeopleParts().Build();
+    for (const bool full : {true, false}) {
+        app.Frame().show();
+        Change(Open(before));
+        if (full) files.full = "/people.pdb";
+        if (full) user.ExpectMessage(kDiskFull, "Discard the Changes");
+        EXPECT_TRUE(Close());
+        files.full.clear();
+        app.CloseDocument();
+        EXPECT_EQ(HoldsLongDates("/people.pdb"), !full);
+    }
+}
+
+TEST_F(UnsavedTest, LeavingOverAnotherProgramsChangeOffersToOverwriteIt) {
+    CQuillaryDoc* doc = Open(PeopleParts().Build());
+    Change(doc);
+    files.contents["/people.pdb"] = Other();
+    user.ExpectMessage(kChanged, "Overwrite");
+    EXPECT_TRUE(Close());
+    EXPECT_TRUE(HoldsLongDates("/people.pdb"));
+}
+
+}  // namespace
+}  // namespace quillary

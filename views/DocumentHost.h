@@ -1,0 +1,19 @@
+// Who opens and closes the database that a view shows.
+#pragma once
+
+namespace quillary {
+
+class DocumentHost {
+  public:
+    virtual ~DocumentHost() = default;
+
+    // Both act once the running command has returned: it works on what goes away.
+
+    /// Reads the file again and shows it where the user was. What was not saved is given up, but only when the file can
+    /// be read.
+    virtual void ReopenDocument() = 0;
+    /// Closes the database without saving anything.
+    virtual void DropDocument() = 0;
+};
+
+}  // namespace quillary
