@@ -21,7 +21,8 @@ struct Desktop {
     InputPanel& inputPanel;
     Settings& windowSettings;  // where and how large the window was
     RecentFiles& recentFiles;
-    FolderWatcher& folderWatcher;
+    FolderWatcher& folderWatcher;  // for the list of databases
+    FolderWatcher& fileWatcher;    // for the open one
     Launcher& launcher;
 };
 

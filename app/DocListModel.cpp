@@ -22,10 +22,11 @@ int Compare(const T& a, const T& b) {
 }  // namespace
 
 bool CDocListModel::IsBefore(const DocListRow& a, const DocListRow& b) const {
+    const auto byFolder = [&] { return a.folder == b.folder ? 0 : a.folder->order.compare(b.folder->order); };
     int order = 0;
     switch (m_sortColumn) {
         case kFolder:
-            if (a.folder != b.folder) order = a.folder->order.compare(b.folder->order);
+            order = byFolder();
             break;
         case kDate:
             order = Compare(a.modified, b.modified);
@@ -37,6 +38,7 @@ bool CDocListModel::IsBefore(const DocListRow& a, const DocListRow& b) const {
             break;
     }
     if (order == 0) order = a.order.compare(b.order);
+    if (order == 0) order = byFolder();
     if (order == 0) order = a.path.native().compare(b.path.native());
     return m_descending ? order > 0 : order < 0;
 }

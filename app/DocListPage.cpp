@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
@@ -13,6 +14,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cstdlib>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -79,9 +81,9 @@ CDocListPage::~CDocListPage() { m_desktop.folderWatcher.OnChange({}); }
 
 void CDocListPage::ReadSortOrder() {
     const std::int32_t stored = m_desktop.settings.ReadInt(kSortSetting, 1);
-    const int column = std::abs(stored) - 1;
-    const bool known = column >= 0 && column < CDocListModel::kColumnCount;
-    m_view->header()->setSortIndicator(known ? column : 0, stored < 0 ? Qt::DescendingOrder : Qt::AscendingOrder);
+    const bool known = stored != 0 && std::abs(std::int64_t{stored}) <= CDocListModel::kColumnCount;
+    m_view->header()->setSortIndicator(known ? std::abs(stored) - 1 : 0,
+                                       stored < 0 ? Qt::DescendingOrder : Qt::AscendingOrder);
     m_view->setSortingEnabled(true);
     connect(m_view->header(), &QHeaderView::sortIndicatorChanged, this, [this](int sorted, Qt::SortOrder order) {
         m_desktop.settings.WriteInt(kSortSetting, order == Qt::DescendingOrder ? -(sorted + 1) : sorted + 1);
@@ -195,7 +197,7 @@ QWidget* CDocListPage::MakeEmptyPage() {
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);
         QFont font = label->font();
         if (line.look == Look::Heading) {
-            font.setPointSizeF(font.pointSizeF() * 1.4);
+            font.setPointSizeF(QFontInfo(font).pointSizeF() * 1.4);
         } else if (line.look == Look::Command) {
             font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
             label->setIndent(gap);

@@ -26,7 +26,7 @@ Path WithoutSeparator(const Path& folder) { return folder.has_filename() ? folde
 
 }  // namespace
 
-DocListRowMaker::DocListRowMaker(Path mainFolder)
+DocListRowMaker::DocListRowMaker(const Path& mainFolder)
     : m_mainFolder(WithoutSeparator(mainFolder)), m_collator(NaturalOrder()) {}
 
 DocListRow DocListRowMaker::Make(const FoundDatabase& found) {

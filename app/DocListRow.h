@@ -28,7 +28,7 @@ struct DocListRow {
 /// Makes rows. Each thread needs one of its own.
 class DocListRowMaker {
   public:
-    explicit DocListRowMaker(Path mainFolder);
+    explicit DocListRowMaker(const Path& mainFolder);
     [[nodiscard]] DocListRow Make(const FoundDatabase& found);
 
   private:

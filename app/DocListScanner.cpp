@@ -29,8 +29,8 @@ using DoneEvent = ValueEvent<CDocListScanner::Result>;
 /// What the thread does with what it finds: rows in batches, sent by the clock.
 class BatchSender : public ScanReceiver {
   public:
-    BatchSender(QObject& target, const std::atomic<bool>& stop, Path mainFolder)
-        : m_target(target), m_stop(stop), m_maker(std::move(mainFolder)) {}
+    BatchSender(QObject& target, const std::atomic<bool>& stop, const Path& mainFolder)
+        : m_target(target), m_stop(stop), m_maker(mainFolder) {}
 
     void Found(FoundDatabase database) override { m_batch.push_back(m_maker.Make(database)); }
     void Unreadable(const Path& folder) override { m_result.unreadable.push_back(folder); }

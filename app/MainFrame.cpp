@@ -1,6 +1,8 @@
 #include "app/MainFrame.h"
 
+#include <QApplication>
 #include <QCloseEvent>
+#include <QMenuBar>
 #include <QScreen>
 #include <QStackedWidget>
 #include <algorithm>

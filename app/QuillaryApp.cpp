@@ -1,7 +1,7 @@
 #include "app/QuillaryApp.h"
 
+#include <QCoreApplication>
 #include <QFileDialog>
-#include <QSessionManager>
 #include <QTimer>
 #include <system_error>
 
@@ -10,6 +10,7 @@
 #include "app/Splash.h"
 #include "app/StepLog.h"
 #include "app/WindowQuestions.h"
+#include "platform/FolderWatcher.h"
 #include "platform/InputPanel.h"
 #include "platform/NativePath.h"
 #include "platform/RecentFiles.h"
@@ -21,6 +22,12 @@
 #include "views/QuillaryView.h"
 
 namespace quillary {
+
+namespace {
+
+constexpr int kSettlingMilliseconds = 100;
+
+}  // namespace
 
 std::span<const CommandEntry<CQuillaryApp>> CQuillaryApp::Commands() {
     static constexpr CommandEntry<CQuillaryApp> kCommands[] = {
@@ -34,7 +41,12 @@ CQuillaryApp::CQuillaryApp(const Desktop& desktop)
     : m_desktop(desktop),
       m_alternatingRowColor(kNoRowColor),
       m_frame(*this, desktop.inputPanel),
-      m_handOver(m_frame, [this](const Path& path) { OpenDocumentFile(path); }) {}
+      m_handOver(m_frame, [this](const Path& path) { OpenDocumentFile(path); }) {
+    m_fileChanged.setSingleShot(true);
+    m_fileChanged.setInterval(kSettlingMilliseconds);
+    QObject::connect(&m_fileChanged, &QTimer::timeout, &m_frame, [this] { FollowFile(); });
+    m_desktop.fileWatcher.OnChange([this] { m_fileChanged.start(); });
+}
 
 CQuillaryApp::~CQuillaryApp() { CloseDocument(); }
 
@@ -103,15 +115,12 @@ void CQuillaryApp::Remember(const Path& path) {
     });
 }
 
-void CQuillaryApp::CommitData(QSessionManager& session) {
+bool CQuillaryApp::CommitData(bool mayAsk) {
     m_frame.Unwinding().Start(CUnwinding::Way::Cancel, {[] {}});
-    if (!m_session) return;
-    if (!session.allowsInteraction()) {
-        m_session->Retry();
-        return;
-    }
-    if (!m_session->Leave()) session.cancel();
-    session.release();
+    if (!m_session) return true;
+    if (mayAsk) return m_session->Leave();
+    m_session->Retry();
+    return true;
 }
 
 std::unique_ptr<CQuillaryDoc> CQuillaryApp::Read(const Path& path, OpenMode mode, Questions& questions) {
@@ -130,6 +139,18 @@ void CQuillaryApp::Show(std::unique_ptr<CQuillaryDoc> doc) {
     m_view = std::make_unique<CQuillaryView>(*m_session, m_frame, m_desktop.trash);
     m_view->SetRowColor(RowColor(m_alternatingRowColor));
     m_frame.ShowDatabase(*m_session, *m_view);
+    // Without watches, the next save still finds out.
+    const Path folder = m_session->Doc().FilePath().parent_path();
+    (void)m_desktop.fileWatcher.Watch({folder.empty() ? Path(".") : folder});
+}
+
+void CQuillaryApp::FollowFile() {
+    if (!m_session || m_session->Doc().IsModified() || !m_session->Doc().HasFileChanged()) return;
+    if (OpenDialog::All().empty()) {
+        ReadAgain();
+    } else {
+        m_fileChanged.start();  // a command works on the document
+    }
 }
 
 void CQuillaryApp::ReopenDocument() {
@@ -164,6 +185,7 @@ void CQuillaryApp::CloseDocument() {
     if (!m_session) return;
     m_session->Finish();
     m_frame.ForgetDatabase();
+    (void)m_desktop.fileWatcher.Watch({});
     m_view.reset();
     m_session.reset();
 }

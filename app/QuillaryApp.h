@@ -1,6 +1,7 @@
 // The application: starts the window, opens and closes databases, and handles the commands that need none.
 #pragma once
 
+#include <QTimer>
 #include <memory>
 
 #include "admin/StorageLocations.h"
@@ -11,8 +12,6 @@
 #include "db/QuillaryDoc.h"
 #include "ui/CommandTarget.h"
 #include "views/DocumentHost.h"
-
-class QSessionManager;
 
 namespace quillary {
 
@@ -30,8 +29,9 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
     void ReadProfile();
     /// Shows the window with the database at `path`, or with what lets the user choose one when `path` is empty.
     void InitInstance(const Path& path);
-    /// The desktop's session is about to end: what is not saved is saved or asked about.
-    void CommitData(QSessionManager& session);
+    /// The desktop's session is about to end: what is not saved is saved, or asked about when that is allowed. False
+    /// when the user wants the session to go on.
+    [[nodiscard]] bool CommitData(bool mayAsk);
     /// Opens the database at `path` in place of the one that is open; the one way in for all of the program. Null,
     /// after telling the user why, when it is not opened; no database is then open, or still the one that the user did
     /// not want to leave.
@@ -54,11 +54,14 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
     [[nodiscard]] std::unique_ptr<CQuillaryDoc> Read(const Path& path, OpenMode mode, Questions& questions);
     void Show(std::unique_ptr<CQuillaryDoc> doc);
     void ReadAgain();
+    /// Shows the file as another program has left it, when nothing is unsaved; else the next save asks.
+    void FollowFile();
     void ShowDocList();
     void Remember(const Path& path);
 
     const Desktop m_desktop;
     std::int32_t m_alternatingRowColor;
+    QTimer m_fileChanged;  // a moment after the last change, as these come in bursts
     CMainFrame m_frame;
     std::unique_ptr<CMyDocListTemplate> m_template;  // null while the program only makes a picture
     CHandOver m_handOver;

@@ -1,5 +1,6 @@
 // The window program.
 #include <QApplication>
+#include <QSessionManager>
 #include <cstring>
 #include <iostream>
 #include <string>
@@ -86,9 +87,10 @@ int main(int argc, char** argv) {
     quillary::PreferencesFile windowSettings(quillary::PreferencesFile::DefaultPath(), "Window");
     quillary::DesktopRecentFiles recentFiles;
     quillary::DesktopFolderWatcher folderWatcher;
+    quillary::DesktopFolderWatcher fileWatcher;
     quillary::DesktopLauncher launcher;
-    quillary::CQuillaryApp app(
-        {files, locations, settings, trash, inputPanel, windowSettings, recentFiles, folderWatcher, launcher});
+    quillary::CQuillaryApp app({files, locations, settings, trash, inputPanel, windowSettings, recentFiles,
+                                folderWatcher, fileWatcher, launcher});
     if (options->task == LaunchOptions::Task::Picture) {
         return quillary::SavePicture(app, options->database, options->picture);
     }
@@ -98,8 +100,11 @@ int main(int argc, char** argv) {
     const quillary::ColorScheme colors(
         [](quillary::ColorScheme::Kind kind) { quillary::UseDarkPalette(kind == quillary::ColorScheme::Kind::Dark); });
     const quillary::Signals ending([&app] { app.Frame().close(); });
-    QObject::connect(&qt, &QGuiApplication::commitDataRequest, &qt,
-                     [&app](QSessionManager& session) { app.CommitData(session); });
+    QObject::connect(&qt, &QGuiApplication::commitDataRequest, &qt, [&app](QSessionManager& session) {
+        const bool mayAsk = session.allowsInteraction();
+        if (!app.CommitData(mayAsk)) session.cancel();
+        if (mayAsk) session.release();
+    });
     app.InitInstance(database);
     return QApplication::exec();
 }

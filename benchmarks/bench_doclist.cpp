@@ -163,7 +163,8 @@ int Run() {
     DesktopRecentFiles recentFiles;
     CompleteClock watcher;
     DesktopLauncher launcher;
-    const Desktop desktop{files, locations, settings, trash, inputPanel, settings, recentFiles, watcher, launcher};
+    const Desktop desktop{files,    locations,   settings, trash,   inputPanel,
+                          settings, recentFiles, watcher,  watcher, launcher};
     Times times;
     for (int round = 0; round < kRounds; ++round) {
         times.limit.push_back(ReadEachFile(folder));

@@ -89,6 +89,12 @@ class FileAccess {
     /// True when both the file and its folder can be written.
     [[nodiscard]] virtual bool CanWrite(const Path& path) = 0;
 
+    /// The state of the file at `path`, without waiting for its lock. False when it cannot be told.
+    [[nodiscard]] virtual bool StampOf(const Path& path, FileStamp& stamp) {
+        FileError error;
+        const auto file = Open(path, LockKind::Shared, error);
+        return file && file->Stamp(stamp, error);
+    }
     /// The one spelling of `path` that all others lead to.
     [[nodiscard]] virtual Path CanonicalPath(const Path& path) { return path; }
     /// Where the recovery file of the database at `path` lives: in the user's state folder, named after the canonical

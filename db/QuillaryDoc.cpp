@@ -345,6 +345,11 @@ bool CQuillaryDoc::FinishSave(Failure& failure) {
     return false;
 }
 
+bool CQuillaryDoc::HasFileChanged() const {
+    FileStamp now;
+    return m_files.StampOf(m_path, now) && !now.SameState(m_stamp);
+}
+
 bool CQuillaryDoc::DatabaseExists(FileAccess& files, const Path& path, Failure& failure) {
     if (!files.CanRead(path)) return false;
     failure.Set(Message::NameExists);

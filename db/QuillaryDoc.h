@@ -58,6 +58,8 @@ class CQuillaryDoc {
     [[nodiscard]] bool FinishSave(Failure& failure);
     /// Whether the flush of a save runs on a thread of its own (window) or before SaveDatabase returns (commands).
     void FlushInBackground(bool on) { m_flushInBackground = on; }
+    /// Whether another program has written the file since it was read or saved, by the file's state alone.
+    [[nodiscard]] bool HasFileChanged() const;
     void Close();
 
     /// "A database with this name already exists at this location." when `path` can be read.

@@ -4,6 +4,8 @@
 #include <QGuiApplication>
 #include <QWindow>
 
+#include "platform/X11Activation.h"
+
 namespace quillary {
 
 namespace {
@@ -19,6 +21,7 @@ std::string ActivationToken() {
 }
 
 void ActivateWindow(QWindow& window, const std::string& token) {
+    if (ActivateOnX11(window, token)) return;
     // The toolkit looks for the token there when a window asks for activation.
     if (!token.empty()) qputenv(kToken, QByteArray::fromStdString(token));
     window.requestActivate();

@@ -38,6 +38,7 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, FrameWindow& frame)
 
     auto* content = new QWidget;
     auto* middle = new QHBoxLayout(content);
+    middle->setContentsMargins({});
     auto* columnWidget = new QWidget(content);
     columnWidget->setMaximumWidth(kColumnCharacters * fontMetrics().averageCharWidth());
     middle->addStretch(1);
@@ -132,7 +133,7 @@ QWidget* CQuillaryDialog::MakeButtons(Buttons buttons) {
     }
     // On a small screen they get as narrow as their texts.
     for (QAbstractButton* button : box->buttons()) {
-        button->setMinimumWidth(fontMetrics().horizontalAdvance(button->text()) + 2 * fontMetrics().height());
+        button->setMinimumWidth(fontMetrics().horizontalAdvance(button->text()) + fontMetrics().height());
     }
     connect(box, &QDialogButtonBox::accepted, this, &CQuillaryDialog::accept);
     connect(box, &QDialogButtonBox::rejected, this, &CQuillaryDialog::reject);
@@ -190,6 +191,7 @@ void CQuillaryDialog::done(int result) {
 
 // The toolkit ends the event loop of a dialog that is hidden.
 void CQuillaryDialog::setVisible(bool visible) {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): without the dialog's end
     visible || m_ends ? QDialog::setVisible(visible) : QWidget::setVisible(false);
 }
 

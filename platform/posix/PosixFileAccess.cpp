@@ -30,7 +30,7 @@ std::int64_t Now() {
     return Nanoseconds(now);
 }
 
-FileStamp StampOf(const struct stat& status) {
+FileStamp MakeStamp(const struct stat& status) {
     constexpr std::int64_t kMillisecond = 1000000;
     FileStamp stamp;
     stamp.device = status.st_dev;
@@ -96,7 +96,7 @@ bool PosixLockedFile::Stamp(FileStamp& stamp, FileError& error) {
         if (futimens(m_file.Descriptor(), times) == 0 && !HasItsName(status, error)) return false;
         isExact = now % 1000 != 0 && Nanoseconds(status.st_mtim) == now;
     }
-    stamp = StampOf(status);
+    stamp = MakeStamp(status);
     if (isExact) stamp.mayHideAWrite = false;
     return true;
 }
@@ -188,6 +188,13 @@ bool PosixFileAccess::CanWrite(const Path& path) {
     const Path folder = path.has_parent_path() ? path.parent_path() : ".";
     return faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) == 0 &&
            faccessat(AT_FDCWD, folder.c_str(), W_OK, AT_EACCESS) == 0;
+}
+
+bool PosixFileAccess::StampOf(const Path& path, FileStamp& stamp) {
+    struct stat status {};
+    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+    stamp = MakeStamp(status);
+    return true;
 }
 
 Path PosixFileAccess::CanonicalPath(const Path& path) {

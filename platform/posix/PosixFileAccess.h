@@ -21,6 +21,7 @@ class PosixFileAccess : public FileAccess {
     bool Rename(const Path& from, const Path& to, FileError& error) override;
     bool CanRead(const Path& path) override;
     bool CanWrite(const Path& path) override;
+    bool StampOf(const Path& path, FileStamp& stamp) override;
     Path CanonicalPath(const Path& path) override;
     Path RecoveryPath(const Path& path) override;
     bool ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) override;

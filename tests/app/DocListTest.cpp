@@ -40,7 +40,8 @@ class DocListTest : public ::testing::Test {
     /// Starts the program without a file, and waits until the list is complete.
     void Start() {
         m_app = std::make_unique<CQuillaryApp>(Desktop{m_files, m_locations, m_settings, m_trash, m_inputPanel,
-                                                       m_windowSettings, m_recentFiles, m_watcher, m_launcher});
+                                                       m_windowSettings, m_recentFiles, m_watcher, m_fileWatcher,
+                                                       m_launcher});
         m_app->InitInstance({});
         ASSERT_TRUE(QTest::qWaitForWindowActive(&m_app->Frame()));
         WaitForScan();
@@ -118,6 +119,7 @@ class DocListTest : public ::testing::Test {
     TestSettings m_windowSettings;
     TestRecentFiles m_recentFiles;
     Watcher m_watcher;
+    TestFolderWatcher m_fileWatcher;
     TestLauncher m_launcher;
     std::unique_ptr<CQuillaryApp> m_app;
     User m_user;
@@ -214,6 +216,10 @@ TEST_F(DocListTest, FollowsTheDiskAsFarAsTheSystemWatches) {
     WaitForScan();
     EXPECT_EQ(Names().last(), "Third");
     EXPECT_FALSE(Shows("F5"));
+    QTest::keyClick(List(), Qt::Key_F5);
+    m_watcher.TellChange();
+    WaitForScan();
+    WaitForScan();  // what changes during a scan is looked for by another one
 }
 
 TEST_F(DocListTest, SaysHowToBeginWhenThereIsNothing) {

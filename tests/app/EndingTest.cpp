@@ -16,6 +16,10 @@
 namespace quillary {
 namespace {
 
+constexpr char kDiskFull[] =
+    "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
+    "The database was not touched.";
+
 class EndingTest : public WindowTest {
   protected:
     EndingTest() : m_signals([this] { program->Frame().close(); }) {}
@@ -49,16 +53,26 @@ TEST_F(EndingTest, ASignalAtAQuestionAboutUnsavedChangesAnswersNothingForTheUser
     CQuillaryDoc* doc = Open(PeopleParts().Build());
     doc->SetStyle(DateStyle::Long);
     files.full = "/people.pdb";
-    const QString text = QStringLiteral(
-        "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
-        "The database was not touched.");
     raise(SIGTERM);
-    user.ExpectMessage(text, "Cancel");
+    user.ExpectMessage(kDiskFull, "Cancel");
     EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
     EXPECT_TRUE(app.Frame().isVisible());
     raise(SIGTERM);
-    user.ExpectMessage(text, "Discard the Changes");
+    user.ExpectMessage(kDiskFull, "Discard the Changes");
     EXPECT_TRUE(Closes());
+}
+
+TEST_F(EndingTest, TheEndOfTheSessionSavesOrAsksButLeavesTheWindowToTheDesktop) {
+    CQuillaryDoc* doc = Open(PeopleParts().Build());
+    doc->SetStyle(DateStyle::Long);
+    files.full = "/people.pdb";
+    EXPECT_TRUE(app.CommitData(false)) << "nobody may be asked";
+    user.ExpectMessage(kDiskFull, "Cancel");
+    EXPECT_FALSE(app.CommitData(true));
+    files.full.clear();
+    EXPECT_TRUE(app.CommitData(false));
+    EXPECT_FALSE(doc->IsModified());
+    EXPECT_TRUE(app.Frame().isVisible());
 }
 
 TEST_F(EndingTest, SignalsDuringASaveLeaveItWhole) {
@@ -67,8 +81,7 @@ TEST_F(EndingTest, SignalsDuringASaveLeaveItWhole) {
     ImageParts parts = PeopleParts();
     for (int i = 0; i < 20000; ++i) parts.Add(2, {"Film " + std::to_string(i), "1", "", "true"});
     const Path path = folder.Write("films.pdb", parts.Build());
-    CQuillaryApp onDisk(
-        {disk, locations, settings, trash, inputPanel, windowSettings, recentFiles, folderWatcher, launcher});
+    CQuillaryApp onDisk(DesktopOn(disk));
     program = &onDisk;
     onDisk.Frame().show();
     CQuillaryDoc* doc = onDisk.OpenDocumentFile(path);

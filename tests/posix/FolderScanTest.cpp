@@ -17,6 +17,7 @@ class Finds : public ScanReceiver {
   public:
     std::vector<std::string> names;  // below the test's folder
     std::vector<FoundDatabase> databases;
+    std::vector<Path> unreadable;
     std::size_t enough = 1000;
 
     explicit Finds(Path root) : m_root(std::move(root)) {}
@@ -25,7 +26,7 @@ class Finds : public ScanReceiver {
         std::sort(names.begin(), names.end());
         databases.push_back(std::move(database));
     }
-    void Unreadable(const Path&) override {}
+    void Unreadable(const Path& folder) override { unreadable.push_back(folder); }
     bool GoOn() override { return names.size() < enough; }
 
   private:
@@ -113,6 +114,25 @@ TEST_F(FolderScanTest, AFileThatAStoppedSaveLeftHalfWrittenIsFoundByItsRecoveryC
     FileError error;
     ASSERT_TRUE(m_files.WriteRecovery(m_files.RecoveryPath(torn), "copy", "", error)) << error.reason;
     EXPECT_EQ(Scan({m_folder.Root()}), std::vector<std::string>{"torn.pdb"});
+}
+
+TEST_F(FolderScanTest, TellsOfFoldersThatTheUserMayNotLookInto) {
+    m_folder.Write("root/a.pdb", Database());
+    m_folder.Write("root/closed/b.pdb", Database());
+    m_folder.Write("card/c.pdb", Database());
+    std::filesystem::permissions(m_folder.Root(), std::filesystem::perms(0755));
+    for (const char* closed : {"root/closed", "card"}) {
+        std::filesystem::permissions(m_folder / closed, std::filesystem::perms::none);
+    }
+    EXPECT_TRUE(AsOrdinaryUser([&] {
+        Finds found(m_folder.Root());
+        ScanFolders({m_folder / "root", m_folder / "card"}, m_files, found);
+        return found.names == std::vector<std::string>{"root/a.pdb"} &&
+               found.unreadable == std::vector<Path>{m_folder / "card", m_folder / "root/closed"};
+    }));
+    for (const char* closed : {"root/closed", "card"}) {
+        std::filesystem::permissions(m_folder / closed, std::filesystem::perms::owner_all);
+    }
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include "db/Layout.h"
@@ -16,19 +15,6 @@ namespace {
 
 using Kind = FileError::Kind;
 using std::chrono::milliseconds;
-
-// Runs `test` in a process of its own, without the rights that root has over everyone's files; true when it says so.
-template <class Test>
-bool AsOrdinaryUser(Test test) {
-    const pid_t child = fork();
-    if (child == 0) {
-        const bool dropped = geteuid() != 0 || (setgid(65534) == 0 && setuid(65534) == 0);
-        _exit(dropped && test() ? 0 : 1);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
 
 class PosixFiles : public testing::Test {
   protected:

@@ -1,8 +1,10 @@
-// A folder for one test's files, and environment variables for its duration.
+// A folder for one test's files, environment variables for its duration, and a process without root's rights.
 #pragma once
 
 #include <gtest/gtest.h>
 #include <stdlib.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <fstream>
 #include <iterator>
@@ -35,6 +37,19 @@ class TestFolder {
   private:
     Path m_path;
 };
+
+// Runs `test` in a process of its own, without the rights that root has over everyone's files; true when it says so.
+template <class Test>
+bool AsOrdinaryUser(Test test) {
+    const pid_t child = fork();
+    if (child == 0) {
+        const bool dropped = geteuid() != 0 || (setgid(65534) == 0 && setuid(65534) == 0);
+        _exit(dropped && test() ? 0 : 1);
+    }
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
 
 inline std::string FileBytes(const Path& path) {
     std::ifstream file(path, std::ios::binary);

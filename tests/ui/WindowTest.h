@@ -124,6 +124,12 @@ class WindowTest : public ::testing::Test {
     /// The file's documents, after the window has closed it.
     [[nodiscard]] std::string CloseAndReadFile(const Path& path = "/people.pdb");
 
+    /// All of the test's own, but for the disk.
+    [[nodiscard]] Desktop DesktopOn(FileAccess& disk) {
+        return {disk,           locations,   settings,      trash,       inputPanel,
+                windowSettings, recentFiles, folderWatcher, fileWatcher, launcher};
+    }
+
     WindowFiles files;
     TestLocations locations;
     TestSettings settings;
@@ -132,9 +138,9 @@ class WindowTest : public ::testing::Test {
     TestRecentFiles recentFiles;
     TestInputPanel inputPanel;
     TestFolderWatcher folderWatcher;
+    TestFolderWatcher fileWatcher;
     TestLauncher launcher;
-    CQuillaryApp app{
-        {files, locations, settings, trash, inputPanel, windowSettings, recentFiles, folderWatcher, launcher}};
+    CQuillaryApp app{DesktopOn(files)};
     User user;
 };
 

@@ -58,6 +58,35 @@ TEST_F(UnsavedTest, AnotherProgramsChangeIsReloadedWhereTheUserWas) {
     EXPECT_EQ(CloseAndReadFile(), Other());
 }
 
+TEST_F(UnsavedTest, AChangeOnDiskShowsByItselfWhenNothingIsUnsaved) {
+    Open(PeopleParts().Build());
+    const CQuillaryView* view = View();
+    EXPECT_EQ(fileWatcher.watched, std::vector<Path>{"/"});
+    QTest::keyClick(View(), Qt::Key_Down);
+    fileWatcher.TellChange();
+    QTest::qWait(150);
+    EXPECT_EQ(View(), view) << "another file in the folder";
+    files.contents["/people.pdb"] = Other();
+    user.ExpectDialog(149, [this](CQuillaryDialog& page) {
+        fileWatcher.TellChange();
+        QTest::qWait(150);
+        EXPECT_TRUE(page.isVisible());
+        QTest::keyClick(page.Control<QWidget>(1003), Qt::Key_Escape);
+    });
+    ChooseMenu("Tools", "Options...");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Counter() == "2 of 2"; })) << "after the dialog";
+}
+
+TEST_F(UnsavedTest, AChangeOnDiskTakesNothingUnsavedAway) {
+    Change(Open(PeopleParts().Build()));
+    files.contents["/people.pdb"] = Other();
+    fileWatcher.TellChange();
+    QTest::qWait(150);
+    EXPECT_EQ(Title(), "People*");
+    user.ExpectMessage(kChanged, "Discard the Changes");
+    EXPECT_TRUE(Close());
+}
+
 TEST_F(UnsavedTest, AReloadThatFailsKeepsWhatIsOpen) {
     CQuillaryDoc* doc = Open(PeopleParts().Build());
     Change(doc);
