@@ -42,7 +42,7 @@ std::optional<Path> CDocListFiles::Copy(const Path& path) {
 
 bool CDocListFiles::Delete(const Path& path, const QString& name) {
     const QString question = QStringLiteral("The database \"%1\" is about to be deleted.  Are you sure?").arg(name);
-    if (AskUser(&m_window, question, {QStringLiteral("Yes"), QStringLiteral("No")}) != 0) return false;
+    if (AskUser(&m_window, question, {QStringLiteral("Yes"), QStringLiteral("No")}, 1) != 0) return false;
     Failure failure;
     if (DeleteDatabaseFile(m_files, m_trash, path, failure)) return true;
     ShowMessage(&m_window, FromUtf8(failure.text));

@@ -3,12 +3,14 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDir>
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QTimer>
@@ -64,7 +66,13 @@ CDocListPage::CDocListPage(const Desktop& desktop, QWidget& window, Requests req
     BuildActions();
     BuildLayout();
     connect(m_view, &QAbstractItemView::activated, this, [this] { OpenSelected(); });
-    m_view->onMenu = [this](const QPoint& global) { m_menu->popup(global); };
+    m_view->onMenu = [this](const QPoint& global) {
+        m_menuTarget = m_view->Selected();
+        m_menu->popup(global);
+    };
+    // What was chosen in it runs right after the menu has gone.
+    connect(m_menu, &QMenu::aboutToHide, this,
+            [this] { QTimer::singleShot(0, this, [this] { m_menuTarget.reset(); }); });
     m_view->onRename = [this](const Path& path, const QString& name) { Rename(path, name); };
     connect(m_folders, &QComboBox::activated, this, [this](int chosen) {
         const QVariant folder = m_folders->itemData(chosen);
@@ -90,6 +98,8 @@ void CDocListPage::ReadSortOrder() {
     });
 }
 
+std::optional<Path> CDocListPage::Target() const { return m_menuTarget ? m_menuTarget : m_view->Selected(); }
+
 void CDocListPage::BuildActions() {
     const struct {
         QString text;
@@ -100,12 +110,12 @@ void CDocListPage::BuildActions() {
         {QStringLiteral("Show in Folder"),
          {},
          [this] {
-             if (const auto path = m_view->Selected()) m_files.ShowInFolder(*path);
+             if (const auto path = Target()) m_files.ShowInFolder(*path);
          }},
         {},
         {QStringLiteral("Rename"), Qt::Key_F2,
          [this] {
-             if (const auto path = m_view->Selected()) m_view->EditName(*path);
+             if (const auto path = Target()) m_view->EditName(*path);
          }},
         {QStringLiteral("Make a Copy"), {}, [this] { CopySelected(); }},
         {},
@@ -131,7 +141,10 @@ void CDocListPage::BuildActions() {
 }
 
 void CDocListPage::BuildLayout() {
-    m_folders->setAccessibleName(QStringLiteral("Folder"));
+    // Not shown: what the box is for can be seen, but a screen reader takes its name from a label.
+    auto* folders = new QLabel(QStringLiteral("Folder"), this);
+    folders->setBuddy(m_folders);
+    folders->hide();
     m_folders->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_folders->setMinimumContentsLength(8);
     m_folders->addItem(QStringLiteral("All Folders"));
@@ -169,6 +182,10 @@ void CDocListPage::BuildLayout() {
 
 QWidget* CDocListPage::MakeEmptyPage() {
     const QString folder = OnOneLine(FromPath(Path(m_desktop.locations.MainFolder()).parent_path()));
+    QString example = QDir(folder).filePath(QStringLiteral("things.pdb"));
+    if (example.contains(QRegularExpression(QStringLiteral("[^A-Za-z0-9_./-]")))) {
+        example = u'\'' + example.replace(QStringLiteral("'"), QStringLiteral("'\\''")) + u'\'';
+    }
     enum class Look { Heading, Text, Command };
     const struct {
         Look look;
@@ -177,9 +194,9 @@ QWidget* CDocListPage::MakeEmptyPage() {
         {Look::Heading, QStringLiteral("No databases yet")},
         {Look::Text, QStringLiteral("The databases in %1 and on storage cards show here.").arg(folder)},
         {Look::Text, QStringLiteral("To make one, type in a terminal:")},
-        {Look::Command, QStringLiteral("qly new things.pdb --name Things --field Name:text --field Since:date")},
+        {Look::Command, QStringLiteral("qly new %1 --name Things --field Name:text --field Since:date").arg(example)},
         {Look::Text, QStringLiteral("Or make one of a table:")},
-        {Look::Command, QStringLiteral("qly import table.csv things.pdb")},
+        {Look::Command, QStringLiteral("qly import table.csv %1").arg(example)},
         {Look::Text, QStringLiteral("A database that you have downloaded: put it into that folder, or open it where it "
                                     "is with Open Other...")},
     };
@@ -343,7 +360,7 @@ void CDocListPage::ShowState() {
 }
 
 void CDocListPage::OpenSelected() {
-    if (const auto path = m_view->Selected()) m_requests.open(*path);
+    if (const auto path = Target()) m_requests.open(*path);
 }
 
 void CDocListPage::Rename(const Path& path, const QString& name) {
@@ -362,7 +379,7 @@ void CDocListPage::Rename(const Path& path, const QString& name) {
 }
 
 void CDocListPage::CopySelected() {
-    const auto path = m_view->Selected();
+    const auto path = Target();
     const auto copy = path ? m_files.Copy(*path) : std::nullopt;
     if (!copy) return;
     m_selectNext = *copy;
@@ -370,7 +387,7 @@ void CDocListPage::CopySelected() {
 }
 
 void CDocListPage::DeleteSelected() {
-    const auto path = m_view->Selected();
+    const auto path = Target();
     if (!path || !m_files.Delete(*path, m_model.Row(m_view->currentIndex().row()).name)) return;
     const int row = m_model.IndexOf(*path).row();
     m_model.Remove(*path);

@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QWidget>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "app/Desktop.h"
@@ -40,6 +41,8 @@ class CDocListPage : public QWidget {
     void FitColumns();
     /// Looks for databases anew. Rows that show stay until that is done.
     void Scan();
+    /// Selects the database once the next scan has found it.
+    void SelectNext(Path path) { m_selectNext = std::move(path); }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -56,6 +59,8 @@ class CDocListPage : public QWidget {
     void WatchFolders();
     void FillFolders();
     void ShowState();
+    /// What a command of the list acts on: the row that the menu was opened for, else the selected one.
+    [[nodiscard]] std::optional<Path> Target() const;
     void OpenSelected();
     void Rename(const Path& path, const QString& name);
     void CopySelected();
@@ -71,6 +76,7 @@ class CDocListPage : public QWidget {
     bool m_showsWhileScanning = true;
     bool m_changedWhileScanning = false;
     QElapsedTimer m_scanTime;
+    std::optional<Path> m_menuTarget;
     Path m_selectNext;  // once a scan has found it; empty: nothing
     QString m_notice;
 

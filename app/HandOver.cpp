@@ -8,26 +8,15 @@
 #include <utility>
 
 #include "app/MainFrame.h"
-#include "app/StepLog.h"
 #include "app/Unwinding.h"
 #include "platform/NativePath.h"
-#include "ui/MessageBox.h"
-#include "ui/OpenDialog.h"
-#include "ui/QuillaryDialog.h"
+#include "ui/StepLog.h"
 #include "ui/UserMessages.h"
 #include "ui/WideText.h"
 
 namespace quillary {
 
 namespace {
-
-bool DialogHoldsChanges() {
-    for (const QDialog* dialog : OpenDialog::All()) {
-        const auto* page = dynamic_cast<const CQuillaryDialog*>(dialog);
-        if (page && page->IsChanged()) return true;
-    }
-    return false;
-}
 
 /// The one database file that is being dropped.
 std::optional<Path> DroppedDatabase(const QDropEvent& drop) {
@@ -93,24 +82,17 @@ void CHandOver::EndDialogsAndOpen(const Path& path) {
         m_busy = false;
         PostNext();
     };
-    auto way = CUnwinding::Way::Cancel;
-    if (DialogHoldsChanges()) {
-        enum Answer { Save, Discard };
-        const int answer =
-            AskUser(&m_frame,
-                    QStringLiteral("Save the changes before opening \"%1\"?").arg(OnOneLine(FromPath(path.filename()))),
-                    {QStringLiteral("Save"), QStringLiteral("Discard"), QStringLiteral("Cancel")});
-        if (answer != Save && answer != Discard) {
-            next();
-            return;
-        }
-        if (answer == Save) way = CUnwinding::Way::Save;
+    const auto way = CUnwinding::AskForWay(
+        &m_frame, QStringLiteral("Save the changes before opening \"%1\"?").arg(OnOneLine(FromPath(path.filename()))));
+    if (!way) {
+        next();
+        return;
     }
-    m_frame.Unwinding().Start(way, {[this, path, next] {
-                                        next();  // a later request need not wait for this file's password
-                                        m_open(path);
-                                    },
-                                    next});
+    m_frame.Unwinding().Start(*way, {[this, path, next] {
+                                         next();  // a later request need not wait for this file's password
+                                         m_open(path);
+                                     },
+                                     next});
 }
 
 bool CHandOver::eventFilter(QObject* watched, QEvent* event) {

@@ -138,8 +138,7 @@ void CMainFrame::ShowTitle() {
     QString title = FromWide(Caption(kCaptionProgram));
     if (m_session) {
         const CQuillaryDoc& doc = m_session->Doc();
-        title = OnOneLine(FromWide(doc.Name()));
-        if (title.isEmpty()) title = OnOneLine(FromPath(doc.FilePath().stem()));
+        title = m_session->DisplayName();
         if (doc.IsReadOnly()) {
             title += QStringLiteral(" (read only)");
         } else if (doc.IsModified()) {
@@ -179,7 +178,10 @@ void CMainFrame::CancelDialog() {
 void CMainFrame::closeEvent(QCloseEvent* event) {
     if (!OpenDialog::All().empty()) {
         event->ignore();
-        m_unwinding.Start(CUnwinding::Way::Cancel, {[this] { close(); }});
+        if (std::exchange(m_askingToClose, true)) return;
+        const auto way = CUnwinding::AskForWay(this, QStringLiteral("Save the changes before closing?"));
+        m_askingToClose = false;
+        if (way) m_unwinding.Start(*way, {[this] { close(); }});
         return;
     }
     event->setAccepted(!m_session || m_session->Leave());

@@ -77,6 +77,7 @@ class CMainFrame : public QMainWindow, public FrameWindow, public CommandMap<CMa
     QWidget* m_docList;                       // an empty page until there is one
     std::vector<CQuillaryDialog*> m_dialogs;  // the innermost last
     CUnwinding m_unwinding;
+    bool m_askingToClose = false;
     Settings* m_windowSettings = nullptr;  // where the geometry is kept; null: nowhere
     CCommandActions m_actions;
     CRecordBar* m_recordBar;

@@ -18,7 +18,7 @@ CMyDocListTemplate::CMyDocListTemplate(CMainFrame& frame, const Desktop& desktop
 
 CMyDocListTemplate::~CMyDocListTemplate() = default;
 
-void CMyDocListTemplate::ShowDocList() {
+void CMyDocListTemplate::ShowDocList(const Path& select) {
     SetRefreshFlag();
     if (!m_page) {
         const auto pass = [this] { FilterPass(); };
@@ -29,6 +29,7 @@ void CMyDocListTemplate::ShowDocList() {
         m_page = std::make_unique<CDocListPage>(
             m_desktop, m_frame, CDocListPage::Requests{m_requests.open, m_requests.openOther, changed, pass, pass});
     }
+    if (!select.empty()) m_page->SelectNext(select);
     m_frame.ShowDocList(*m_page);
     FilterPass();
 }

@@ -21,8 +21,8 @@ class CMyDocListTemplate {
     CMyDocListTemplate(CMainFrame& frame, const Desktop& desktop, Requests requests);
     ~CMyDocListTemplate();
 
-    /// Shows the list, in place of a database, and brings it up to date.
-    void ShowDocList();
+    /// Shows the list, in place of a database, and brings it up to date. `select` is the database to come back to.
+    void ShowDocList(const Path& select = {});
     /// Fits the list's columns. When the set of databases may have changed, looks for them anew: on a thread of its
     /// own, while the window stays live. Files are only ever left out of the list, never touched.
     void FilterPass();

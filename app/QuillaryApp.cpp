@@ -1,5 +1,6 @@
 #include "app/QuillaryApp.h"
 
+#include <QApplication>
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QTimer>
@@ -8,7 +9,6 @@
 #include "admin/Settings.h"
 #include "app/RecoveryCopy.h"
 #include "app/Splash.h"
-#include "app/StepLog.h"
 #include "app/WindowQuestions.h"
 #include "platform/FolderWatcher.h"
 #include "platform/InputPanel.h"
@@ -16,8 +16,10 @@
 #include "platform/RecentFiles.h"
 #include "ui/AboutDlg.h"
 #include "ui/CommandIds.h"
+#include "ui/FileFilter.h"
 #include "ui/OpenDialog.h"
 #include "ui/RowColor.h"
+#include "ui/StepLog.h"
 #include "views/DocumentSession.h"
 #include "views/QuillaryView.h"
 
@@ -64,7 +66,7 @@ void CQuillaryApp::ReadProfile() {
 void CQuillaryApp::InitInstance(const Path& path) {
     m_desktop.inputPanel.Hide();
     LogStep(QStringLiteral("input panel"));
-    LogStep(QStringLiteral("splash"));
+    LogStep(QStringLiteral("splash enabled"));
     ReadProfile();
     m_template = std::make_unique<CMyDocListTemplate>(
         m_frame, m_desktop,
@@ -83,12 +85,17 @@ void CQuillaryApp::InitInstance(const Path& path) {
     LogStep(QStringLiteral("window on top"));
 }
 
-void CQuillaryApp::ShowDocList() {
+void CQuillaryApp::ShowDocList(const Path& select) {
     LogStep(QStringLiteral("document list"));
-    if (m_template) m_template->ShowDocList();
+    if (m_template) m_template->ShowDocList(select);
 }
 
 CQuillaryDoc* CQuillaryApp::OpenDocumentFile(const Path& path) {
+    if (m_session &&
+        m_desktop.files.CanonicalPath(path) == m_desktop.files.CanonicalPath(m_session->Doc().FilePath())) {
+        FollowFile();
+        return &m_session->Doc();
+    }
     CWindowQuestions questions(m_frame);
     CQuillaryDoc* doc = OpenDocumentFile(path, OpenMode::Edit, questions);
     if (!doc && !m_session) ShowDocList();
@@ -125,13 +132,20 @@ bool CQuillaryApp::CommitData(bool mayAsk) {
 
 std::unique_ptr<CQuillaryDoc> CQuillaryApp::Read(const Path& path, OpenMode mode, Questions& questions) {
     auto doc = std::make_unique<CQuillaryDoc>(m_desktop.files);
-    if (!doc->OpenDatabase(path, mode, questions)) return nullptr;
-    if (mode == OpenMode::Edit && doc->Recovery() == RecoveryState::Unrelated) {
-        const CopyChoice choice = SettleRecoveryCopy(m_desktop.files, path, &m_frame);
-        if (choice == CopyChoice::Undecided) return nullptr;
-        if (choice == CopyChoice::Restored && !doc->OpenDatabase(path, mode, questions)) return nullptr;
+    bool isOpen = doc->OpenDatabase(path, mode, questions);
+    if (mode == OpenMode::Edit) {
+        switch (SettleRecoveryCopy(m_desktop.files, path, *doc, &m_frame)) {
+            case CopyChoice::Restored:
+                isOpen = doc->OpenDatabase(path, mode, questions);
+                break;
+            case CopyChoice::Undecided:
+                return nullptr;
+            case CopyChoice::None:
+            case CopyChoice::Discarded:
+                break;
+        }
     }
-    return doc;
+    return isOpen ? std::move(doc) : nullptr;
 }
 
 void CQuillaryApp::Show(std::unique_ptr<CQuillaryDoc> doc) {
@@ -146,16 +160,20 @@ void CQuillaryApp::Show(std::unique_ptr<CQuillaryDoc> doc) {
 
 void CQuillaryApp::FollowFile() {
     if (!m_session || m_session->Doc().IsModified() || !m_session->Doc().HasFileChanged()) return;
-    if (OpenDialog::All().empty()) {
-        ReadAgain();
+    // A command works on the document, a menu is open, or a column is being dragged.
+    const bool isBusy = !OpenDialog::All().empty() || QApplication::activePopupWidget() ||
+                        QGuiApplication::mouseButtons() != Qt::NoButton;
+    if (isBusy) {
+        m_fileChanged.start();
     } else {
-        m_fileChanged.start();  // a command works on the document
+        // What is no database now may be one that is still being copied; the next change tells, or the next save.
+        ReadAgain(Reading::Quiet);
     }
 }
 
 void CQuillaryApp::ReopenDocument() {
     QMetaObject::invokeMethod(
-        &m_frame, [this] { ReadAgain(); }, Qt::QueuedConnection);
+        &m_frame, [this] { ReadAgain(Reading::Telling); }, Qt::QueuedConnection);
 }
 
 void CQuillaryApp::DropDocument() {
@@ -168,11 +186,11 @@ void CQuillaryApp::DropDocument() {
         Qt::QueuedConnection);
 }
 
-void CQuillaryApp::ReadAgain() {
+void CQuillaryApp::ReadAgain(Reading reading) {
     if (!m_session) return;
     m_session->Finish();  // the last save's flush holds the file
     const CQuillaryDoc& old = m_session->Doc();
-    CWindowQuestions questions(m_frame, old.DatabasePasswordHash());
+    CWindowQuestions questions(m_frame, old.DatabasePasswordHash(), reading == Reading::Quiet);
     auto doc = Read(old.FilePath(), OpenMode::Edit, questions);
     if (!doc) return;
     const CQuillaryView::Place place = m_view->CurrentPlace();
@@ -194,14 +212,15 @@ void CQuillaryApp::OnFileOpen() {
     if (!m_session) {
         OpenOther();
     } else if (m_session->Leave()) {
+        const Path path = m_session->Doc().FilePath();
         CloseDocument();
-        ShowDocList();
+        ShowDocList(path);
     }
 }
 
 void CQuillaryApp::OpenOther() {
     QFileDialog chooser(&m_frame, QStringLiteral("Open Database"), FromPath(m_desktop.locations.MainFolder()),
-                        QStringLiteral("Quillary Files (*.pdb *.PDB);;All Files (*)"));
+                        DatabaseFileFilter() + QStringLiteral(";;AllFiles (*)"));
     chooser.setFileMode(QFileDialog::ExistingFile);
     {
         const OpenDialog open(chooser);

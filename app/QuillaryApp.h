@@ -53,10 +53,11 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
     void OnAbout();
     [[nodiscard]] std::unique_ptr<CQuillaryDoc> Read(const Path& path, OpenMode mode, Questions& questions);
     void Show(std::unique_ptr<CQuillaryDoc> doc);
-    void ReadAgain();
+    enum class Reading { Telling, Quiet };  // whether a failure is told
+    void ReadAgain(Reading reading);
     /// Shows the file as another program has left it, when nothing is unsaved; else the next save asks.
     void FollowFile();
-    void ShowDocList();
+    void ShowDocList(const Path& select = {});
     void Remember(const Path& path);
 
     const Desktop m_desktop;

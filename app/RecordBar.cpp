@@ -34,6 +34,7 @@ CRecordBar::CRecordBar(CCommandActions& actions, const std::function<void()>& ok
     close->setToolTip(QStringLiteral("Close the database"));
     connect(close, &QToolButton::clicked, this, ok);
     addWidget(close);
+    close->setAutoRaise(false);  // which the bar has set
 }
 
 void CRecordBar::ShowCounter(int current, int total, int hidden) {

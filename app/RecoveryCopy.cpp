@@ -11,19 +11,27 @@ namespace {
 bool Discard(FileAccess& files, const Path& path, Failure& failure) {
     FileError error;
     if (DropRecoveryCopy(files, path, error)) return true;
-    failure.Set(Message::WriteFailed, {error.reason});
+    failure.Set(Message::WriteFailed, {error.reason, "The copy is still there."});
     return false;
 }
 
 }  // namespace
 
-CopyChoice SettleRecoveryCopy(FileAccess& files, const Path& path, QWidget* parent) {
+CopyChoice SettleRecoveryCopy(FileAccess& files, const Path& path, const CQuillaryDoc& doc, QWidget* parent) {
+    Failure failure;
+    if (doc.Recovery() == RecoveryState::OtherVersions) {
+        failure.Set(Message::OtherVersionsCopy, {files.RecoveryPath(path).string()});
+        ShowMessage(parent, FromUtf8(failure.text));
+        return CopyChoice::Undecided;
+    }
+    if (doc.Recovery() != RecoveryState::Unrelated) return CopyChoice::None;
+    const QString fate = doc.IsOpen() ? QStringLiteral("has been changed since") : QStringLiteral("is no database now");
     const int answer =
         AskUser(parent,
-                QStringLiteral("Saving this database was interrupted, and its file has been changed since. "
-                               "A copy of what was being saved is still there. Restore it?"),
+                QStringLiteral("Saving this database was interrupted, and its file %1. "
+                               "A copy of what was being saved is still there. Restore it?")
+                    .arg(fate),
                 {QStringLiteral("Restore the Copy"), QStringLiteral("Discard the Copy"), QStringLiteral("Cancel")});
-    Failure failure;
     if (answer == 0 && RestoreRecoveryCopy(files, path, failure)) return CopyChoice::Restored;
     if (answer == 1 && Discard(files, path, failure)) return CopyChoice::Discarded;
     if (failure.message != Message::None) ShowMessage(parent, FromUtf8(failure.text));

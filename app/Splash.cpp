@@ -6,6 +6,7 @@
 #include <QTimer>
 
 #include "ui/Icon.h"
+#include "ui/StepLog.h"
 
 namespace quillary {
 
@@ -24,6 +25,7 @@ CSplash::CSplash(QWidget& mainWindow)
     : QWidget(nullptr, Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint),
       m_mainWindow(mainWindow) {
     setObjectName(QStringLiteral("131"));
+    LogStep(QStringLiteral("splash"));
     setAttribute(Qt::WA_ShowWithoutActivating);
     setAttribute(Qt::WA_QuitOnClose, false);
     setFixedSize(kSize);
@@ -64,7 +66,7 @@ void CSplash::paintEvent(QPaintEvent*) {
     ProgramIcon().paint(&painter, QRect(kMargin, (height() - kIconSize) / 2, kIconSize, kIconSize));
     const QRect text = rect().adjusted(2 * kMargin + kIconSize - kMargin / 2, 0, -kMargin, 0);
     QFont large = font();
-    large.setPointSizeF(large.pointSizeF() * 2.2);
+    large.setPointSizeF(QFontInfo(large).pointSizeF() * 2.2);
     large.setBold(true);
     painter.setFont(large);
     painter.drawText(text.adjusted(0, 0, 0, -height() / 2), Qt::AlignLeft | Qt::AlignBottom,

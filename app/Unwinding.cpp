@@ -3,8 +3,10 @@
 #include <QApplication>
 #include <QDialog>
 #include <QTimer>
+#include <algorithm>
 #include <utility>
 
+#include "ui/MessageBox.h"
 #include "ui/OpenDialog.h"
 #include "ui/QuillaryDialog.h"
 #include "ui/UserMessages.h"
@@ -23,6 +25,24 @@ bool ClosePopups() {
 }
 
 }  // namespace
+
+std::optional<CUnwinding::Way> CUnwinding::AskForWay(QWidget* parent, const QString& question) {
+    const std::vector<QDialog*>& open = OpenDialog::All();
+    const bool isChanged = std::any_of(open.begin(), open.end(), [](const QDialog* dialog) {
+        const auto* page = dynamic_cast<const CQuillaryDialog*>(dialog);
+        return page && page->IsChanged();
+    });
+    if (!isChanged) return Way::Cancel;
+    enum Answer { Save, Discard };
+    switch (AskUser(parent, question, {QStringLiteral("Save"), QStringLiteral("Discard"), QStringLiteral("Cancel")})) {
+        case Save:
+            return Way::Save;
+        case Discard:
+            return Way::Cancel;
+        default:
+            return std::nullopt;
+    }
+}
 
 CUnwinding::CUnwinding() {
     OpenDialog::WhenOneEnds([this] {

@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <functional>
+#include <optional>
 
 class QDialog;
 
@@ -19,6 +20,10 @@ class CUnwinding : public QObject {
         std::function<void()> run;
         std::function<void()> giveUp = [] {};  // called instead: a dialog refused OK, or another task came between
     };
+
+    /// How to end what is open: when a dialog holds changes, as the user answers `question` (Save, Discard, Cancel).
+    /// Nothing when that was Cancel.
+    [[nodiscard]] static std::optional<Way> AskForWay(QWidget* parent, const QString& question);
 
     CUnwinding();
     ~CUnwinding() override;

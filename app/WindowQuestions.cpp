@@ -8,10 +8,13 @@
 
 namespace quillary {
 
-void CWindowQuestions::Tell(const Failure& failure) { ShowMessage(m_frame.Window(), FromUtf8(failure.text)); }
+void CWindowQuestions::Tell(const Failure& failure) {
+    if (!m_quiet) ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+}
 
 bool CWindowQuestions::AskDatabasePassword(const CQuillaryDoc& doc) {
     if (m_knownLockWord != 0 && doc.DatabasePasswordHash() == m_knownLockWord) return true;
+    if (m_quiet) return false;
     CEnterPasswordDlg dialog(doc, m_frame);
     return dialog.exec() == QDialog::Accepted;
 }

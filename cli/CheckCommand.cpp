@@ -30,18 +30,30 @@ ExitStatus RunCheck(Session& session, const Arguments& arguments) {
     LoadedFile loaded;
     FileError error;
     if (!LoadDatabaseFile(session.Files(), arguments.words[0], LoadMode::Read, nullptr, loaded, error)) {
-        return session.Refuse(OpeningError(error));
+        (void)session.Refuse(OpeningError(error));
+        if (error.kind == FileError::Kind::NotFound) {
+            session.TellOfRefusedFilesCopy(arguments.words[0], RecoveryOfMissing(session.Files(), arguments.words[0]));
+        }
+        return ExitStatus::Failed;
     }
     const std::string_view image = loaded.image->Bytes();
-    if (!IsDatabaseImage(image)) return session.Refuse(MessageText(Message::InvalidDatabaseFile));
+    if (!IsDatabaseImage(image)) {
+        (void)session.Refuse(MessageText(Message::InvalidDatabaseFile));
+        session.TellOfRefusedFilesCopy(arguments.words[0], loaded.recovery);
+        return ExitStatus::Failed;
+    }
     if (loaded.recovery == RecoveryState::Pending) {
         Complain("A save of this file did not end. What is checked is what its recovery copy makes of it.");
     }
+    session.TellOfUnusedCopy(arguments.words[0], loaded.recovery);
 
     const std::vector<Departure> departures = CheckImage(image, session.Page());
     const bool json = arguments.Has("--json");
     std::string out;
-    if (json) out += "[";
+    if (json) {
+        session.Out().HoldsJson();
+        out += "[";
+    }
     for (const Departure& departure : departures) {
         const bool isFirst = &departure == departures.data();
         if (json) {

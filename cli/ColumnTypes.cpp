@@ -1,5 +1,6 @@
 #include "cli/ColumnTypes.h"
 
+#include "db/Ascii.h"
 #include "db/FieldValue.h"
 #include "db/TextEntry.h"
 
@@ -8,8 +9,6 @@ namespace quillary {
 namespace {
 
 constexpr int kEarliestCertainYear = 1000;  // "1.13.100" is more likely a version than a day
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Forms that mean the same in every order: YYYY-MM-DD and those that begin with the month's name.
 bool HasNoOrder(std::string_view value) {

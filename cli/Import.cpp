@@ -147,7 +147,7 @@ class Importer {
         Failure failure;
         if (!m_doc.HasRoomFor(1)) {
             failure.Set(Message::TooManyRecords, {"Nothing was imported."});
-            return FailWith(failure.text);
+            return FailWith(reader.AtRow(failure.text));
         }
         ++m_result.records;
         return m_doc.AppendRecord(m_entries, failure) || FailWith(failure.text);

@@ -1,5 +1,6 @@
 #include <filesystem>
 
+#include "admin/DatabasePath.h"
 #include "cli/Commands.h"
 #include "cli/DatabaseName.h"
 #include "cli/FieldDefinition.h"

@@ -22,10 +22,10 @@ void AppendValue(std::string_view label, std::string_view value, std::string& ou
 void AppendLines(std::string_view text, std::string& out) {
     for (auto end = text.find('\n'); end != text.npos; end = text.find('\n')) {
         const bool hasReturn = end > 0 && text[end - 1] == '\r';
-        AppendLine(text.substr(0, end - (hasReturn ? 1 : 0)), out);
+        out.append(ShowControls(text.substr(0, end - (hasReturn ? 1 : 0)), "\t")).append("\n");
         text.remove_prefix(end + 1);
     }
-    AppendLine(text, out);
+    out.append(ShowControls(text, "\t")).append("\n");
 }
 
 std::string FieldLine(const CQuillaryDoc& doc, std::size_t k) {
@@ -87,6 +87,7 @@ std::string InfoAsText(const CQuillaryDoc& doc) {
 ExitStatus RunInfo(Session& session, const Arguments& arguments) {
     CQuillaryDoc doc(session.Files(), session.Page());
     if (!session.Open(doc, arguments.words[0], OpenMode::Read)) return ExitStatus::Refused;
+    if (arguments.Has("--json")) session.Out().HoldsJson();
     session.Out().Append(arguments.Has("--json") ? InfoAsJson(doc) + "\n" : InfoAsText(doc));
     return ExitStatus::Done;
 }
@@ -94,6 +95,7 @@ ExitStatus RunInfo(Session& session, const Arguments& arguments) {
 ExitStatus RunFields(Session& session, const Arguments& arguments) {
     CQuillaryDoc doc(session.Files(), session.Page());
     if (!session.Open(doc, arguments.words[0], OpenMode::Read)) return ExitStatus::Refused;
+    session.Out().HoldsJson();
     session.Out().Append(FieldsAsJson(doc) + "\n");
     return ExitStatus::Done;
 }

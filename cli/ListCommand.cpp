@@ -38,7 +38,9 @@ ExitStatus RunList(Session& session, const Arguments& arguments) {
     // On a terminal the records themselves are to be seen, not the progress between them.
     Progress progress("Listing", shown + hidden, session.ShowsProgress() && !IsTerminal(StandardStream::Output));
     Output& output = session.Out();
-    RecordPrinter printer(doc, FormatNamed(arguments.Value("--format").value_or("csv")), texts, output);
+    const TableFormat format = FormatNamed(arguments.Value("--format").value_or("csv"));
+    if (format == TableFormat::Json || format == TableFormat::JsonLines) output.HoldsJson();
+    RecordPrinter printer(doc, format, texts, output);
     printer.Begin();
     for (std::size_t i = 0; i < shown + hidden; ++i) {
         printer.Print(i < shown ? doc.Shown()[i] : doc.Hidden()[i - shown]);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "cli/Text.h"
+
 namespace quillary {
 
 void Output::Grow(std::size_t size) {
@@ -15,7 +17,10 @@ void Output::Grow(std::size_t size) {
 
 bool Output::Flush() {
     if (m_result == WriteResult::Done) {
-        m_result = WriteAll(StandardStream::Output, {m_bytes.get(), m_size}, m_reason);
+        const std::string_view bytes(m_bytes.get(), m_size);
+        m_result = m_isTerminal
+                       ? WriteAll(StandardStream::Output, ShowControls(bytes, "\r\n\t", m_codePointPrefix), m_reason)
+                       : WriteAll(StandardStream::Output, bytes, m_reason);
     }
     m_size = 0;
     return m_result == WriteResult::Done;

@@ -1,4 +1,5 @@
-// Collects what a command prints on standard output and writes it in large pieces.
+// Collects what a command prints on standard output and writes it in large pieces. A terminal is shown control
+// characters, which it would obey, as their code points.
 #pragma once
 
 #include <memory>
@@ -24,8 +25,12 @@ class Output {
     }
     void Took(std::size_t size) { m_size += size; }
 
+    /// What is collected is JSON, which writes a code point in its own way.
+    void HoldsJson() { m_codePointPrefix = "\\u"; }
+
     /// Writes what was collected when it is much. False when nobody reads any more, or the output cannot be written:
     /// the command may stop.
+    /// Whole characters have been collected by then.
     bool Drain() { return m_size < kPiece || Flush(); }
     bool Flush();
 
@@ -41,6 +46,8 @@ class Output {
     std::size_t m_size = 0;
     std::size_t m_capacity = 0;
     std::string m_reason;
+    std::string_view m_codePointPrefix = "U+";
+    bool m_isTerminal = IsTerminal(StandardStream::Output);
     WriteResult m_result = WriteResult::Done;
 };
 

@@ -101,27 +101,21 @@ class RecordRun {
     }
 
     std::optional<std::string> ReadValue(std::size_t field, std::string_view given, const RecordRef* present) {
-        const auto wide = m_session.Wide(given);
-        if (!wide) return std::nullopt;
-        Failure failure;
-        const auto typed = StoredText(m_doc, field, *wide, failure);
-        if (!typed) {
-            (void)m_session.Refuse(failure.text);
-            return std::nullopt;
-        }
+        const std::string name = Quoted(ForMessage(m_doc.Fields()[field].name, m_doc.Page()));
+        const auto typed = m_session.Stored(given, name);
+        if (!typed) return std::nullopt;
         // What a value already reads as stays, even where it could not be entered anew.
         const auto old = present ? FindEntry(present->Entries(), static_cast<std::uint8_t>(field)) : std::nullopt;
         if (old) {
             std::string shown;
             m_doc.AppendDisplay(*old, field, shown);
-            if (m_doc.Page().FromWide(*wide) == shown) return std::string(*old);
+            if (*typed == shown) return std::string(*old);
         }
         const EntryRules rules{m_doc.Page(), m_session.UserDateOrder(), CenturyOf(m_clock)};
         std::string stored;
         const Message refusal = AppendStoredValue(m_doc.Fields()[field], *typed, rules, stored);
         if (refusal == Message::None) return stored;
-        const std::string name = ForMessage(m_doc.Fields()[field].name, m_doc.Page());
-        (void)m_session.Refuse("Field " + Quoted(name) + ": " + RefusalText(refusal, *typed, rules));
+        (void)m_session.Refuse("Field " + name + ": " + RefusalText(refusal, *typed, rules));
         return std::nullopt;
     }
 

@@ -121,7 +121,12 @@ bool ShowsAsStored(FieldType type) {
 }  // namespace
 
 RecordPrinter::RecordPrinter(const CQuillaryDoc& doc, TableFormat format, TableTexts texts, Output& output)
-    : m_doc(doc), m_format(format), m_texts(texts), m_output(output), m_isJson(IsJson(format)) {
+    : m_doc(doc),
+      m_format(format),
+      m_texts(texts),
+      m_output(output),
+      m_isJson(IsJson(format)),
+      m_copiesAscii(doc.Page().KeepsAscii()) {
     for (std::size_t k = 0; k < doc.FieldCount(); ++k) {
         m_showsAsStored[k] =
             texts == TableTexts::Stored || (texts != TableTexts::Cells && ShowsAsStored(doc.TypeOf(k)));
@@ -178,6 +183,7 @@ std::string_view RecordPrinter::TextOf(std::size_t field, std::string_view store
 }
 
 bool RecordPrinter::PrintPlain(std::string_view text) {
+    if (!m_copiesAscii) return false;
     constexpr std::size_t kQuotes = 2;
     char* const begin = m_output.Room(text.size() + kQuotes);
     char* at = begin;

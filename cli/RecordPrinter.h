@@ -45,6 +45,7 @@ class RecordPrinter {
     TableTexts m_texts;
     Output& m_output;
     bool m_isJson;
+    bool m_copiesAscii;
     std::array<bool, kMaxFields> m_showsAsStored{};  // as long as the text is plain
     std::size_t m_row = 0;
     EntryTable m_entries;

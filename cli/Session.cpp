@@ -65,18 +65,26 @@ std::optional<std::string> Session::Stored(std::string_view argument, std::strin
     return stored;
 }
 
-bool Session::AskDatabasePassword(const CQuillaryDoc& doc) {
-    std::string password;
+void Session::ReadPassword() {
+    if (m_password) return;
+    m_password.emplace();
     if (const auto path = m_arguments.Value("--password-file")) {
         std::string reason;
-        if (!ReadFirstLine(*path, password, reason)) {
-            Complain("The password file " + *path + " cannot be read (" + reason + ").");
-            return false;
+        if (!ReadFirstLine(*path, m_password->text, reason)) {
+            m_password->refusal = "The password file " + *path + " cannot be read (" + reason + ").";
         }
     } else if (const char* given = std::getenv("QLY_PASSWORD")) {
-        password = FirstLine(given);
+        m_password->text = FirstLine(given);
     }
-    const auto wide = Utf8ToWide(password);
+}
+
+bool Session::AskDatabasePassword(const CQuillaryDoc& doc) {
+    ReadPassword();
+    if (!m_password->refusal.empty()) {
+        Complain(m_password->refusal);
+        return false;
+    }
+    const auto wide = Utf8ToWide(m_password->text);
     if (wide && doc.CheckDatabasePassword(*wide)) return true;
     Complain(MessageText(Message::WrongDatabasePassword));
     return false;
@@ -84,20 +92,37 @@ bool Session::AskDatabasePassword(const CQuillaryDoc& doc) {
 
 bool Session::Open(CQuillaryDoc& doc, const std::string& path, OpenMode mode) {
     m_told = {};
+    // A pipe may let it wait, which must not keep other programs waiting for the file.
+    if (mode == OpenMode::EditExclusive) ReadPassword();
     if (!doc.OpenDatabase(path, mode, *this)) {
         if (m_told.message == Message::None) return false;  // the password, and that was said
         Failure failure = doc.ReaderError();
         if (failure.message == Message::None) failure = m_told;
         if (failure.message != m_told.message) failure.text = m_told.text + " " + failure.text;
         (void)Refuse(failure);
+        TellOfRefusedFilesCopy(path, doc.Recovery());
         return false;
     }
-    if (doc.Recovery() == RecoveryState::Unrelated) {
+    // A command that writes is refused when it saves, which says more.
+    if (mode == OpenMode::Read) TellOfUnusedCopy(path, doc.Recovery());
+    return true;
+}
+
+void Session::TellOfRefusedFilesCopy(const std::string& path, RecoveryState recovery) const {
+    if (recovery != RecoveryState::Unrelated) return;
+    Complain("A save of " + path +
+             " that did not end has left a copy; opening this path in Quillary's window offers it.");
+}
+
+void Session::TellOfUnusedCopy(const std::string& path, RecoveryState recovery) {
+    if (recovery == RecoveryState::Unrelated) {
         Complain("There is a recovery copy of " + path +
                  " from a save that did not end, but the file has changed since. The file is used as it is; opening it "
                  "in Quillary's window offers the copy.");
+    } else if (recovery == RecoveryState::OtherVersions) {
+        Complain(FormatMessage(Message::OtherVersionsCopy, {m_files.RecoveryPath(path).string()}) +
+                 " The file is used as it is.");
     }
-    return true;
 }
 
 ExitStatus Session::OutputFailed() const { return Refuse("The output cannot be written (" + m_output.Reason() + ")."); }

@@ -43,8 +43,12 @@ class Session : private Questions {
     /// An argument as it is stored; `place` says in the message what cannot hold its characters.
     [[nodiscard]] std::optional<std::string> Stored(std::string_view argument, std::string_view place) const;
 
-    /// False with a message when `path` is not opened.
+    /// False with a message when `path` is not opened. Tells a command that reads of an unused recovery copy.
     [[nodiscard]] bool Open(CQuillaryDoc& doc, const std::string& path, OpenMode mode);
+    /// Says that the file at `path` is read without the recovery copy that was found, when that is so.
+    void TellOfUnusedCopy(const std::string& path, RecoveryState recovery);
+    /// Says that a copy lies there for a file that is no database, or gone.
+    void TellOfRefusedFilesCopy(const std::string& path, RecoveryState recovery) const;
     /// Makes the database of `doc` a new file.
     [[nodiscard]] ExitStatus SaveAs(CQuillaryDoc& doc, const std::string& path, std::string_view name);
     /// Writes the collected output, so that a command whose output fails changes nothing. False when it fails.
@@ -58,8 +62,14 @@ class Session : private Questions {
     [[nodiscard]] ExitStatus Finish(ExitStatus status);
 
   private:
+    struct GivenPassword {
+        std::string text;
+        std::string refusal;  // why it could not be read
+    };
+
     void Tell(const Failure& failure) override { m_told = failure; }
     [[nodiscard]] bool AskDatabasePassword(const CQuillaryDoc& doc) override;
+    void ReadPassword();
     [[nodiscard]] ExitStatus OutputFailed() const;
 
     const Command& m_command;
@@ -69,6 +79,7 @@ class Session : private Questions {
     std::optional<DateOrder> m_givenOrder;
     Output m_output;
     Failure m_told;
+    std::optional<GivenPassword> m_password;  // once its source was read
 };
 
 /// "A", "B" and "C": what a message lists.

@@ -14,8 +14,7 @@ namespace quillary {
 
 namespace {
 
-// ASCII without NUL: the same in UTF-8 and in every code page.
-bool IsSameInEveryPage(std::string_view text) {
+bool IsAsciiWithoutNul(std::string_view text) {
     constexpr std::uint64_t kOnes = 0x0101010101010101u;
     constexpr std::uint64_t kHighBits = 0x8080808080808080u;
     std::size_t i = 0;
@@ -34,6 +33,10 @@ TableReader::TableReader(std::string_view table, const AnsiText& page) : m_csv(t
 bool TableReader::FailWith(std::string error) {
     m_error = std::move(error);
     return false;
+}
+
+std::string TableReader::AtRow(std::string_view text) const {
+    return "Row " + std::to_string(m_csv.Row()) + ": " + std::string(text);
 }
 
 std::string TableReader::AtColumn(std::size_t column, std::string_view text) const {
@@ -88,7 +91,7 @@ bool TableReader::NextRow() {
 
 std::optional<std::string_view> TableReader::Value(std::size_t column) {
     const std::string_view value = m_cells[column].Value(m_unquoted);
-    if (IsSameInEveryPage(value)) return value;
+    if (m_page.KeepsAscii() && IsAsciiWithoutNul(value)) return value;
     const auto wide = Utf8ToWide(value);
     if (!wide) {
         m_error = AtColumn(column, "the value is no UTF-8 text.");

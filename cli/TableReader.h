@@ -30,6 +30,8 @@ class TableReader {
 
     /// Empty as long as nothing was refused.
     [[nodiscard]] const std::string& Error() const { return m_error; }
+    /// "Row 7: " and `text`.
+    [[nodiscard]] std::string AtRow(std::string_view text) const;
     /// "Row 7, column Due: " and `text`.
     [[nodiscard]] std::string AtColumn(std::size_t column, std::string_view text) const;
     [[nodiscard]] std::size_t Position() const { return m_csv.Position(); }

@@ -5,6 +5,7 @@
 #include <limits>
 #include <numeric>
 
+#include "db/Ascii.h"
 #include "db/TextEntry.h"
 
 namespace quillary {
@@ -46,8 +47,6 @@ void AppendJsonString(std::string_view utf8, std::string& out) {
 
 namespace {
 
-constexpr char kUpperHexDigits[] = "0123456789ABCDEF";
-
 // Insertions, removals, replacements and exchanges of neighbours between two texts.
 std::size_t MistakesBetween(std::string_view a, std::string_view b) {
     std::vector<std::size_t> beforeLast(b.size() + 1);
@@ -72,25 +71,13 @@ std::string_view WithoutDashes(std::string_view option) {
     return option.substr(std::min(option.find_first_not_of('-'), option.size()));
 }
 
-std::string LowerCase(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    return lower;
-}
-
-// Of a control character, which has two digits.
-void AppendCodePoint(unsigned character, std::string& out) {
-    out += "U+00";
-    out.push_back(kUpperHexDigits[character >> 4]);
-    out.push_back(kUpperHexDigits[character & 0x0F]);
-}
-
 }  // namespace
 
 std::string NearestNameHint(std::string_view typed, const std::vector<std::string_view>& names) {
     constexpr std::size_t kLettersAMistake = 3;
     constexpr std::size_t kLongestName = 32;
-    const std::string word = LowerCase(WithoutDashes(typed.substr(0, kLongestName)));
+    std::string word(WithoutDashes(typed.substr(0, kLongestName)));
+    std::transform(word.begin(), word.end(), word.begin(), AsciiLower);
     std::string_view nearest;
     std::size_t fewest = kLongestName;
     for (const std::string_view name : names) {
@@ -109,24 +96,28 @@ std::string Quoted(std::string_view text) {
     return quoted.append(text).append(1, '"');
 }
 
-std::string OneLine(std::string_view utf8) {
-    std::string line;
+std::string ShowControls(std::string_view utf8, std::string_view kept, std::string_view prefix) {
+    constexpr char kHexDigits[] = "0123456789ABCDEF";
+    std::string shown;
     for (std::size_t i = 0; i < utf8.size(); ++i) {
         const auto byte = static_cast<unsigned char>(utf8[i]);
         const auto next = i + 1 < utf8.size() ? static_cast<unsigned char>(utf8[i + 1]) : 0u;
-        if (byte == '\n' || byte == '\r' || byte == '\t') {
-            line += ' ';
-        } else if (byte < 0x20 || byte == 0x7F) {
-            AppendCodePoint(byte, line);
-        } else if (byte == 0xC2 && next >= 0x80 && next < 0xA0) {  // terminals obey these too
-            AppendCodePoint(next, line);
-            ++i;
-        } else {
-            line += utf8[i];
+        const bool isHigh = byte == 0xC2 && next >= 0x80 && next < 0xA0;  // terminals obey these too
+        const bool isControl = isHigh || byte < 0x20 || byte == 0x7F;
+        if (!isControl || kept.find(utf8[i]) != kept.npos) {
+            shown += utf8[i];
+            continue;
         }
+        const unsigned codePoint = isHigh ? next : byte;
+        shown.append(prefix).append("00");
+        shown.push_back(kHexDigits[codePoint >> 4]);
+        shown.push_back(kHexDigits[codePoint & 0x0F]);
+        if (isHigh) ++i;
     }
-    return line;
+    return shown;
 }
+
+std::string OneLine(std::string_view utf8) { return ShowControls(utf8, ""); }
 
 std::string Counted(std::uint64_t number, std::string_view noun) {
     return std::to_string(number).append(" ").append(noun).append(number == 1 ? "" : "s");

@@ -19,8 +19,10 @@ void AppendJsonString(std::string_view utf8, std::string& out);
 /// or begun and not ended. Empty when there is none.
 [[nodiscard]] std::string NearestNameHint(std::string_view typed, const std::vector<std::string_view>& names);
 
-/// `utf8` as one line that does no harm to a terminal: line breaks and tabs become blanks, other control characters
-/// their code points, as "U+001B".
+/// `utf8` with its control characters, but those in `kept`, as their code points, "U+001B": a terminal would obey them.
+[[nodiscard]] std::string ShowControls(std::string_view utf8, std::string_view kept, std::string_view prefix = "U+");
+
+/// `utf8` on one line: ShowControls that keeps none.
 [[nodiscard]] std::string OneLine(std::string_view utf8);
 
 /// "1 record", "2 records".

@@ -75,10 +75,22 @@ AnsiText::AnsiText(std::string name, const Table& table) : m_name(std::move(name
             m_fold[b] = static_cast<std::uint8_t>(first - table.begin());
         }
     }
+    m_keepsAscii = FindOutWhetherItKeepsAscii();
 }
 
 AnsiText::AnsiText(std::string name, Converter converter)
-    : m_name(std::move(name)), m_converter(std::make_shared<const Converter>(std::move(converter))) {}
+    : m_name(std::move(name)), m_converter(std::make_shared<const Converter>(std::move(converter))) {
+    m_keepsAscii = FindOutWhetherItKeepsAscii();
+}
+
+bool AnsiText::FindOutWhetherItKeepsAscii() const {
+    for (char16_t c = 1; c < 0x80; ++c) {
+        const std::u16string wide(1, c);
+        const std::string bytes(1, static_cast<char>(c));
+        if (ToWide(bytes) != wide || FromWide(wide) != bytes) return false;
+    }
+    return true;
+}
 
 std::optional<std::uint8_t> AnsiText::ByteOf(char16_t unit) const {
     const std::uint8_t byte = m_fromWide[m_pageOfHighByte[unit >> 8]][unit & 0xFF];

@@ -34,13 +34,16 @@ class AnsiText {
 
     [[nodiscard]] const std::string& Name() const { return m_name; }
     [[nodiscard]] bool IsSingleByte() const { return !m_converter; }
+    /// Whether ASCII texts without NUL are the same bytes in UTF-8 and in the page, both ways. Not in pages that have a
+    /// currency sign in a backslash's place.
+    [[nodiscard]] bool KeepsAscii() const { return m_keepsAscii; }
 
     [[nodiscard]] std::u16string ToWide(std::string_view bytes) const;
     void AppendUtf8(std::string_view bytes, std::string& out) const;
     [[nodiscard]] std::string ToUtf8(std::string_view bytes) const;
 
-    /// The bytes that store `text`, or nullopt when it holds U+00FF, U+0000 or a character that the page lacks;
-    /// `unstorable` then receives these characters, each once.
+    /// The bytes that store `text`, or nullopt when it holds a character that the page lacks or stores with a byte FF
+    /// or 00 (U+00FF in Windows-1252); `unstorable` then receives these characters, each once.
     [[nodiscard]] std::optional<std::string> FromWide(std::u16string_view text,
                                                       std::u16string* unstorable = nullptr) const;
 
@@ -64,12 +67,14 @@ class AnsiText {
 
   private:
     [[nodiscard]] std::optional<std::uint8_t> ByteOf(char16_t unit) const;
+    [[nodiscard]] bool FindOutWhetherItKeepsAscii() const;
     [[nodiscard]] bool StoreSingleBytes(std::u16string_view text, std::string& bytes) const;
     /// Appends its bytes; false, with nothing appended, for a character that no text may hold.
     [[nodiscard]] bool AppendStored(std::u16string_view character, std::string& bytes) const;
 
     std::string m_name;
     std::shared_ptr<const Converter> m_converter;  // null for a single-byte page
+    bool m_keepsAscii = false;
     Table m_toWide{};
     std::array<std::uint8_t, 65536 / 256> m_pageOfHighByte{};  // index into m_fromWide
     std::vector<std::array<std::uint8_t, 256>> m_fromWide;     // 0 = no such character

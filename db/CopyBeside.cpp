@@ -14,7 +14,7 @@ bool CopyBeside(FileAccess& files, const Path& original, std::string_view image,
         const std::string mark = n == 1 ? " (copy)" : " (copy " + std::to_string(n) + ")";
         copy = original;
         copy.replace_filename(original.stem().native() + mark + original.extension().native());
-        file = files.Create(copy, error);
+        file = files.CreateLike(copy, original, error);
     }
     if (file && file->WriteAt(0, image, error) && file->Flush(error)) return true;
     failure.Set(Message::NotCopied, {error.reason});

@@ -8,8 +8,8 @@
 
 namespace quillary {
 
-/// Writes `image` beside `original` as "NAME (copy).pdb", or "(copy 2)" and so on where that is taken. On failure no
-/// file is left behind. `copy` receives the path.
+/// Writes `image` beside `original` as "NAME (copy).pdb", or "(copy 2)" and so on where that is taken, for
+/// those who may read the original. On failure no file is left behind. `copy` receives the path.
 [[nodiscard]] bool CopyBeside(FileAccess& files, const Path& original, std::string_view image, Path& copy,
                               Failure& failure);
 /// The same with what the file holds by now, or would hold once a stopped save is completed. It is not changed.

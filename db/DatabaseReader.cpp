@@ -102,9 +102,7 @@ bool CDatabaseReader::ReadSchema() {
     for (std::uint8_t k = 0; k < kMaxFields; ++k) {
         const auto name = FindEntry(labels, k);
         if (!name || name->empty()) break;
-        const auto width = FindEntry(lengths, k);
-        m_columns.push_back(
-            {*name, FindEntry(types, k).value_or(std::string_view{}), width ? ReadDecimal(*width) : kDefaultWidth});
+        m_columns.push_back({*name, FindEntry(types, k).value_or(std::string_view{}), FindEntry(lengths, k)});
     }
     return true;
 }
@@ -121,10 +119,15 @@ std::optional<std::string_view> CDatabaseReader::ColumnTypeText(std::size_t k) {
     return std::nullopt;
 }
 
-std::int32_t CDatabaseReader::ColumnWidth(std::size_t k) {
+std::optional<std::string_view> CDatabaseReader::ColumnWidthText(std::size_t k) {
     if (k < m_columns.size()) return m_columns[k].width;
     m_error = Message::InvalidColumn;
-    return kDefaultWidth;
+    return std::nullopt;
+}
+
+std::int32_t CDatabaseReader::ColumnWidth(std::size_t k) {
+    const auto width = ColumnWidthText(k);
+    return width ? ReadDecimal(*width) : kDefaultWidth;
 }
 
 std::optional<std::string_view> CDatabaseReader::Preference(std::uint8_t k) const {

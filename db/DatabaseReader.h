@@ -29,6 +29,8 @@ class CDatabaseReader {
     [[nodiscard]] std::size_t ColumnCount() const { return m_columns.size(); }
     [[nodiscard]] std::optional<std::string_view> ColumnName(std::size_t k);
     [[nodiscard]] std::optional<std::string_view> ColumnTypeText(std::size_t k);
+    /// What the width was read from, if anything.
+    [[nodiscard]] std::optional<std::string_view> ColumnWidthText(std::size_t k);
     /// 80 for a column that does not exist, with the error text set.
     [[nodiscard]] std::int32_t ColumnWidth(std::size_t k);
 
@@ -53,7 +55,7 @@ class CDatabaseReader {
     struct Column {
         std::string_view name;
         std::string_view type;
-        std::int32_t width;
+        std::optional<std::string_view> width;
     };
     static constexpr std::size_t kNoIndex = static_cast<std::size_t>(-1);
 

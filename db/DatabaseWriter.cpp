@@ -121,8 +121,7 @@ bool EncodeDatabase(DatabaseContent& content, Image& image, Failure& failure) {
     }
     const std::string types = SchemaEntries(content.fields, kPaddingType, StoredFieldType);
     const std::string labels = SchemaEntries(content.fields, {}, [](const Field& field) { return field.name; });
-    const std::string lengths = SchemaEntries(content.fields, std::to_string(kDefaultWidth),
-                                              [](const Field& field) { return std::to_string(field.width); });
+    const std::string lengths = SchemaEntries(content.fields, std::to_string(kDefaultWidth), StoredFieldWidth);
     const std::string preferences = PreferenceEntries(content);
 
     const std::size_t entryCount = records + kSchemaRecords;
@@ -130,7 +129,7 @@ bool EncodeDatabase(DatabaseContent& content, Image& image, Failure& failure) {
     const std::size_t firstRecordAt = appInfoAt + kAppInfoWrittenSize;
     const std::uint64_t size = firstRecordAt + kSchemaRecords * kRecordOverhead + types.size() + labels.size() +
                                lengths.size() + preferences.size() + SizeOf(content.shown) + SizeOf(content.hidden);
-    if (size > kMaxWrittenSize) {
+    if (size > kMaxReadSize) {
         failure.Set(Message::ImageTooLarge);
         return false;
     }

@@ -28,7 +28,7 @@ struct DatabaseContent {
 };
 
 /// Builds the image and moves the records of `content` onto it, category bytes included. False, with `content` as it
-/// was, when there are too many records or the image would exceed 4 GiB - 1.
+/// was, when there are too many records or the image would be larger than what is read.
 [[nodiscard]] bool EncodeDatabase(DatabaseContent& content, Image& image, Failure& failure);
 
 /// Conditions and keys out of the block, for format version 3 and up; those that name no field are left out.

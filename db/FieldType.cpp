@@ -93,15 +93,17 @@ std::string EncodeFieldType(FieldType type, const FieldOptions& options) {
 }
 
 std::string StoredFieldType(const Field& field) {
-    if (!field.storedType.empty()) {
-        FieldType type{};
-        FieldOptions options;
-        DecodeFieldType(field.storedType, type, options);
-        if (type == field.type && EncodeFieldType(type, options) == EncodeFieldType(field.type, field.options)) {
-            return field.storedType;
-        }
-    }
-    return EncodeFieldType(field.type, field.options);
+    const std::string encoded = EncodeFieldType(field.type, field.options);
+    if (!field.storedType) return encoded;
+    FieldType type{};
+    FieldOptions options;
+    DecodeFieldType(*field.storedType, type, options);
+    return type == field.type && EncodeFieldType(type, options) == encoded ? *field.storedType : encoded;
+}
+
+std::string StoredFieldWidth(const Field& field) {
+    const bool isKept = field.storedWidth && ReadDecimal(*field.storedWidth) == field.width;
+    return isKept ? *field.storedWidth : std::to_string(field.width);
 }
 
 void DecodeFieldType(std::string_view stored, FieldType& type, FieldOptions& options) {

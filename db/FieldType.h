@@ -53,9 +53,10 @@ struct Field {
     FieldType type = FieldType::Text;
     FieldOptions options;
     std::int32_t width = kDefaultWidth;  // pixels, as stored; ShownWidth is what a list uses
-    /// The type text that the field was read from. It is written back as it was, unknown letters included, until the
-    /// type or its options are changed.
-    std::string storedType;
+    /// The texts that type and width were read from, if they were read. They are written back as they were, unknown
+    /// letters included, until what they mean is changed.
+    std::optional<std::string> storedType = std::nullopt;
+    std::optional<std::string> storedWidth = std::nullopt;
 
     bool operator==(const Field&) const = default;
 };
@@ -67,6 +68,8 @@ struct Field {
 [[nodiscard]] std::string EncodeFieldType(FieldType type, const FieldOptions& options);
 /// What to write for `field`: the text it was read from while that still means the field's type and options.
 [[nodiscard]] std::string StoredFieldType(const Field& field);
+/// The same for the width.
+[[nodiscard]] std::string StoredFieldWidth(const Field& field);
 /// A text that is no known type reads as Text with default options.
 void DecodeFieldType(std::string_view stored, FieldType& type, FieldOptions& options);
 

@@ -77,6 +77,12 @@ class FileAccess {
     [[nodiscard]] virtual std::unique_ptr<LockedFile> Open(const Path& path, LockKind lock, FileError& error) = 0;
     /// Makes a new file, locked exclusively; its folder must exist. `Exists` when the name is taken.
     [[nodiscard]] virtual std::unique_ptr<LockedFile> Create(const Path& path, FileError& error) = 0;
+    /// The same, with the permissions of `original`, or for the user alone when there is no such file. A disk without
+    /// permissions has but the one way.
+    [[nodiscard]] virtual std::unique_ptr<LockedFile> CreateLike(const Path& path, const Path& /*original*/,
+                                                                 FileError& error) {
+        return Create(path, error);
+    }
     /// A file that is not there is no error.
     [[nodiscard]] virtual bool Remove(const Path& path, FileError& error) = 0;
     /// Gives the file another name in its folder; `Exists` when that is taken.
@@ -103,9 +109,11 @@ class FileAccess {
     /// The recovery file's bytes; false with NotFound when there is none.
     [[nodiscard]] virtual bool ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) = 0;
     /// Replaces the recovery file (mode 0600, its folder is made) by the two pieces one after the other, and flushes
-    /// file and name to the disk.
+    /// file and name to the disk. Whenever it is stopped, the earlier one is there or the new one, whole.
     [[nodiscard]] virtual bool WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body,
                                              FileError& error) = 0;
+    /// Removes what a WriteRecovery that was stopped has left beside the recovery file.
+    virtual void DropUnfinishedRecovery(const Path& /*recoveryPath*/) {}
 };
 
 }  // namespace quillary

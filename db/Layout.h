@@ -11,8 +11,8 @@ namespace quillary {
 inline constexpr std::size_t kMaxFields = 20;
 inline constexpr std::size_t kSchemaRecords = 4;
 inline constexpr std::size_t kMaxRecords = 65535 - kSchemaRecords;  // the count is a 16-bit number
-inline constexpr std::uint64_t kMaxWrittenSize = 0xFFFFFFFFu;       // offsets are 32-bit numbers
-inline constexpr std::uint64_t kMaxReadSize = 1u << 30;             // larger files are not opened
+inline constexpr std::uint64_t kMaxReadSize = 1u << 30;             // larger files are neither opened nor written
+static_assert(kMaxReadSize <= 0xFFFFFFFFu);                         // offsets are 32-bit numbers
 
 // Header
 inline constexpr std::size_t kHeaderSize = 78;

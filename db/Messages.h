@@ -31,13 +31,15 @@ enum class Message {
     TooManyRecords,      // %s: what was refused
     ChangedByAnother,    // another program wrote the file since it was read
     FileBusy,            // another program holds the file's lock
-    RecoveryNotWritten,  // %s: path, %s: the system's reason
+    RecoveryNotWritten,  // %s: path, %s: the system's reason, %s: what became of the database
     UndecidedCopy,       // %s: path of the copy
+    CopyOfMissing,       // %s: path of the copy
     OtherVersionsCopy,   // %s: path of the copy
-    WriteFailed,         // %s: the system's reason; the file is as it was
+    WriteFailed,         // %s: the system's reason, %s: what became of the file
     WriteFailedTorn,     // %s: the system's reason; the recovery file completes it at the next opening
     ReadOnly,
-    NotSaved,
+    NotSaved,    // %s: the database's name
+    FileGone,    // %s: its path
     NotDeleted,  // %s: the system's reason
     NotCopied,   // %s: the system's reason
     NotRenamed,  // %s: the system's reason
@@ -48,6 +50,8 @@ enum class Message {
     // Texts
     UnstorableCharacters,  // %s: where they stand, %s: the characters
     HidesField,            // %s: the byte's name, %s: field, %s: hidden field, %s: field, %s: the byte's name
+    OutOfOrder,            // %s: field
+    TextsOverlap,
     NameMissing,
     ImpossibleName,  // %s: the name
     NotANumber,      // %s: text

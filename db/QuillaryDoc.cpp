@@ -47,11 +47,16 @@ std::string WithoutHidingBytes(std::string_view text, std::size_t entry, std::si
 std::vector<Field> FieldsOf(CDatabaseReader& reader) {
     std::vector<Field> fields(reader.ColumnCount());
     for (std::size_t k = 0; k < fields.size(); ++k) {
-        fields[k].name = WithoutHidingBytes(reader.ColumnName(k).value_or(std::string_view{}), k, fields.size());
-        fields[k].storedType =
+        Field& field = fields[k];
+        field.name = WithoutHidingBytes(reader.ColumnName(k).value_or(std::string_view{}), k, fields.size());
+        std::string type =
             WithoutHidingBytes(reader.ColumnTypeText(k).value_or(std::string_view{}), k, fields.size() - 1);
-        fields[k].width = reader.ColumnWidth(k);
-        DecodeFieldType(fields[k].storedType, fields[k].type, fields[k].options);
+        DecodeFieldType(type, field.type, field.options);
+        field.storedType = std::move(type);
+        field.width = reader.ColumnWidth(k);
+        if (const auto width = reader.ColumnWidthText(k)) {
+            field.storedWidth = WithoutHidingBytes(*width, k, fields.size() - 1);
+        }
     }
     return fields;
 }
@@ -171,11 +176,16 @@ bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
         return false;
     }
     FileError error;
+    const auto refuse = [&] {
+        m_readerError = ReaderFailure(error);
+        if (error.kind == FileError::Kind::NotFound) m_recovery = RecoveryOfMissing(m_files, path);
+        return false;
+    };
     LoadedFile loaded;
     if (mode == OpenMode::EditExclusive) {
         m_held = m_files.Open(path, LockKind::Exclusive, error);
         if (!m_held) {
-            m_readerError = ReaderFailure(error);
+            (void)refuse();
             if (error.kind == FileError::Kind::Denied) m_readerError.Set(Message::UnableToOpenForWriting);
             return false;
         }
@@ -186,10 +196,8 @@ bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
     }
     m_readOnly = mode == OpenMode::Edit && !m_files.CanWrite(path);
     const LoadMode loadMode = mode == OpenMode::Read || m_readOnly ? LoadMode::Read : LoadMode::Complete;
-    if (!LoadDatabaseFile(m_files, path, loadMode, m_held.get(), loaded, error)) {
-        m_readerError = ReaderFailure(error);
-        return false;
-    }
+    if (!LoadDatabaseFile(m_files, path, loadMode, m_held.get(), loaded, error)) return refuse();
+    m_recovery = loaded.recovery;
     if (!IsDatabaseImage(loaded.image->Bytes())) return false;
 
     CDatabaseReader reader;
@@ -219,7 +227,6 @@ bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
     m_path = path;
     m_fileImage = loaded.image;
     m_stamp = loaded.stamp;
-    m_recovery = loaded.recovery;
     m_formatVersion = content.appInfo.FormatVersion();
     m_foreignRecords = reader.ForeignRecordCount();
     m_content = std::move(content);
@@ -239,9 +246,11 @@ bool CQuillaryDoc::OpenDatabase(const Path& path, OpenMode mode, Questions& ques
     if (!WithinMemory(m_readerError, [&] { return Load(path, mode); })) {
         Failure told = m_readerError;
         if (!IsToldAsItIs(told.message)) told.Set(Message::InvalidDatabaseFile);
-        const bool result = giveUp();
+        const RecoveryState recovery = m_recovery;
+        (void)giveUp();
+        m_recovery = recovery;
         questions.Tell(told);
-        return result;
+        return false;
     }
     if (DatabasePasswordHash() != 0 && !questions.AskDatabasePassword(*this)) return giveUp();
     return true;
@@ -369,6 +378,7 @@ std::int32_t CQuillaryDoc::FieldWidth(std::size_t k) const {
 void CQuillaryDoc::SetFieldWidth(std::size_t k, std::int32_t pixels) {
     if (k >= FieldCount() || m_content.fields[k].width == pixels) return;
     m_content.fields[k].width = pixels;
+    m_content.fields[k].storedWidth.reset();
     Changed();
 }
 

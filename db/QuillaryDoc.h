@@ -69,6 +69,7 @@ class CQuillaryDoc {
     [[nodiscard]] const Path& FilePath() const { return m_path; }
     [[nodiscard]] bool IsModified() const { return m_modified; }
     [[nodiscard]] bool IsReadOnly() const { return m_readOnly; }
+    /// After a database that was not opened too, when that is for want of a valid file at its path.
     [[nodiscard]] RecoveryState Recovery() const { return m_recovery; }
     /// The whole file as last read or written.
     [[nodiscard]] std::string_view FileImage() const;

@@ -35,6 +35,22 @@ std::string_view TextFrom(std::string_view entries, std::size_t begin) {
     return end ? rest.substr(0, static_cast<std::size_t>(static_cast<const char*>(end) - rest.data())) : rest;
 }
 
+// Up to this size, texts that lie in each other do no harm apart.
+constexpr std::size_t kSmallRecord = 1 << 20;
+
+std::size_t SizeOf(const std::vector<Entry>& entries) {
+    std::size_t size = 0;
+    for (const Entry& entry : entries) size += 2 + entry.text.size();
+    return size;
+}
+
+std::string Joined(const std::vector<Entry>& entries) {
+    std::string joined;
+    joined.reserve(SizeOf(entries));
+    for (const Entry& entry : entries) AppendEntry(joined, entry.number, entry.text);
+    return joined;
+}
+
 }  // namespace
 
 std::string_view EntriesOf(std::string_view bytes) {
@@ -81,6 +97,7 @@ std::optional<std::vector<Entry>> WalkEntries(std::string_view entries) {
     std::vector<Entry> walked;
     for (std::size_t at = 0; at < entries.size();) {
         if (entries[at] != '\0' || at + 1 == entries.size()) return std::nullopt;
+        if (walked.size() == kMaxEntries) return std::nullopt;
         const std::string_view text = TextFrom(entries, at + 2);
         walked.push_back({static_cast<std::uint8_t>(entries[at + 1]), text});
         at += 2 + text.size();
@@ -93,7 +110,10 @@ void AppendEntry(std::string& entries, std::uint8_t number, std::string_view tex
     entries.append(head, sizeof head).append(text);
 }
 
-std::string RewriteEntries(std::string_view entries, std::span<const Entry> changes, std::size_t fieldCount) {
+std::optional<std::string> RewriteEntries(std::string_view entries, std::span<const Entry> changes,
+                                          std::size_t fieldCount) {
+    std::size_t mostSize = 2 * entries.size() + kSmallRecord;
+    for (const Entry& change : changes) mostSize += change.text.size();
     auto kept = WalkEntries(entries);
     if (!kept) {
         kept.emplace();
@@ -113,12 +133,16 @@ std::string RewriteEntries(std::string_view entries, std::span<const Entry> chan
             kept->insert(behind, change);
         }
     }
-    std::string rewritten;
-    std::size_t size = 0;
-    for (const Entry& entry : *kept) size += 2 + entry.text.size();
-    rewritten.reserve(size);
-    for (const Entry& entry : *kept) AppendEntry(rewritten, entry.number, entry.text);
-    return rewritten;
+    if (SizeOf(*kept) > mostSize) return std::nullopt;
+    return Joined(*kept);
+}
+
+std::string InOrder(std::string_view entries) {
+    auto walked = WalkEntries(entries);
+    if (!walked) return std::string(entries);
+    std::stable_sort(walked->begin(), walked->end(),
+                     [](const Entry& a, const Entry& b) { return a.number < b.number; });
+    return Joined(*walked);
 }
 
 std::optional<HiddenField> FieldHiddenBy(std::string_view text, std::size_t field, std::size_t fieldCount) {

@@ -60,16 +60,23 @@ struct Entry {
     std::string_view text;
 };
 
-/// The entries by walking from one to the next, or nullopt when the record is not made so.
+/// A number is one byte, so a record with more entries repeats some, and would need many times its memory to be walked.
+inline constexpr std::size_t kMaxEntries = 256;
+/// The entries by walking from one to the next, or nullopt when the record is not made so or has over kMaxEntries.
 [[nodiscard]] std::optional<std::vector<Entry>> WalkEntries(std::string_view entries);
 
 void AppendEntry(std::string& entries, std::uint8_t number, std::string_view text);
 
 /// The record with the entries of `changes` (ascending numbers) replaced or added. Every other entry is kept byte for
 /// byte, entries beyond the last field included, as walking finds them; only a record that cannot be walked is taken
-/// apart by the scan, into its first `fieldCount` entries.
-[[nodiscard]] std::string RewriteEntries(std::string_view entries, std::span<const Entry> changes,
-                                         std::size_t fieldCount);
+/// apart by the scan, into its first `fieldCount` entries. nullopt when these lie in each other, so that apart they
+/// would take several times the record's memory.
+[[nodiscard]] std::optional<std::string> RewriteEntries(std::string_view entries, std::span<const Entry> changes,
+                                                        std::size_t fieldCount);
+
+/// The same entries in the order of their numbers; those with the same one stay in their order. As they are when the
+/// record cannot be walked.
+[[nodiscard]] std::string InOrder(std::string_view entries);
 
 /// The first field that the scan would no longer find behind `text` in field `field`, with the byte that hides it.
 struct HiddenField {

@@ -27,16 +27,40 @@ bool SetHides(const CQuillaryDoc& doc, std::size_t field, char byte, std::size_t
     return false;
 }
 
-// Names the text behind which field `hidden` of `entries` cannot be found.
-bool RefuseHidden(const CQuillaryDoc& doc, std::string_view entries, std::uint8_t hidden, Failure& failure) {
-    std::size_t hiding = 0;
+// The first entry of `changes` that the scan does not find in `entries`.
+const Entry* FirstLost(std::string_view entries, std::span<const Entry> changes) {
+    const auto lost = std::find_if(changes.begin(), changes.end(), [entries](const Entry& change) {
+        return FindEntry(entries, change.number) != change.text;
+    });
+    return lost == changes.end() ? nullptr : &*lost;
+}
+
+// Names the text that stays and behind which the new one could not be found, in a file that another program made.
+bool RefuseLost(const CQuillaryDoc& doc, std::string_view entries, std::uint8_t lost, Failure& failure) {
+    const auto byte = static_cast<char>(lost);
     if (const auto walked = WalkEntries(entries)) {
-        const auto found = std::find_if(walked->begin(), walked->end(), [hidden](const Entry& entry) {
-            return entry.text.find(static_cast<char>(hidden)) != entry.text.npos;
-        });
-        if (found != walked->end() && found->number < doc.FieldCount()) hiding = found->number;
+        for (const Entry& entry : *walked) {
+            if (entry.number == lost) break;
+            if (entry.number >= doc.FieldCount() || entry.text.find(byte) == entry.text.npos) continue;
+            return SetHides(doc, entry.number, byte, lost, failure);
+        }
     }
-    return SetHides(doc, hiding, static_cast<char>(hidden), hidden, failure);
+    failure.Set(Message::OutOfOrder, {WideToUtf8(doc.FieldName(lost))});
+    return false;
+}
+
+// The entries in order, when every field then reads as it did, or as `changes` say.
+std::optional<std::string> OrderedEntries(const CQuillaryDoc& doc, std::string_view entries, std::string_view rewritten,
+                                          std::span<const Entry> changes) {
+    std::string ordered = InOrder(rewritten);
+    if (FirstLost(ordered, changes)) return std::nullopt;
+    for (std::size_t k = 0; k < doc.FieldCount(); ++k) {
+        const auto number = static_cast<std::uint8_t>(k);
+        const bool isChanged = std::any_of(changes.begin(), changes.end(),
+                                           [number](const Entry& change) { return change.number == number; });
+        if (!isChanged && FindEntry(ordered, number) != FindEntry(entries, number)) return std::nullopt;
+    }
+    return ordered;
 }
 
 }  // namespace
@@ -108,13 +132,18 @@ bool CommitRecord(CQuillaryDoc& doc, std::size_t row, std::span<const EnteredVal
     }
     if (changes.empty()) return true;
     std::sort(changes.begin(), changes.end(), [](const Entry& a, const Entry& b) { return a.number < b.number; });
-    const std::string rewritten = RewriteEntries(entries, changes, doc.FieldCount());
-    for (const Entry& change : changes) {
-        // A text that stays may hide it already, in a file that another program made.
-        if (FindEntry(rewritten, change.number) != change.text)
-            return RefuseHidden(doc, rewritten, change.number, failure);
+    auto rewritten = RewriteEntries(entries, changes, doc.FieldCount());
+    if (!rewritten) {
+        failure.Set(Message::TextsOverlap);
+        return false;
     }
-    doc.ReplaceRecord(row, rewritten);
+    if (const Entry* lost = FirstLost(*rewritten, changes)) {
+        // Entry 0 is found in the first place alone, and another program may have put it elsewhere.
+        auto ordered = OrderedEntries(doc, entries, *rewritten, changes);
+        if (!ordered) return RefuseLost(doc, *rewritten, lost->number, failure);
+        rewritten = std::move(ordered);
+    }
+    doc.ReplaceRecord(row, *rewritten);
     changed = true;
     return true;
 }

@@ -11,8 +11,9 @@ namespace quillary {
 namespace {
 
 constexpr std::string_view kMagic = "QlyRecov";
-constexpr std::uint32_t kFormat = 1;
+constexpr std::uint16_t kFormat = 1;
 constexpr std::size_t kFormatAt = 8;
+constexpr std::size_t kPurposeAt = 10;
 constexpr std::size_t kPathLengthAt = 12;
 constexpr std::size_t kDeviceAt = 16;
 constexpr std::size_t kCutBlockAt = 24;
@@ -74,11 +75,12 @@ std::uint64_t Hash64(std::string_view bytes) {
 }
 
 std::string RecoveryFile::Head(const Path& canonicalPath, const FileStamp& file, std::string_view oldImage,
-                               std::string_view newImage) {
+                               std::string_view newImage, Purpose purpose) {
     const std::string& path = canonicalPath.native();
     std::string head(kFixedSize + path.size() + (BlockCount(oldImage.size()) + 1) * kHashSize, '\0');
     kMagic.copy(head.data(), kMagic.size());
     Store(head, kFormatAt, kFormat);
+    Store(head, kPurposeAt, purpose);
     Store(head, kPathLengthAt, static_cast<std::uint32_t>(path.size()));
     Store(head, kDeviceAt, file.device);
     Store(head, kCutBlockAt, Hash64(CutBlock(oldImage, newImage.size())));
@@ -97,21 +99,22 @@ std::string RecoveryFile::Head(const Path& canonicalPath, const FileStamp& file,
 
 bool RecoveryFile::IsOfOtherVersion(std::string_view bytes) {
     return bytes.size() >= kPathLengthAt && bytes.starts_with(kMagic) &&
-           Load<std::uint32_t>(bytes, kFormatAt) != kFormat;
+           Load<std::uint16_t>(bytes, kFormatAt) != kFormat;
 }
 
 std::optional<RecoveryFile> RecoveryFile::Parse(Image image) {
     const std::string_view bytes = image.Bytes();
-    if (bytes.size() < kFixedSize || !bytes.starts_with(kMagic) || Load<std::uint32_t>(bytes, kFormatAt) != kFormat) {
+    if (bytes.size() < kFixedSize || !bytes.starts_with(kMagic) || Load<std::uint16_t>(bytes, kFormatAt) != kFormat) {
         return std::nullopt;
     }
     RecoveryFile file;
     const auto pathLength = Load<std::uint32_t>(bytes, kPathLengthAt);
     const auto newSize = Load<std::uint64_t>(bytes, kNewSizeAt);
+    file.m_purpose = Load<Purpose>(bytes, kPurposeAt);
     file.m_cutBlock = Load<std::uint64_t>(bytes, kCutBlockAt);
     file.m_inode = Load<std::uint64_t>(bytes, kInodeAt);
     file.m_oldSize = Load<std::uint64_t>(bytes, kOldSizeAt);
-    if (file.m_oldSize > kMaxWrittenSize) return std::nullopt;
+    if (file.m_oldSize > kMaxReadSize) return std::nullopt;
     const std::uint64_t hashesAt = std::uint64_t{kFixedSize} + pathLength;
     const std::uint64_t headHashAt = hashesAt + BlockCount(file.m_oldSize) * kHashSize;
     const std::uint64_t headSize = headHashAt + kHashSize;
@@ -132,7 +135,7 @@ RecoveryFile::Match RecoveryFile::Compare(std::string_view bytes, std::uint64_t 
     if (bytes == NewImage()) return Match::New;
     bool isOld = bytes.size() == m_oldSize && m_oldSize > 0;  // an empty file is a creation that was stopped
     for (std::size_t at = 0; isOld && at < bytes.size(); at += kBlockSize) isOld = IsOldBlock(bytes, at);
-    if (isOld) return Match::Old;
+    if (isOld && m_purpose == Purpose::Save) return Match::Old;
     // The device is not asked: some file systems get another number at every start of the machine.
     const bool sameFile = m_inode == inode || m_inode == 0;
     return sameFile && IsMixture(bytes) ? Match::Mixture : Match::Neither;

@@ -2,7 +2,8 @@
 //
 // Layout, numbers in the machine's own order as the file never leaves it:
 //   0  8  "QlyRecov"                             32  8  inode, 0 for a file that is being created
-//   8  4  version, 1                             40  8  length of the old image
+//   8  2  version, 1                             40  8  length of the old image
+//  10  2  purpose, 0 to save, 1 to restore
 //  12  4  length of the path                     48  8  length of the new image
 //  16  8  device                                 56  8  hash of the new image
 //  24  8  hash of the block that a cut leaves    64  .  canonical path, hash of each 512-byte block of the old image,
@@ -29,9 +30,14 @@ class RecoveryFile {
     /// How a database file compares with the two images.
     enum class Match : std::uint8_t { Old, New, Mixture, Neither };
 
+    enum class Purpose : std::uint16_t {
+        Save,     // the old image is as good as the new one: a save that did not begin is none
+        Restore,  // of a copy that the user asked for: it is completed even where it did not begin
+    };
+
     /// The bytes that stand before the new image. `file` names device and inode of the database, zeros for a new one.
     [[nodiscard]] static std::string Head(const Path& canonicalPath, const FileStamp& file, std::string_view oldImage,
-                                          std::string_view newImage);
+                                          std::string_view newImage, Purpose purpose = Purpose::Save);
 
     /// Whether another version of this program wrote the bytes, in a layout of its own.
     [[nodiscard]] static bool IsOfOtherVersion(std::string_view bytes);
@@ -43,8 +49,9 @@ class RecoveryFile {
     [[nodiscard]] bool IsOfNewFile() const { return m_inode == 0; }
     [[nodiscard]] std::string_view NewImage() const { return m_bytes.Bytes().substr(m_headSize); }
 
-    /// `inode` is the number of the file that holds `bytes`. A mixture has every block from one of the two images, so a
-    /// file that someone else wrote into the same inode is none.
+    /// What a Restore has not begun with counts as a mixture. `inode` is the number of the file that holds `bytes`. A
+    /// mixture has every block from one of the two images, so a file that someone else wrote into the same inode is
+    /// none.
     [[nodiscard]] Match Compare(std::string_view bytes, std::uint64_t inode) const;
 
   private:
@@ -54,6 +61,7 @@ class RecoveryFile {
     Image m_bytes;
     std::size_t m_headSize = 0;
     Path m_path;
+    Purpose m_purpose = Purpose::Save;
     std::uint64_t m_inode = 0;
     std::uint64_t m_oldSize = 0;
     std::uint64_t m_cutBlock = 0;

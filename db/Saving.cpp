@@ -9,6 +9,10 @@ namespace quillary {
 
 namespace {
 
+constexpr std::string_view kAsItWas = "The file is as it was.";
+constexpr std::string_view kNotTouched = "The database was not touched.";
+constexpr std::string_view kNotMade = "No file was made.";
+
 // A locked file, what is in it, and what its recovery file says about that.
 struct Situation {
     std::shared_ptr<const Image> image;
@@ -154,7 +158,7 @@ void TakeBack(FileAccess& files, LockedFile& file, const Image& oldImage, const 
               const FileError& reason, Failure& failure) {
     FileError error;
     if (Overwrite(file, oldImage.Bytes(), error)) {
-        failure.Set(Message::WriteFailed, {reason.reason});
+        failure.Set(Message::WriteFailed, {reason.reason, kAsItWas});
         (void)files.Remove(recoveryPath, error);  // one that stays equals the file
     } else {
         failure.Set(Message::WriteFailedTorn, {reason.reason});
@@ -192,23 +196,33 @@ bool LoadDatabaseFile(FileAccess& files, const Path& path, LoadMode mode, Locked
         FileError refused;
         (void)files.Remove(files.RecoveryPath(path), refused);
     }
+    // Who writes a recovery file has the database locked: while this program has, a beginning of one is left over.
+    if (mode == LoadMode::Complete && (held || own)) files.DropUnfinishedRecovery(files.RecoveryPath(path));
 
     loaded.recovery = RecoveryState::None;
     if (found.recovery && found.match == Match::Mixture) loaded.recovery = RecoveryState::Pending;
-    if ((found.recovery && found.match == Match::Neither) || found.isOfOtherVersion) {
-        loaded.recovery = RecoveryState::Unrelated;
-    }
+    if (found.recovery && found.match == Match::Neither) loaded.recovery = RecoveryState::Unrelated;
+    if (found.isOfOtherVersion) loaded.recovery = RecoveryState::OtherVersions;
     loaded.image = std::move(found.image);
     loaded.stamp = found.stamp;
     return true;
 }
 
+RecoveryState RecoveryOfMissing(FileAccess& files, const Path& path) {
+    FileError error;
+    Situation found;
+    if (!FindRecovery(files, path, found, error)) return RecoveryState::None;
+    if (found.isOfOtherVersion) return RecoveryState::OtherVersions;
+    // A creation that was stopped before there was a file is nothing that anybody had.
+    return found.recovery && !found.recovery->IsOfNewFile() ? RecoveryState::Unrelated : RecoveryState::None;
+}
+
 bool RestoreRecoveryCopy(FileAccess& files, const Path& path, Failure& failure) {
     FileError error;
-    FileError ignored;
-    const auto file = files.Open(path, LockKind::Exclusive, error);
     Situation found;
-    if (!file || !Examine(files, path, *file, found, error)) {
+    auto file = files.Open(path, LockKind::Exclusive, error);
+    const bool isMissing = !file && error.kind == FileError::Kind::NotFound;
+    if ((!file && !isMissing) || !FindRecovery(files, path, found, error)) {
         SetLookFailure(error, failure);
         return false;
     }
@@ -217,13 +231,36 @@ bool RestoreRecoveryCopy(FileAccess& files, const Path& path, Failure& failure) 
         failure.Set(Message::ChangedByAnother);  // decided or completed elsewhere meanwhile
         return false;
     }
-    const std::string_view copy = found.recovery->NewImage();
-    if (!file->Reserve(copy.size(), error) || !Overwrite(*file, copy, error)) {
-        failure.Set(Message::WriteFailed, {error.reason});
-        (void)Overwrite(*file, found.image->Bytes(), ignored);
+    // Its own permissions are not known any more, so for the user alone.
+    if (isMissing) file = files.CreateLike(path, path, error);
+    if (!file) {
+        failure.Set(Message::UnableToOpenForWriting);
         return false;
     }
-    (void)files.Remove(files.RecoveryPath(path), ignored);  // one that stays equals the file
+    const auto undone = [&] {
+        FileError ignored;
+        if (isMissing) (void)files.Remove(path, ignored);
+        return false;
+    };
+    Image present;
+    if (!file->Stamp(found.stamp, error) || !file->Read(present, error)) {
+        SetLookFailure(error, failure);
+        return undone();
+    }
+    const std::string_view copy = found.recovery->NewImage();
+    const Path recoveryPath = files.RecoveryPath(path);
+    const std::string head = RecoveryFile::Head(files.CanonicalPath(path), found.stamp, present.Bytes(), copy,
+                                                RecoveryFile::Purpose::Restore);
+    if (!files.WriteRecovery(recoveryPath, head, copy, error)) {
+        failure.Set(Message::RecoveryNotWritten, {recoveryPath.string(), error.reason, kNotTouched});
+        return undone();
+    }
+    // From here on it is decided: what is stopped or refused now is completed by the next opening.
+    if (!file->Reserve(copy.size(), error) || !Overwrite(*file, copy, error)) {
+        failure.Set(Message::WriteFailedTorn, {error.reason});
+        return false;
+    }
+    (void)files.Remove(recoveryPath, error);  // one that stays equals the file
     return true;
 }
 
@@ -263,7 +300,7 @@ std::unique_ptr<UnfinishedSave> RewriteDatabaseFile(FileAccess& files, const Rew
     const std::string head =
         RecoveryFile::Head(files.CanonicalPath(request.path), present, oldImage->Bytes(), newBytes);
     if (!files.WriteRecovery(recoveryPath, head, newBytes, error)) {
-        failure.Set(Message::RecoveryNotWritten, {recoveryPath.string(), error.reason});
+        failure.Set(Message::RecoveryNotWritten, {recoveryPath.string(), error.reason, kNotTouched});
         return nullptr;
     }
     // Room first, so that a full disk refuses before a byte has changed. Behind the recovery file, as it may lengthen
@@ -271,7 +308,7 @@ std::unique_ptr<UnfinishedSave> RewriteDatabaseFile(FileAccess& files, const Rew
     if (newBytes.size() > present.size && !file->Reserve(newBytes.size(), error)) {
         const bool restored = file->Truncate(present.size, ignored) && file->Flush(ignored);
         if (restored) (void)files.Remove(recoveryPath, ignored);
-        failure.Set(restored ? Message::WriteFailed : Message::WriteFailedTorn, {error.reason});
+        failure.Set(restored ? Message::WriteFailed : Message::WriteFailedTorn, {error.reason, kAsItWas});
         return nullptr;
     }
     if (!file->WriteAt(0, newBytes, error) ||
@@ -300,13 +337,13 @@ bool CreateDatabaseFile(FileAccess& files, const Path& path, const Image& image,
     }
     if (found.isOfOtherVersion) return RefuseOtherVersion(files, path, failure);
     if (found.recovery && !found.recovery->IsOfNewFile()) {
-        failure.Set(Message::UndecidedCopy, {recoveryPath.string()});  // of a database that has gone from here
+        failure.Set(Message::CopyOfMissing, {recoveryPath.string()});
         return false;
     }
     found.recovery.reset();
     const std::string head = RecoveryFile::Head(files.CanonicalPath(path), {}, {}, image.Bytes());
     if (!files.WriteRecovery(recoveryPath, head, image.Bytes(), error)) {
-        failure.Set(Message::RecoveryNotWritten, {recoveryPath.string(), error.reason});
+        failure.Set(Message::RecoveryNotWritten, {recoveryPath.string(), error.reason, kNotMade});
         (void)files.Remove(recoveryPath, ignored);
         return false;
     }
@@ -321,7 +358,7 @@ bool CreateDatabaseFile(FileAccess& files, const Path& path, const Image& image,
         const bool emptied = file->Truncate(0, ignored) && file->Flush(ignored);
         const bool removed = files.Remove(path, ignored);
         if (emptied && removed) (void)files.Remove(recoveryPath, ignored);
-        failure.Set(removed ? Message::WriteFailed : Message::WriteFailedTorn, {error.reason});
+        failure.Set(removed ? Message::WriteFailed : Message::WriteFailedTorn, {error.reason, kNotMade});
         return false;
     }
     (void)files.Remove(recoveryPath, ignored);

@@ -14,9 +14,10 @@ namespace quillary {
 
 /// What a recovery file beside the database means for it.
 enum class RecoveryState : std::uint8_t {
-    None,       // none, or one that can be dropped: the file equals its old or its new image
-    Pending,    // the file is a mixture of the two: a stopped rewrite. The loaded image is the new one
-    Unrelated,  // the file is neither, or the copy another version's: the file stands, the user decides about the copy
+    None,           // none, or one that can be dropped: the file equals its old or its new image
+    Pending,        // the file is a mixture of the two: a stopped rewrite. The loaded image is the new one
+    Unrelated,      // the file is neither, or gone: it stays as it is, and the user decides about the copy
+    OtherVersions,  // the copy is another version's and cannot be read here: the file stays as it is
 };
 
 enum class LoadMode : std::uint8_t {
@@ -35,8 +36,11 @@ struct LoadedFile {
 [[nodiscard]] bool LoadDatabaseFile(FileAccess& files, const Path& path, LoadMode mode, LockedFile* held,
                                     LoadedFile& loaded, FileError& error);
 
-/// Puts the copy that an Unrelated recovery file holds in the file's place. On failure the copy stays, and the file is
-/// as it was if the disk allows.
+/// What there is for a database that has gone from `path`: None, Unrelated or OtherVersions.
+[[nodiscard]] RecoveryState RecoveryOfMissing(FileAccess& files, const Path& path);
+
+/// Puts the copy that an Unrelated recovery file holds in the file's place, or makes the file anew from it. On failure,
+/// or when the program is stopped, file and copy are as they were, or the next opening completes it (WriteFailedTorn).
 [[nodiscard]] bool RestoreRecoveryCopy(FileAccess& files, const Path& path, Failure& failure);
 /// Forgets the copy.
 [[nodiscard]] bool DropRecoveryCopy(FileAccess& files, const Path& path, FileError& error);

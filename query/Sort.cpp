@@ -2,64 +2,100 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
 #include <numeric>
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "db/FieldValue.h"
+#include "db/RecordArena.h"
 
 namespace quillary {
 
 namespace {
 
-// One key's values, computed once for each record so that comparing costs no formatting.
+// The place of each byte in the order of the page's UTF-16 units.
+using Ranks = std::array<std::uint8_t, 256>;
+
+// Gives a stored text as it is displayed: every line end as CR LF, a lone CR as it is.
+class DisplayedBytes {
+  public:
+    DisplayedBytes(std::string_view text, std::size_t at, const Ranks& ranks)
+        : m_text(text), m_at(at), m_ranks(ranks) {}
+
+    // The rank of the next byte, below all ranks at the end.
+    int Next() {
+        if (m_at == m_text.size()) return -1;
+        const char byte = m_text[m_at];
+        const bool isLone = byte == '\n' && !m_hasReturn && (m_at == 0 || m_text[m_at - 1] != '\r');
+        m_hasReturn = isLone;
+        if (isLone) return m_ranks['\r'];
+        ++m_at;
+        return m_ranks[static_cast<unsigned char>(byte)];
+    }
+
+  private:
+    std::string_view m_text;
+    std::size_t m_at;
+    const Ranks& m_ranks;
+    bool m_hasReturn = false;  // the one that a lone line feed is shown with has been given
+};
+
+int CompareDisplayed(std::string_view a, std::string_view b, const Ranks& ranks) {
+    // What they begin with alike is shown alike, and may be long: all that can be passed in large steps.
+    constexpr std::size_t kStep = 16;
+    const std::size_t common = std::min(a.size(), b.size());
+    std::size_t at = 0;
+    while (at + kStep <= common && std::memcmp(a.data() + at, b.data() + at, kStep) == 0) at += kStep;
+    DisplayedBytes restOfA(a, at, ranks);
+    DisplayedBytes restOfB(b, at, ranks);
+    for (;;) {
+        const int ofA = restOfA.Next();
+        const int ofB = restOfB.Next();
+        if (ofA != ofB) return ofA < ofB ? -1 : 1;
+        if (ofA < 0) return 0;
+    }
+}
+
+// One key's values, found once for each record.
 struct KeyColumn {
     bool descending = false;
     bool isText = false;
     std::vector<double> numbers;
-    // Texts as bytes (or UTF-16 units, high byte first) whose order as unsigned numbers is the ordinal order of the
-    // texts.
-    std::string texts;
-    std::vector<std::size_t> ends;  // of each record's text in `texts`
+    // In a single-byte page the stored texts, where they stand: copies could take more memory than the file. Else the
+    // UTF-16 units of the display texts, high byte first, whose order as bytes is the ordinal order of the texts.
+    std::vector<std::string_view> texts;
+    const Ranks* ranks = nullptr;  // of a single-byte page
+    RecordArena units;
 
-    [[nodiscard]] std::string_view TextOf(std::uint32_t row) const {
-        const std::size_t begin = row == 0 ? 0 : ends[row - 1];
-        return std::string_view(texts).substr(begin, ends[row] - begin);
-    }
     [[nodiscard]] int Compare(std::uint32_t a, std::uint32_t b) const {
         if (descending) std::swap(a, b);
-        if (isText) return TextOf(a).compare(TextOf(b));
-        return numbers[a] < numbers[b] ? -1 : numbers[a] > numbers[b];
+        if (!isText) return numbers[a] < numbers[b] ? -1 : numbers[a] > numbers[b];
+        return ranks ? CompareDisplayed(texts[a], texts[b], *ranks) : texts[a].compare(texts[b]);
     }
 };
 
-// The place of each byte in the order of the page's UTF-16 units; bytes without a character share one.
-std::array<char, 256> RankTable(const AnsiText& page) {
+// Bytes without a character share one place.
+Ranks RankTable(const AnsiText& page) {
     std::vector<char16_t> units(page.Units().begin(), page.Units().end());
     std::sort(units.begin(), units.end());
     units.erase(std::unique(units.begin(), units.end()), units.end());
-    std::array<char, 256> ranks{};
+    Ranks ranks{};
     for (std::size_t b = 0; b < ranks.size(); ++b) {
         const auto place = std::lower_bound(units.begin(), units.end(), page.Units()[b]);
-        ranks[b] = static_cast<char>(place - units.begin());
+        ranks[b] = static_cast<std::uint8_t>(place - units.begin());
     }
     return ranks;
 }
 
-void AppendOrdinal(std::string_view text, const AnsiText& page, const std::array<char, 256>& ranks, std::string& out) {
-    if (page.IsSingleByte()) {
-        for (const unsigned char byte : text) out.push_back(ranks[byte]);
-        return;
-    }
-    for (const char16_t unit : page.ToWide(text)) {
-        out.push_back(static_cast<char>(unit >> 8));
-        out.push_back(static_cast<char>(unit));
-    }
-}
-
-double NumberOf(FieldType type, std::string_view stored) {
+double NumberOf(FieldType type, std::optional<std::string_view> entry) {
+    const std::string_view stored = entry.value_or(std::string_view{});
     switch (type) {
+        // As the texts "", "false" and "true" of a missing, an unchecked and a checked one.
+        case FieldType::Checkbox:
+            return !entry ? -1 : IsChecked(stored) ? 1 : 0;
         // An empty or unreadable date comes before every other, an unreadable time counts as midnight.
         case FieldType::Date: {
             const auto day = ReadDay(stored);
@@ -72,37 +108,39 @@ double NumberOf(FieldType type, std::string_view stored) {
     }
 }
 
-bool SortsAsText(FieldType type) {
-    return type == FieldType::Text || type == FieldType::Checkbox || type == FieldType::List;
-}
+bool SortsAsText(FieldType type) { return type == FieldType::Text || type == FieldType::List; }
 
 bool HasNoOrder(FieldType type) {
     return type == FieldType::Phone || type == FieldType::EMail || type == FieldType::WebUrl;
 }
 
-KeyColumn ExtractKeys(const CQuillaryDoc& doc, std::size_t field, bool descending) {
+KeyColumn ExtractKeys(const CQuillaryDoc& doc, std::size_t field, bool descending, const Ranks& ranks) {
     const FieldType type = doc.TypeOf(field);
     const auto& records = doc.Shown();
     KeyColumn column;
     column.descending = descending;
     column.isText = SortsAsText(type);
-    if (column.isText) {
-        column.ends.reserve(records.size());
-    } else {
-        column.numbers.reserve(records.size());
-    }
-    const auto ranks = RankTable(doc.Page());
+    column.ranks = doc.Page().IsSingleByte() ? &ranks : nullptr;
+    column.texts.reserve(column.isText ? records.size() : 0);
+    column.numbers.reserve(column.isText ? 0 : records.size());
     std::string display;
+    std::string units;
     for (const RecordRef& record : records) {
         const auto stored = FindEntry(record.Entries(), static_cast<std::uint8_t>(field));
         if (!column.isText) {
-            column.numbers.push_back(NumberOf(type, stored.value_or(std::string_view{})));
-            continue;
+            column.numbers.push_back(NumberOf(type, stored));
+        } else if (column.ranks || !stored) {
+            column.texts.push_back(stored.value_or(std::string_view{}));
+        } else {
+            display.clear();
+            units.clear();
+            doc.AppendDisplay(*stored, field, display);
+            for (const char16_t unit : doc.Page().ToWide(display)) {
+                units.push_back(static_cast<char>(unit >> 8));
+                units.push_back(static_cast<char>(unit));
+            }
+            column.texts.emplace_back(column.units.Store(units), units.size());
         }
-        display.clear();
-        if (stored) doc.AppendDisplay(*stored, field, display);
-        AppendOrdinal(display, doc.Page(), ranks, column.texts);
-        column.ends.push_back(column.texts.size());
     }
     return column;
 }
@@ -110,10 +148,16 @@ KeyColumn ExtractKeys(const CQuillaryDoc& doc, std::size_t field, bool descendin
 }  // namespace
 
 std::vector<std::uint32_t> SortedOrder(const CQuillaryDoc& doc) {
+    const Ranks ranks = RankTable(doc.Page());
     std::vector<KeyColumn> columns;
+    std::vector<std::size_t> fields;
     for (const SortKey& key : doc.Sort()) {
         const auto field = doc.FieldByName(key.field);
-        if (field && !HasNoOrder(doc.TypeOf(*field))) columns.push_back(ExtractKeys(doc, *field, key.descending));
+        // A second key on a field would only be asked about equal values.
+        const bool isNew = field && std::find(fields.begin(), fields.end(), *field) == fields.end();
+        if (!isNew || HasNoOrder(doc.TypeOf(*field))) continue;
+        fields.push_back(*field);
+        columns.push_back(ExtractKeys(doc, *field, key.descending, ranks));
     }
     std::vector<std::uint32_t> order(doc.Shown().size());
     std::iota(order.begin(), order.end(), 0u);

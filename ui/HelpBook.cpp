@@ -4,7 +4,10 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollBar>
 #include <QTextBrowser>
+#include <QToolTip>
 #include <QVBoxLayout>
 
 #include "ui/HelpTopics.h"
@@ -40,8 +43,9 @@ CHelpBook::CHelpBook() : m_page(new QTextBrowser), m_search(new QLineEdit) {
     auto* column = new QVBoxLayout(this);
     column->addLayout(bar);
     column->addWidget(m_page, 1);
-    resize(kColumnCharacters * fontMetrics().averageCharWidth() + 3 * fontMetrics().height(),
-           36 * fontMetrics().height());
+    const int line = fontMetrics().height();
+    resize(QSize(kColumnCharacters * fontMetrics().averageCharWidth() + 3 * line, 36 * line)
+               .boundedTo(screen()->availableSize() * 9 / 10));
 }
 
 void CHelpBook::ShowTopic(std::string_view topic) {
@@ -55,8 +59,13 @@ void CHelpBook::ShowTopic(std::string_view topic) {
 void CHelpBook::FindNext() {
     const QString text = m_search->text();
     if (text.isEmpty() || m_page->find(text)) return;
+    const QTextCursor place = m_page->textCursor();
+    const int shown = m_page->verticalScrollBar()->value();
     m_page->moveCursor(QTextCursor::Start);
-    m_page->find(text);
+    if (m_page->find(text)) return;
+    m_page->setTextCursor(place);
+    m_page->verticalScrollBar()->setValue(shown);
+    QToolTip::showText(m_search->mapToGlobal(QPoint(0, m_search->height())), QStringLiteral("Not found"), m_search);
 }
 
 void CHelpBook::keyPressEvent(QKeyEvent* event) {

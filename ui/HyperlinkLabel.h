@@ -8,7 +8,14 @@ namespace quillary {
 
 class CHyperlinkLabel : public QLabel {
   public:
-    CHyperlinkLabel(const QString& text, const std::function<void()>& follow);
+    CHyperlinkLabel(const QString& text, std::function<void()> follow);
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    std::function<void()> m_follow;
 };
 
 }  // namespace quillary

@@ -4,6 +4,7 @@
 #include <QPushButton>
 
 #include "ui/Captions.h"
+#include "ui/Mnemonics.h"
 #include "ui/OpenDialog.h"
 #include "ui/WideText.h"
 
@@ -28,16 +29,16 @@ void ShowMessage(QWidget* parent, const QString& text) {
     box.exec();
 }
 
-int AskUser(QWidget* parent, const QString& text, const QStringList& answers) {
+int AskUser(QWidget* parent, const QString& text, const QStringList& answers, int defaultAnswer) {
     QMessageBox box(parent);
     SetUp(box, text);
     box.setIcon(QMessageBox::Question);
     QList<QPushButton*> buttons;
-    for (const QString& answer : answers) {
+    for (const QString& answer : WithMnemonics(answers)) {
         const bool last = buttons.size() + 1 == answers.size();
         buttons << box.addButton(answer, last ? QMessageBox::RejectRole : QMessageBox::AcceptRole);
     }
-    box.setDefaultButton(buttons.first());
+    box.setDefaultButton(buttons[defaultAnswer]);
     box.setEscapeButton(buttons.last());
     const OpenDialog open(box);
     box.exec();

@@ -11,7 +11,7 @@ namespace quillary {
 /// With an OK button.
 void ShowMessage(QWidget* parent, const QString& text);
 
-/// Which of `answers` the user chose; Escape and closing choose the last one, Return the first.
-[[nodiscard]] int AskUser(QWidget* parent, const QString& text, const QStringList& answers);
+/// Which of `answers` the user chose; Escape and closing choose the last one, Return the default.
+[[nodiscard]] int AskUser(QWidget* parent, const QString& text, const QStringList& answers, int defaultAnswer = 0);
 
 }  // namespace quillary

@@ -31,7 +31,7 @@ constexpr int kColumnCharacters = 80;  // a wider text is tiring to read
 }  // namespace
 
 CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, FrameWindow& frame)
-    : QDialog(frame.Window()), m_frame(frame), m_topic(info.topic) {
+    : QDialog(frame.Window()), m_frame(frame), m_topic(info.topic), m_controls(info.controls) {
     setWindowFlags(Qt::Widget);
     setObjectName(QString::number(info.id));
     setAccessibleName(FromWide(info.title));
@@ -145,7 +145,7 @@ int CQuillaryDialog::exec() {
     m_loaded = ControlValues();
     m_ends = false;
     m_frame.BeginDialog(*this);
-    if (!Control<QWidget>(kCancelButton)) Control<QWidget>(kOkButton)->setFocus();  // there is nothing to enter
+    FocusFirst();
     const OpenDialog open(*this);
     const int result = QDialog::exec();
     FollowFocus(nullptr);
@@ -171,6 +171,18 @@ void CQuillaryDialog::keyPressEvent(QKeyEvent* event) {
     } else {
         QDialog::keyPressEvent(event);
     }
+}
+
+// Whatever had the focus before, a bar too, the keys now belong to this page.
+void CQuillaryDialog::FocusFirst() {
+    QWidget* first = Control<QWidget>(kOkButton);
+    for (const ControlInfo& control : m_controls) {
+        auto* widget = control.id != 0 ? Control<QWidget>(control.id) : nullptr;
+        if (!widget || control.kind == ControlKind::Hyperlink || widget->focusPolicy() == Qt::NoFocus) continue;
+        first = widget;
+        break;
+    }
+    first->setFocus();
 }
 
 void CQuillaryDialog::FollowFocus(const QWidget* now) {

@@ -52,6 +52,7 @@ class CQuillaryDialog : public QDialog {
     void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel);
     [[nodiscard]] QWidget* MakeButtons(Buttons buttons);
     void ShowHelp();
+    void FocusFirst();
     /// The input panel is there while an editor of this page has the focus.
     void FollowFocus(const QWidget* now);
 
@@ -59,6 +60,7 @@ class CQuillaryDialog : public QDialog {
 
     FrameWindow& m_frame;
     std::string_view m_topic;
+    std::span<const ControlInfo> m_controls;
     bool m_panelShown = false;
     QVariantList m_loaded;
     bool m_ends = false;

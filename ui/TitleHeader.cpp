@@ -15,7 +15,7 @@ CTitleHeader::CTitleHeader(const QString& title, QWidget* parent) : QLabel(title
     setWordWrap(true);
     QFont large = font();
     large.setBold(true);
-    large.setPointSizeF(large.pointSizeF() * 1.3);
+    large.setPointSizeF(QFontInfo(large).pointSizeF() * 1.3);
     setFont(large);
     const int gap = fontMetrics().height() / 4;
     setContentsMargins(0, gap, 0, gap + kLineHeight);

@@ -9,6 +9,7 @@
 #include "db/Utf.h"
 #include "platform/NativePath.h"
 #include "ui/CommandIds.h"
+#include "ui/FileFilter.h"
 #include "ui/FrameWindow.h"
 #include "ui/MessageBox.h"
 #include "ui/OpenDialog.h"
@@ -20,6 +21,16 @@
 namespace quillary {
 
 namespace {
+
+/// A name beside `path` that is not taken.
+QString FreeName(const Path& path) {
+    std::error_code ignored;
+    Path free = path;
+    for (int n = 2; std::filesystem::exists(free, ignored); ++n) {
+        free.replace_filename(path.stem().native() + " " + std::to_string(n) + path.extension().native());
+    }
+    return FromPath(free.filename());
+}
 
 /// Under the name that a file at `path` stands for.
 bool SaveAs(CQuillaryDoc& doc, const Path& path, Failure& failure) {
@@ -53,6 +64,16 @@ CDocumentSession::CDocumentSession(std::unique_ptr<CQuillaryDoc> doc, FileAccess
     m_doc->FlushInBackground(true);
 }
 
+QString CDocumentSession::DisplayName() const {
+    const QString name = OnOneLine(FromWide(m_doc->Name()));
+    return name.isEmpty() ? OnOneLine(FromPath(m_doc->FilePath().stem())) : name;
+}
+
+bool CDocumentSession::IsFileThere() const {
+    FileStamp stamp;
+    return m_files.StampOf(m_doc->FilePath(), stamp);
+}
+
 std::shared_ptr<const CQuillaryDoc::State> CDocumentSession::BeforeChange() {
     // Joins the last save first: when its flush failed the document counts as modified again, and Restore must keep
     // that.
@@ -71,7 +92,13 @@ bool CDocumentSession::Save() {
         saved = m_doc->SaveDatabase(failure);
     }
     if (saved) return true;
+    m_frame.DocumentChanged();
     if (failure.message == Message::ChangedByAnother) return SettleForeignChange(failure);
+    if (!IsFileThere()) {
+        failure.Set(Message::FileGone, {m_doc->FilePath().string()});
+        const QStringList answers = {QStringLiteral("Save Elsewhere..."), QStringLiteral("Cancel")};
+        return AskUser(m_frame.Window(), FromUtf8(failure.text), answers) == 0 && SaveElsewhere();
+    }
     ShowMessage(m_frame.Window(), FromUtf8(failure.text));
     return false;
 }
@@ -91,12 +118,12 @@ bool CDocumentSession::SettleForeignChange(const Failure& failure) {
 }
 
 bool CDocumentSession::SaveElsewhere() {
-    QFileDialog chooser(m_frame.Window(), QStringLiteral("Save Database As"), FromPath(m_doc->FilePath().parent_path()),
-                        QStringLiteral("Quillary Files (*.pdb *.PDB)"));
+    QFileDialog chooser(m_frame.Window(), QStringLiteral("Save database as"), FromPath(m_doc->FilePath().parent_path()),
+                        DatabaseFileFilter());
     chooser.setAcceptMode(QFileDialog::AcceptSave);
     chooser.setDefaultSuffix(QStringLiteral("pdb"));
     chooser.setOption(QFileDialog::DontConfirmOverwrite);  // an existing database is never replaced
-    chooser.selectFile(FromPath(m_doc->FilePath().filename()));
+    chooser.selectFile(FreeName(m_doc->FilePath()));
     const OpenDialog open(chooser);
     while (chooser.exec() == QDialog::Accepted) {
         Failure failure;
@@ -119,15 +146,17 @@ bool CDocumentSession::Leave() {
     (void)m_doc->FinishSave(failure);  // after a failed flush the document counts as modified
     if (m_doc->IsReadOnly()) return true;
     bool overwrite = false;
-    while (m_doc->IsModified()) {
-        failure.Set(Message::NotSaved);
-        if (MayDropForeignRecords() && SaveToDisk(overwrite, failure)) return true;
+    while (m_doc->IsModified() || !IsFileThere()) {
+        const std::string unsaved = FormatMessage(Message::NotSaved, {DisplayName().toStdString()});
+        failure.Set(IsFileThere() ? Message::None : Message::FileGone, {m_doc->FilePath().string()});
+        if (IsFileThere() && MayDropForeignRecords() && SaveToDisk(overwrite, failure)) return true;
         const QString elsewhere = QStringLiteral("Save Elsewhere...");
         const QString overwriteIt = QStringLiteral("Overwrite");
         const QString discard = QStringLiteral("Discard the Changes");
         QStringList answers = {elsewhere, discard, QStringLiteral("Cancel")};
         if (failure.message == Message::ChangedByAnother) answers.insert(1, overwriteIt);
-        const QString answer = answers[AskUser(m_frame.Window(), FromUtf8(failure.text), answers)];
+        const std::string text = failure.text.empty() ? unsaved : failure.text + " " + unsaved;
+        const QString answer = answers[AskUser(m_frame.Window(), FromUtf8(text), answers)];
         if (answer == discard) return true;
         if (answer == answers.last()) return false;
         overwrite = answer == overwriteIt;

@@ -22,6 +22,9 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
 
     /// What to Restore when saving the change that comes next fails.
     [[nodiscard]] std::shared_ptr<const CQuillaryDoc::State> BeforeChange();
+    /// The database's name for titles and questions.
+    [[nodiscard]] QString DisplayName() const;
+
     /// Writes what changed. False, after telling the user, when that failed; the change is then still in the document,
     /// and the next save tries again. A read-only database keeps its changes in memory.
     bool Save();
@@ -40,6 +43,8 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
   private:
     void OnSave() { Save(); }
     void UpdateSave(CommandState& state) const;
+    /// False when another program has moved or deleted it.
+    [[nodiscard]] bool IsFileThere() const;
     /// Saves and waits for the disk.
     [[nodiscard]] bool SaveToDisk(bool overwrite, Failure& failure);
     /// What becomes of our changes and those that another program has written.

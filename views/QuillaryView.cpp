@@ -16,6 +16,7 @@
 #include "ui/CommandIds.h"
 #include "ui/FrameWindow.h"
 #include "ui/MessageBox.h"
+#include "ui/StepLog.h"
 #include "ui/WaitCursor.h"
 #include "ui/WideText.h"
 #include "views/DocumentSession.h"
@@ -109,13 +110,20 @@ bool CQuillaryView::RebuildList(bool resort, bool save) {
 }
 
 CQuillaryView::Place CQuillaryView::CurrentPlace() const {
-    return {GetSelectedRow(), currentIndex().column(), horizontalScrollBar()->value(), verticalScrollBar()->value()};
+    return {GetSelectedRow(),
+            currentIndex().column(),
+            horizontalScrollBar()->value(),
+            verticalScrollBar()->value(),
+            m_findText,
+            m_findColumn};
 }
 
 void CQuillaryView::GoTo(const Place& place) {
     SelectCell(place.row, place.column);
     horizontalScrollBar()->setValue(place.horizontal);
     verticalScrollBar()->setValue(place.vertical);
+    m_findText = place.findText;
+    m_findColumn = place.findColumn < m_model.FieldColumns() ? place.findColumn : kNoFindYet;
 }
 
 void CQuillaryView::BuildColumns() {
@@ -213,6 +221,12 @@ bool CQuillaryView::IsSortKey(std::size_t field) const {
                        [&](const SortKey& key) { return key.field == m_doc.Fields()[field].name; });
 }
 
+void CQuillaryView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (!m_painted) LogStep(QStringLiteral("records painted"));
+    m_painted = true;
+}
+
 void CQuillaryView::keyPressEvent(QKeyEvent* event) {
     const QModelIndex cell = currentIndex();
     if (event->key() == Qt::Key_Space && cell.isValid()) {
@@ -294,9 +308,9 @@ void CQuillaryView::OnCopy() {
 }
 
 void CQuillaryView::OnDelete() {
-    const QString name = FromWide(m_doc.Name());
+    const QString name = m_session.DisplayName();
     const QString question = QStringLiteral("The database \"%1\" is about to be deleted.  Are you sure?").arg(name);
-    if (AskUser(m_frame.Window(), question, {QStringLiteral("Yes"), QStringLiteral("No")}) == 0) {
+    if (AskUser(m_frame.Window(), question, {QStringLiteral("Yes"), QStringLiteral("No")}, 1) == 0) {
         m_session.DeleteDatabase(m_trash);
     }
 }

@@ -26,9 +26,11 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     /// Builds columns and rows anew, keeping the selected row and the scroll position. False, after telling the user,
     /// when saving failed: the change is then still in the document.
     bool RebuildList(bool resort, bool save);
-    /// What a person looks at: the current cell and how far the list is scrolled.
+    /// What a person looks at: the current cell and how far the list is scrolled; and what was last looked for.
     struct Place {
         int row, column, horizontal, vertical;
+        QString findText;
+        int findColumn;
     };
     [[nodiscard]] Place CurrentPlace() const;
     void GoTo(const Place& place);
@@ -43,6 +45,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
   protected:
     void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void resizeEvent(QResizeEvent* event) override;
@@ -94,6 +97,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     CRecordHeader* m_header;
     QString m_findText;  // as typed
     int m_findColumn = kNoFindYet;
+    bool m_painted = false;
     QPoint m_tapPoint;  // where the mouse or finger last went down
 };
 

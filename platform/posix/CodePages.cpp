@@ -81,7 +81,9 @@ std::u16string ToWide(Conversion& conversion, std::string_view bytes) {
     return UnitsOf(out);
 }
 
-std::optional<std::string> FromWide(Conversion& conversion, std::u16string_view text) {
+// A page's two directions do not always agree: the converter stores a backslash as the byte that it reads as a yen
+// sign. Such a character is one that the page lacks.
+std::optional<std::string> FromWide(Conversion& conversion, Conversion& back, std::u16string_view text) {
     std::string in;
     for (const char16_t unit : text) {
         in.push_back(static_cast<char>(unit & 0xFF));
@@ -89,7 +91,7 @@ std::optional<std::string> FromWide(Conversion& conversion, std::u16string_view 
     }
     std::string_view left = in;
     std::string out;
-    if (conversion.Convert(left, out) != Conversion::Outcome::Whole) return std::nullopt;
+    if (conversion.Convert(left, out) != Conversion::Outcome::Whole || ToWide(back, out) != text) return std::nullopt;
     return out;
 }
 
@@ -101,16 +103,11 @@ bool ExtendsAscii(const AnsiText::Table& table) {
     return true;
 }
 
-std::string LowerCase(std::string_view name) {
-    std::string lower(name);
-    std::transform(lower.begin(), lower.end(), lower.begin(), AsciiLower);
-    return lower;
-}
-
 }  // namespace
 
 std::optional<AnsiText> CodePageByName(std::string_view name) {
-    std::string known = LowerCase(name);
+    std::string known(name);
+    std::transform(known.begin(), known.end(), known.begin(), AsciiLower);
     // A slash would ask the converter to replace what a page lacks.
     if (known.empty() || known.find_first_not_of("abcdefghijklmnopqrstuvwxyz0123456789-_.:()+") != known.npos) {
         return std::nullopt;
@@ -135,10 +132,11 @@ std::optional<AnsiText> CodePageByName(std::string_view name) {
     }
     if (!ExtendsAscii(table)) return std::nullopt;
     if (isSingleByte) return AnsiText(known, table);
-    return AnsiText(known, AnsiText::Converter{
-                               [toWide](std::string_view bytes) { return ToWide(*toWide, bytes); },
-                               [fromWide](std::u16string_view text) { return FromWide(*fromWide, text); },
-                           });
+    return AnsiText(known,
+                    AnsiText::Converter{
+                        [toWide](std::string_view bytes) { return ToWide(*toWide, bytes); },
+                        [fromWide, toWide](std::u16string_view text) { return FromWide(*fromWide, *toWide, text); },
+                    });
 }
 
 }  // namespace quillary

@@ -19,8 +19,10 @@ namespace {
 
 // A recovery file holds an image and, for each 512 bytes of another, a hash.
 constexpr std::uint64_t kMaxRecoverySize = kMaxReadSize + kMaxReadSize / 32;
+constexpr int kNewFile = O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC;
 constexpr mode_t kNewFileMode = 0666;  // less the user's umask
 constexpr mode_t kPrivateFileMode = 0600;
+constexpr const char* kUnfinished = ".new";  // behind the name of a recovery file that is being written
 
 std::int64_t Nanoseconds(const timespec& time) { return time.tv_sec * std::int64_t{1000000000} + time.tv_nsec; }
 
@@ -48,6 +50,16 @@ bool RefuseUnlessRegular(const struct stat& status, FileError& error) {
     error = SystemError(S_ISDIR(status.st_mode) ? EISDIR : ENXIO);
     if (!S_ISDIR(status.st_mode)) error.reason = "Not a regular file";
     return false;
+}
+
+// Where the file system has no such permissions, a new file keeps those that it was made with, which are narrower.
+void CopyPermissions(const PosixFile& file, const struct stat& model) {
+    struct stat own {};
+    if (fstat(file.Descriptor(), &own) != 0) return;
+    mode_t mode = model.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
+    // What members of one group may do is not for those of another.
+    if (own.st_gid != model.st_gid && fchown(file.Descriptor(), own.st_uid, model.st_gid) != 0) mode &= ~S_IRWXG;
+    (void)fchmod(file.Descriptor(), mode);
 }
 
 class PosixLockedFile : public LockedFile {
@@ -157,7 +169,18 @@ std::unique_ptr<LockedFile> PosixFileAccess::Open(const Path& path, LockKind loc
 }
 
 std::unique_ptr<LockedFile> PosixFileAccess::Create(const Path& path, FileError& error) {
-    PosixFile file(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode));
+    return LockNew(PosixFile(open(path.c_str(), kNewFile, kNewFileMode)), path, error);
+}
+
+std::unique_ptr<LockedFile> PosixFileAccess::CreateLike(const Path& path, const Path& original, FileError& error) {
+    struct stat model {};
+    const bool hasModel = stat(original.c_str(), &model) == 0;
+    PosixFile file(open(path.c_str(), kNewFile, kPrivateFileMode));
+    if (file && hasModel) CopyPermissions(file, model);
+    return LockNew(std::move(file), path, error);
+}
+
+std::unique_ptr<LockedFile> PosixFileAccess::LockNew(PosixFile file, const Path& path, FileError& error) const {
     if (!file) {
         Fail(error);
         return nullptr;
@@ -230,7 +253,11 @@ bool PosixFileAccess::WriteRecovery(const Path& recoveryPath, std::string_view h
         return false;
     }
     return MakePrivateFolder(recoveryPath.parent_path(), error) &&
-           ReplaceFile(recoveryPath, ".new", {head, body}, kPrivateFileMode, error);
+           ReplaceFile(recoveryPath, kUnfinished, {head, body}, kPrivateFileMode, error);
+}
+
+void PosixFileAccess::DropUnfinishedRecovery(const Path& recoveryPath) {
+    if (!recoveryPath.empty()) unlink((recoveryPath.string() + kUnfinished).c_str());
 }
 
 }  // namespace quillary

@@ -17,6 +17,7 @@ class PosixFileAccess : public FileAccess {
 
     std::unique_ptr<LockedFile> Open(const Path& path, LockKind lock, FileError& error) override;
     std::unique_ptr<LockedFile> Create(const Path& path, FileError& error) override;
+    std::unique_ptr<LockedFile> CreateLike(const Path& path, const Path& original, FileError& error) override;
     bool Remove(const Path& path, FileError& error) override;
     bool Rename(const Path& from, const Path& to, FileError& error) override;
     bool CanRead(const Path& path) override;
@@ -29,8 +30,11 @@ class PosixFileAccess : public FileAccess {
     /// until this one is whole. Follows no link.
     bool WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body,
                        FileError& error) override;
+    void DropUnfinishedRecovery(const Path& recoveryPath) override;
 
   private:
+    [[nodiscard]] std::unique_ptr<LockedFile> LockNew(PosixFile file, const Path& path, FileError& error) const;
+
     Path m_stateFolder;  // empty when the user has no home
     std::chrono::milliseconds m_lockWait;
 };

@@ -18,7 +18,8 @@ namespace {
 
 constexpr char kDiskFull[] =
     "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
-    "The database was not touched.";
+    "The database was not touched. The changes to \"People\" are not saved.";
+constexpr char kDialogChanged[] = "Save the changes before closing?";
 
 class EndingTest : public WindowTest {
   protected:
@@ -40,6 +41,11 @@ TEST_F(EndingTest, ASignalEndsTheDialogInWhichOneTypesAndThenTheProgram) {
         Open(before);
         user.ExpectDialog(149, [&](CQuillaryDialog& page) {
             Click(page.Control<QWidget>(1003));
+            user.ExpectMessage(kDialogChanged, "Cancel");
+            raise(number);
+            EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
+            EXPECT_TRUE(page.isVisible()) << "what was typed stays";
+            user.ExpectMessage(kDialogChanged, "Discard");
             raise(number);
             EXPECT_TRUE(QTest::qWaitFor([&] { return !page.isVisible(); }));
         });

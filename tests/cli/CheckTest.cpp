@@ -205,10 +205,10 @@ TEST_F(CheckCommand, PrintsLinesOrJson) {
     Write("bad.pdb", Patched(60, "\"\\\n\x01"));
     const QlyResult lines = Qly({"check", "bad.pdb"});
     EXPECT_EQ(1, lines.status);
-    EXPECT_EQ("60: The type is \"\"\\ U+0001\", not \"Qly1\"\n", lines.out);
+    EXPECT_EQ("60: The type is \"\"\\U+000AU+0001\", not \"Qly1\"\n", lines.out);
     const QlyResult json = Qly({"check", "bad.pdb", "--json"});
     EXPECT_EQ(1, json.status);
-    EXPECT_EQ(nlohmann::json::parse(R"([{"offset": 60, "problem": "The type is \"\"\\ U+0001\", not \"Qly1\""}])"),
+    EXPECT_EQ(nlohmann::json::parse(R"([{"offset": 60, "problem": "The type is \"\"\\U+000AU+0001\", not \"Qly1\""}])"),
               nlohmann::json::parse(json.out));
 }
 

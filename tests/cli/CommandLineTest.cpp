@@ -1,4 +1,5 @@
 #include "cli/Command.h"
+#include "db/RecoveryFile.h"
 #include "tests/cli/Qly.h"
 
 namespace quillary {
@@ -62,16 +63,17 @@ const std::vector<Call> kCalls = {
 TEST_F(CommandLine, RefusesWithAStatusAndOneLine) { Expect({}, kCalls); }
 
 TEST_F(CommandLine, NoLineForPeopleHoldsAControlCharacter) {
-    EXPECT_THAT(Qly({"find", "t.pdb", "x", "--field", "a\nb\x1B[31m\u009B"}).err, HasSubstr("\"a bU+001B[31mU+009B\""));
+    EXPECT_THAT(Qly({"find", "t.pdb", "x", "--field", "a\nb\x1B[31m\u009B"}).err,
+                HasSubstr("\"aU+000AbU+001B[31mU+009B\""));
     ImageParts parts;
     parts.name = "N\x1B[31m";
-    parts.AddSchema({"F\x07"}, {"t"}, {}, "one\x90\r\ntwo\x08");
+    parts.AddSchema({"F\x07"}, {"t"}, {}, "one\x90\r\ntw\to\x08");
     parts.tail = "\x0E" + std::string(39, '\0') + FromHex("02 00") + std::string(84, '\0') +
                  FromHex("00000000 FF000000 FF000000");
     Write("hostile.pdb", parts);
     const std::string info = Output({"info", "hostile.pdb"});
     for (const char* line : {"NU+001B[31m\n", "  FU+0007, Text, 80 pixels\n", "  FU+0007, ascending\n",
-                             "  FU+0007 is \"U+000E\"\n", "oneU+0090\ntwoU+0008\n"}) {
+                             "  FU+0007 is \"U+000E\"\n", "oneU+0090\ntw\toU+0008\n"}) {
         EXPECT_THAT(info, HasSubstr(line));
     }
 }
@@ -93,6 +95,27 @@ TEST_F(CommandLine, CommonOptionsStandAnywhereBehindTheCommand) {
     const std::string list = Output({"list", "t.pdb"});
     EXPECT_EQ(list, Output({"list", "--quiet", "t.pdb", "--date-order", "dmy", "--password-file=nothing"}));
     EXPECT_EQ("1\n", Output({"find", "--code-page=windows-1250", "t.pdb", "ann"}));
+}
+
+TEST_F(CommandLine, OneLineTellsOfACopyThatIsNotUsed) {
+    struct Case {
+        std::string copy;
+        const char* told;
+        const char* refusal;
+    };
+    const Case kCases[] = {
+        {RecoveryFile::Head(PathOf("t.pdb"), {1, 1, 0, 0, false}, "old", "new") + "new",
+         "The file is used as it is; opening it in Quillary's window offers the copy.", "Open it in Quillary's window"},
+        {std::string("QlyRecov\2\0\0\0", 12) + "in a layout of their own",
+         "Open the database in that version, or move the copy away. The file is used as it is.",
+         "Another version of Quillary left the recovery copy"},
+    };
+    for (const Case& c : kCases) {
+        WriteRecovery("t.pdb", c.copy);
+        Expect({}, {{"a command that reads", {"find", "t.pdb", "ann"}, 0, c.told, "1\n"},
+                    {"a check", {"check", "t.pdb"}, 0, c.told},
+                    {"a command that would write", {"options", "t.pdb", "--long-dates", "on"}, 1, c.refusal}});
+    }
 }
 
 QlySurroundings To(const std::string& output) {

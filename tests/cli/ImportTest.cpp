@@ -63,6 +63,10 @@ const std::vector<RefusalCase> kRefusals = {
     {"no UTF-8 in the header", "A,\xC0\x80\n", "Row 1, column 2: the value is no UTF-8 text."},
     {"a character that the page lacks", "A\nxжx\n", "database of code page windows-1252: ж\n", {"--lenient"}},
     {"the same in a name", "A,ж\n", "Row 1, column 2: These characters"},
+    {"a byte that the page reads as another sign",
+     "A\n~\\\n",
+     "of code page shift_jis: ~\\\n",
+     {"--code-page", "shift_jis"}},
     {"the character of the end mark", "A\n\xC3\xBF\n", "Row 2, column A: These characters", {"--lenient"}},
     {"NUL", std::string("A\nx\0y\n", 6), "windows-1252: U+0000\n", {"--lenient"}},
     {"a tab that hides a later field",
@@ -70,7 +74,7 @@ const std::vector<RefusalCase> kRefusals = {
      "Row 2, column d: A tab in \"d\" would hide the field \"j\". Move \"d\" behind it or take the tab out.",
      {"--lenient"}},
     {"too many rows", "A\n" + Repeated("1\n", 65'532),
-     "A database holds at most 65,531 records. Nothing was imported."},
+     "Row 65533: A database holds at most 65,531 records. Nothing was imported."},
     {"a column without a --field", "A,B\n1,2\n", "Row 1, column B: there is no --field of this name.",
      Fields({"A:text"})},
     {"no number", "A\n1\n1e5\n", "Row 3, column A: \"1e5\" is no number.\n", Fields({"A:number"})},
@@ -99,7 +103,7 @@ TEST_F(Import, AppendingIsAllOrNothing) {
         {"a column without a field", "Name,Due\nx,\n",
          "column Due: the database has no field of this name. It has \"Name"},
         {"a bad value in the last row", "Name,No\nx,2\ny,z\n", "Row 3, column No"},
-        {"too many with those that are there", "Name\n" + Repeated("x\n", 65'531), "65,531"},
+        {"too many with those that are there", "Name\n" + Repeated("x\n", 65'531), "Row 65532: A data"},
         {"records of another program", "Name\nx\n", "Of the records in this file, 1 would not come back"},
         {"a name for what has one", "Name\nx\n", "--name", {"--name", "N"}, 2},
         {"fields for what has some", "Name\nx\n", "--field", Fields({"Name:text"}), 2},
@@ -235,6 +239,12 @@ TEST_F(Import, NamesAndWidths) {
     EXPECT_EQ("B,A,C\r\n2,1,false\r\n", Output({"list", "o.pdb"})) << "the header's order, then what has no column";
     EXPECT_EQ("Zoë", JsonOf({"info", "o.pdb", "--json"})["name"]);
     EXPECT_EQ(80, JsonOf({"fields", "o.pdb"})[0]["width"]);
+}
+
+TEST_F(Import, APageWithoutABackslashReadsItsByteAsWhatItHas) {
+    ASSERT_EQ(0, ImportTable("A\n\u00A5\u203E\nplain\n", "t.pdb", {"--code-page", "shift_jis"}).status);
+    EXPECT_THAT(Read("t.pdb"), HasSubstr("\\~"));
+    EXPECT_EQ("A\n\u00A5\u203E\nplain\n", Output({"list", "t.pdb", "--format", "tsv", "--code-page", "shift_jis"}));
 }
 
 TEST_F(Import, FillsADatabaseToTheLastRecord) {

@@ -10,6 +10,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "platform/posix/PosixFileAccess.h"
+
 namespace quillary {
 
 namespace {
@@ -103,6 +105,13 @@ void QlyTest::Expect(const std::vector<std::string>& prefix, const std::vector<C
 void QlyTest::Write(const std::string& name, const std::string& bytes) { WriteFile(PathOf(name), bytes); }
 
 void QlyTest::Remove(const std::string& name) { fs::remove(PathOf(name)); }
+
+void QlyTest::WriteRecovery(const std::string& name, const std::string& bytes) {
+    ::setenv("XDG_STATE_HOME", PathOf(kOwnFolder).c_str(), 1);
+    PosixFileAccess files;
+    FileError error;
+    ASSERT_TRUE(files.WriteRecovery(files.RecoveryPath(PathOf(name)), bytes, "", error)) << error.reason;
+}
 
 std::string QlyTest::Read(const std::string& name) const { return ReadFile(PathOf(name)); }
 

@@ -57,14 +57,15 @@ class QlyTest : public ::testing::Test {
     void Write(const std::string& name, const std::string& bytes);
     void Write(const std::string& name, const ImageParts& parts) { Write(name, parts.Build()); }
     void Remove(const std::string& name);
+    /// Leaves a copy where qly looks for the one of the database `name`.
+    void WriteRecovery(const std::string& name, const std::string& bytes);
+    [[nodiscard]] std::string PathOf(const std::string& name) const { return m_folder + "/" + name; }
     [[nodiscard]] std::string Read(const std::string& name) const;
     [[nodiscard]] bool Exists(const std::string& name) const;
     /// The files that the test or qly put into the folder, with what they hold.
     [[nodiscard]] std::map<std::string, std::string> Files() const;
 
   private:
-    [[nodiscard]] std::string PathOf(const std::string& name) const { return m_folder + "/" + name; }
-
     std::string m_folder;
 };
 

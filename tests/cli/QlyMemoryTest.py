@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """What qly holds in memory follows a file's size, whatever the file claims.   QlyMemoryTest.py QLY"""
-import os, subprocess, sys, tempfile
+import os, shutil, subprocess, sys, tempfile
 
 qly = os.path.abspath(sys.argv[1])
 MB = 1 << 20
@@ -36,6 +36,20 @@ with tempfile.TemporaryDirectory() as folder:
             bogus.write(place.to_bytes(4, "big") + bytes([kind, 0, 0, 0]))
         bogus.write(schema)
         bogus.truncate(size)
+    # A record of nothing but NULs, and three sort keys on the long field.
+    shutil.copy("whole.pdb", "keys.pdb")
+    with open("keys.pdb", "r+b") as keys:
+        keys.seek(int.from_bytes(head[52:56], "big") + 416)
+        keys.write(bytes(12))
+    shutil.copy("whole.pdb", "nuls.pdb")
+    with open("nuls.pdb", "r+b") as nuls:
+        nuls.truncate(offsets[4] + 6)
+        nuls.truncate(size)
+        nuls.seek(76)
+        nuls.write(b"\0\5")
+    for name in "nuls.pdb", "keys.pdb":
+        held = peak("record", name, "set", "1", "B=q")
+        assert held <= 2 * size + 64 * MB, f"record set in {name}: {held // MB} MB of {size // MB}"
     for name, most in ("whole.pdb", size * 1.3 + 20 * MB), ("bogus.pdb", 2 * size):
         for arguments in ["info"], ["list"], ["check"], ["find", "absent"]:
             held = peak(arguments[0], name, *arguments[1:])

@@ -44,8 +44,11 @@ TEST(FieldType, StoredTextsAndBack) {
 
 TEST(FieldType, AnUnknownTextIsKeptUntilTheTypeChanges) {
     Field field;
-    field.storedType = "Zoo";
-    EXPECT_EQ("Zoo", StoredFieldType(field));
+    EXPECT_EQ("t", StoredFieldType(field)) << "a new field";
+    for (const char* text : {"Zoo", ""}) {
+        field.storedType = text;
+        EXPECT_EQ(text, StoredFieldType(field));
+    }
     field.options.capitalize = true;
     EXPECT_EQ("T", StoredFieldType(field));
     field = {};

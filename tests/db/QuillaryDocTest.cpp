@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
+#include "db/RecoveryFile.h"
 #include "platform/posix/CodePages.h"
 #include "tests/fakes/TestDatabase.h"
 
@@ -61,6 +62,49 @@ TEST_F(QuillaryDoc, OpensWhatAFileHolds) {
     EXPECT_FALSE(doc.IsModified());
     const std::string before = files.contents["/db.pdb"];
     EXPECT_EQ(before, Saved()) << "an unchanged document writes nothing";
+}
+
+TEST_F(QuillaryDoc, SchemaTextsThatMeanNothingStayUntilTheyAreSet) {
+    ImageParts parts;
+    parts.AddSchema({"A", "B", "C", "D"}, {"", "Zoo", "F2", "I7"}, {"abc", " 80", "99999999999", ""});
+    ASSERT_TRUE(Open(parts));
+    std::string expected = files.contents["/db.pdb"];
+    doc.SetEditOnSelect(true);
+    const std::string saved = Saved();
+    EXPECT_EQ(expected.substr(expected.find("abc")), saved.substr(saved.find("abc")));
+    EXPECT_NE(saved.find(FromHex("0000 0001") + "Zoo"), saved.npos) << "an empty type";
+    doc.SetFieldWidth(0, 70);
+    doc.SetFieldWidth(0, 0);
+    EXPECT_EQ(Saved().find("abc"), saved.npos);
+}
+
+// A save that stopped, and a file that is by now no database, or gone.
+TEST_F(QuillaryDoc, ACopyIsToldOfWhenThereIsNoDatabase) {
+    ASSERT_TRUE(Open(Contacts()));
+    const std::string recovery = RecoveryFile::Head("/db.pdb", {1, 7, 0, 0, true}, "old", "new") + "new";
+    for (const bool isGone : {false, true}) {
+        files.contents = {{"/db.pdb", ""}, {"/db.pdb.recovery", recovery}};
+        if (isGone) files.contents.erase("/db.pdb");
+        for (const OpenMode mode : {OpenMode::Read, OpenMode::Edit, OpenMode::EditExclusive}) {
+            EXPECT_FALSE(doc.OpenDatabase("/db.pdb", mode, questions));
+            EXPECT_EQ(RecoveryState::Unrelated, doc.Recovery()) << isGone;
+        }
+        EXPECT_EQ(recovery, files.contents["/db.pdb.recovery"]);
+    }
+    EXPECT_FALSE(doc.OpenDatabase("/other.pdb", OpenMode::Edit, questions));
+    EXPECT_EQ(RecoveryState::None, doc.Recovery());
+}
+
+TEST_F(QuillaryDoc, AnImageThatCouldNotBeReadIsNotMade) {
+    const std::string text(20000, 'x');
+    DatabaseContent content;
+    content.fields = {MakeField("A", "t")};
+    content.shown.assign(60000, {text.data(), static_cast<std::uint32_t>(text.size()), kCategoryShown});
+    Image image;
+    Failure failure;
+    EXPECT_FALSE(EncodeDatabase(content, image, failure));
+    EXPECT_EQ(Message::ImageTooLarge, failure.message);
+    EXPECT_EQ(text.data(), content.shown[0].data) << "as it was";
 }
 
 TEST_F(QuillaryDoc, TheWholeFileByteForByte) {

@@ -92,6 +92,18 @@ TEST(RecordBuffer, RewritingKeepsEveryOtherEntry) {
     }
 }
 
+TEST(RecordBuffer, ARecordThatWouldNeedManyTimesItsSizeIsNotTakenApart) {
+    const std::string nuls(100'000, '\0');
+    const Entry change{0, "new"};
+    EXPECT_FALSE(WalkEntries(nuls));
+    EXPECT_EQ(Entries({"new"}), RewriteEntries(nuls, std::array{change}, 3))
+        << "more entries than numbers: by the scan";
+    // Not to be walked, and each text goes on to the end.
+    const std::string nested = FromHex("41 01 02 03 04 05") + std::string(2'000'000, 'x');
+    EXPECT_FALSE(RewriteEntries(nested, std::array{change}, 6));
+    EXPECT_TRUE(RewriteEntries(nested, std::array{change}, 3));
+}
+
 TEST(RecordBuffer, TextsThatWouldHideALaterField) {
     EXPECT_EQ(10u, FieldHiddenBy("a\nb", 3, 12)->field);
     EXPECT_EQ(13u, FieldHiddenBy("a\r\n", 11, 14)->field) << "field 10 stands before it and is safe";

@@ -78,6 +78,35 @@ TEST_F(RecordCommit, OnlyWhatWasEnteredChanges) {
     EXPECT_EQ(Entries(texts), doc.Shown()[row].Entries());
 }
 
+// What another program may have written: entry 0 is found in the first place alone.
+TEST(RecordOrder, ATextThatWouldBeLostGetsItsPlaceOrIsRefused) {
+    struct Case {
+        const char* name;
+        std::string entries;
+        std::string after;  // with "q" set in A; empty when refused
+        const char* words;
+    };
+    const Case kCases[] = {
+        {"B before A", FromHex("0001 62 0000 61"), FromHex("0000 71 0001 62"), ""},
+        {"equal numbers stay in their order", FromHex("0001 62 0000 61 0001 63"), FromHex("0000 71 0001 62 0001 63"),
+         ""},
+        {"B's text would hide C in order", FromHex("0002 63 0001 62 02 0000 61"), "",
+         "The entries of this record stand in an order in which a new text of \"A\" would not be found again."},
+    };
+    for (const Case& c : kCases) {
+        MemoryFiles files;
+        CQuillaryDoc doc(files);
+        Failure failure;
+        doc.NewDatabase("x", {MakeField("A", "t"), MakeField("B", "t"), MakeField("C", "t")});
+        ASSERT_TRUE(doc.AppendRecord(c.entries, failure));
+        bool changed = false;
+        EXPECT_EQ(CommitRecord(doc, 0, std::vector<EnteredValue>{{0, "q"}}, changed, failure), !c.after.empty())
+            << c.name << failure.text;
+        EXPECT_THAT(failure.text, testing::StartsWith(c.words)) << c.name;
+        EXPECT_EQ(c.after.empty() ? c.entries : c.after, doc.Shown()[0].Entries()) << c.name;
+    }
+}
+
 TEST_F(RecordCommit, RefusalsNameWhatIsWrongAndChangeNothing) {
     const std::size_t row = Append({"a"});
     bool changed = false;

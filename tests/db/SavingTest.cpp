@@ -186,6 +186,7 @@ TEST(Saving, AStoppedCreationLeavesNoFileOrTheWholeOne) {
             const bool goesOn = fail == FaultyFiles::Fail::ThisCall;
             if (!made && goesOn && failure.message != Message::WriteFailedTorn) {
                 EXPECT_EQ(IdOf(disk, kPath), "none") << failAt;
+                EXPECT_EQ(failure.text.find("as it was"), std::string::npos) << "there was no file: " << failure.text;
             }
             disk.ForEachCrash([&](FaultyFiles& left) {
                 const auto found = left.BytesOf(kPath);
@@ -200,6 +201,20 @@ TEST(Saving, AStoppedCreationLeavesNoFileOrTheWholeOne) {
             if (HasFailure() || disk.Calls() < failAt) break;
         }
     }
+}
+
+TEST(Saving, ACopyOfADatabaseThatHasGoneIsNotReplacedByANewOne) {
+    FaultyFiles disk;
+    const std::string copy = RecoveryFile::Head(kPath, {1, 7, 0, 0, false}, "old", "new") + "new";
+    disk.Put(kRecovery, copy);
+    Failure failure;
+    EXPECT_FALSE(Make(disk, "mine", failure));
+    EXPECT_EQ(failure.message, Message::CopyOfMissing);
+    EXPECT_EQ(disk.BytesOf(kRecovery), copy);
+    EXPECT_EQ(RecoveryOfMissing(disk, kPath), RecoveryState::Unrelated);
+    disk.Put(kRecovery, RecoveryFile::Head(kPath, {}, {}, "new") + "new");
+    EXPECT_EQ(RecoveryOfMissing(disk, kPath), RecoveryState::None) << "it was never there";
+    EXPECT_TRUE(Make(disk, "mine", failure));
 }
 
 TEST(Saving, ATakenNameIsRefusedWithoutTouchingItsRecoveryFile) {
@@ -269,16 +284,59 @@ TEST(Saving, WhatTheFileHoldsDecidesAboutItsRecoveryFile) {
         if (c.state != RecoveryState::Unrelated) continue;
         EXPECT_FALSE(Save(disk, MustLoad(disk), Bytes(700, 3), failure));
         EXPECT_EQ(failure.message, Message::UndecidedCopy) << "nobody has decided about the copy";
-        bool restored = false;
-        for (int failAt = 1; !restored; ++failAt) {
-            disk.FailAt(failAt, FaultyFiles::Fail::ThisCallAndLater);
-            restored = RestoreRecoveryCopy(disk, kPath, failure);
-            disk.FailAt(0, FaultyFiles::Fail::ThisCall);
-            EXPECT_TRUE(restored || disk.BytesOf(kRecovery)) << "a copy that was not restored stays; call " << failAt;
-            if (!restored) disk.Put(kPath, c.holds);
-        }
+        EXPECT_TRUE(RestoreRecoveryCopy(disk, kPath, failure)) << failure.text;
         EXPECT_EQ(MustLoad(disk).recovery, RecoveryState::None);
         EXPECT_EQ(IdOf(disk, kPath), Id(newBytes));
+    }
+}
+
+TEST(Saving, AStoppedRestoreLeavesFileAndCopyOrTheCopyInTheFilesPlace) {
+    const std::string oldBytes = Bytes(2300, 5);
+    const std::string newBytes = Bytes(3100, 6);
+    struct Case {
+        const char* name;
+        std::optional<std::string> holds;
+    };
+    const Case kCases[] = {{"a backup", Bytes(2300, 7)},
+                           {"a longer file", Bytes(4700, 7)},
+                           {"an empty file", ""},
+                           {"no file", std::nullopt}};
+    for (const Case& c : kCases) {
+        // True when the user can still decide.
+        const auto isUndecided = [&](FaultyFiles& disk) {
+            const auto bytes = disk.BytesOf(kPath);
+            if (!bytes) return RecoveryOfMissing(disk, kPath) == RecoveryState::Unrelated;
+            if (MustLoad(disk).recovery != RecoveryState::Unrelated) return false;
+            EXPECT_EQ(Id(*bytes), Id(c.holds.value_or("")));
+            return true;
+        };
+        bool goesOn = true;
+        for (int failAt = 1; goesOn; ++failAt) {
+            for (const auto fail : {FaultyFiles::Fail::ThisCallAndLater, FaultyFiles::Fail::ThisCall}) {
+                SCOPED_TRACE(c.name + std::string(", call ") + std::to_string(failAt));
+                FaultyFiles disk;
+                disk.Put(kRecovery, RecoveryFile::Head(kPath, {1, 7, 0, 0, false}, oldBytes, newBytes) + newBytes);
+                if (c.holds) disk.Put(kPath, *c.holds);
+                disk.FailAt(failAt, fail);
+                Failure failure;
+                const bool restored = RestoreRecoveryCopy(disk, kPath, failure);
+                const bool refused = disk.Calls() >= failAt;
+                disk.FailAt(0, fail);
+                if (restored) {
+                    EXPECT_EQ(IdOf(disk, kPath), Id(newBytes));
+                } else if (failure.message == Message::WriteFailedTorn) {
+                    EXPECT_FALSE(isUndecided(disk));
+                } else if (fail == FaultyFiles::Fail::ThisCall) {
+                    EXPECT_EQ(disk.BytesOf(kPath), c.holds);
+                }
+                disk.ForEachCrash([&](FaultyFiles& left) {
+                    if (!restored && isUndecided(left)) return;
+                    EXPECT_EQ(Reopened(left), Id(newBytes));
+                });
+                if (HasFailure()) return;
+                goesOn = refused;
+            }
+        }
     }
 }
 
@@ -379,7 +437,7 @@ TEST(Saving, ARecoveryFileOfAnotherVersionIsKeptAndStopsEverySave) {
     disk.Put(kPath, "old");
     disk.Put(kRecovery, theirs);
     for (const LoadMode mode : {LoadMode::Read, LoadMode::Complete}) {
-        EXPECT_EQ(MustLoad(disk, mode).recovery, RecoveryState::Unrelated);
+        EXPECT_EQ(MustLoad(disk, mode).recovery, RecoveryState::OtherVersions);
     }
     Failure failures[3];
     EXPECT_FALSE(Save(disk, MustLoad(disk), "new", failures[0]));
@@ -387,6 +445,7 @@ TEST(Saving, ARecoveryFileOfAnotherVersionIsKeptAndStopsEverySave) {
     EXPECT_EQ(disk.BytesOf(kPath), "old");
     FileError error;
     ASSERT_TRUE(disk.Remove(kPath, error));
+    EXPECT_EQ(RecoveryOfMissing(disk, kPath), RecoveryState::OtherVersions);
     EXPECT_FALSE(Make(disk, "new", failures[2]));
     for (const Failure& failure : failures) {
         EXPECT_EQ(failure.message, Message::OtherVersionsCopy);

@@ -151,12 +151,11 @@ bool FaultyFiles::ReadRecovery(const Path& recoveryPath, Image& image, FileError
 
 bool FaultyFiles::WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body,
                                 FileError& error) {
-    const std::string name = recoveryPath.string();
     if (Fails(error)) return false;
-    if (!m_names.contains(name)) Name(name, NewNode({}));
-    const NodePtr node = m_names[name];
-    return Write(*node, 0, head, error) && Write(*node, head.size(), body, error) &&
-           (SetLength(*node, head.size() + body.size()), Flush(node, error));
+    const NodePtr node = NewNode({});
+    if (!Write(*node, 0, head, error) || !Write(*node, head.size(), body, error) || !Flush(node, error)) return false;
+    Name(recoveryPath.string(), node);
+    return Flush(node, error);
 }
 
 bool FaultyFiles::Write(Node& node, std::uint64_t offset, std::string_view bytes, FileError& error) {

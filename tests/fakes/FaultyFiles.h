@@ -46,7 +46,7 @@ class FaultyFiles : public FileAccess {
     bool CanWrite(const Path& path) override { return CanRead(path); }
     Path RecoveryPath(const Path& path) override { return path.string() + ".recovery"; }
     bool ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) override;
-    /// In pieces, into the old file if there is one: the worst that a system can do.
+    /// In pieces, into a file that takes the name when it is flushed; a power failure may still take the name back.
     bool WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body,
                        FileError& error) override;
 

@@ -92,7 +92,7 @@ std::string ImageParts::Build() const {
 Field MakeField(std::string_view name, std::string_view storedType) {
     Field field;
     field.name = name;
-    field.storedType = storedType;
+    field.storedType.emplace(storedType);
     DecodeFieldType(storedType, field.type, field.options);
     return field;
 }

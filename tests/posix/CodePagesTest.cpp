@@ -34,9 +34,20 @@ TEST(CodePages, WhatAPageLacksIsNeverReplaced) {
     std::u16string unstorable;
     EXPECT_FALSE(CodePageByName("shift_jis")->FromWide(u"10 € für", &unstorable));
     EXPECT_EQ(unstorable, u"€ü");
+    EXPECT_FALSE(CodePageByName("shift_jis")->FromWide(u"\\"));  // stored as what reads as a yen sign
     EXPECT_EQ(CodePageByName("shift_jis")->FromWideForHashing(u"漢ü"), "\x8A\xBF?");
     EXPECT_FALSE(CodePageByName("1251")->FromWide(u"я"));  // its byte would end the record
     EXPECT_FALSE(CodePageByName("1251")->FromWide(u"é"));
+}
+
+TEST(CodePages, WhichKeepAscii) {
+    for (const char* name : {"windows-1252", "1251", "cp932", "euc-kr", "utf-8"}) {
+        EXPECT_TRUE(CodePageByName(name)->KeepsAscii()) << name;
+    }
+    for (const char* name : {"shift_jis", "cp1361", "jis_x0201", "iso-2022-jp"}) {
+        const auto page = CodePageByName(name);
+        EXPECT_FALSE(page && page->KeepsAscii()) << name;
+    }
 }
 
 TEST(CodePages, BrokenBytesShowWithoutTakingTheRestAlong) {

@@ -5,6 +5,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <fstream>
+
+#include "db/CopyBeside.h"
 #include "db/Layout.h"
 #include "db/Saving.h"
 #include "tests/fakes/SaveInSteps.h"
@@ -227,6 +230,40 @@ TEST_F(PosixFiles, ARecoveryFileIsTheUsersAloneAndFollowsNoLink) {
     ASSERT_TRUE(m_files.ReadRecovery(recovery, image, error)) << error.reason;
     EXPECT_EQ(image.Bytes(), "HEADBODY");
     EXPECT_EQ(FileBytes(victim), "untouched");
+}
+
+TEST_F(PosixFiles, TheBeginningOfARecoveryFileGoesWhenNobodyWritesIt) {
+    const Path path = m_folder.Write("db.pdb", "old");
+    const std::string left = m_folder.Write("state/quillary/recovery/x", "").parent_path() /
+                             (m_files.RecoveryPath(path).filename().string() + ".new");
+    std::ofstream(left) << "half";
+    (void)Load(path);
+    EXPECT_TRUE(std::filesystem::exists(left)) << "reading removes nothing";
+    LoadedFile loaded;
+    FileError error;
+    {
+        const auto writer = m_files.Open(path, LockKind::Exclusive, error);
+        EXPECT_FALSE(LoadDatabaseFile(m_files, path, LoadMode::Complete, nullptr, loaded, error));
+        EXPECT_TRUE(std::filesystem::exists(left)) << "it may be just being written";
+    }
+    EXPECT_TRUE(LoadDatabaseFile(m_files, path, LoadMode::Complete, nullptr, loaded, error));
+    EXPECT_FALSE(std::filesystem::exists(left));
+}
+
+TEST_F(PosixFiles, ACopyIsForThoseWhoMayReadTheOriginal) {
+    const Path path = m_folder.Write("db.pdb", "secret");
+    for (const unsigned mode : {0600u, 0640u, 0664u}) {
+        chmod(path.c_str(), mode);
+        const mode_t mask = umask(022);
+        Path copy;
+        Failure failure;
+        EXPECT_TRUE(CopyBeside(m_files, path, "secret", copy, failure)) << failure.text;
+        umask(mask);
+        EXPECT_EQ(std::filesystem::status(copy).permissions(), std::filesystem::perms(mode));
+    }
+    FileError error;
+    EXPECT_TRUE(m_files.CreateLike(m_folder / "new.pdb", m_folder / "absent", error));
+    EXPECT_EQ(std::filesystem::status(m_folder / "new.pdb").permissions(), std::filesystem::perms(0600));
 }
 
 TEST_F(PosixFiles, WithoutARecoveryFileNothingIsWritten) {

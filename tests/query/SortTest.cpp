@@ -43,6 +43,11 @@ TEST(Sort, OrderByType) {
          {"\x96", "\xE9", "z"},
          "z|\xE9|\x96|",
          "\x96|\xE9|z|"},
+        {"line ends as they are shown, all alike",
+         "t",
+         {"a\n", "a\r\nb", "a\nb", "a\r", "a\n\n", "a\r\n", "a\rb"},
+         "a\r|a\n|a\r\n|a\n\n|a\r\nb|a\nb|a\rb|",
+         "a\rb|a\r\nb|a\nb|a\n\n|a\n|a\r\n|a\r|"},
         {"numbers, unreadable ones are 0", "F", {"10", "9", "x", "", "-1"}, "-1|x||9|10|", "10|9|x||-1|"},
         {"unchecked before checked", "B", {"yes", "no", "1", ""}, "no||yes|1|", "yes|1|no||"},
         {"unreadable dates first", "D", {"5", "", "-700000", "-3"}, "|-700000|-3|5|", "5|-3||-700000|"},
@@ -71,7 +76,7 @@ TEST(Sort, ThreeKeysAreStableAndDeadKeysAreSkipped) {
                      std::to_string(random() % 3), std::to_string(i)}),
             failure));
     }
-    doc.SetSort({{"Gone", false}, {"A", true}, {"B", false}});
+    doc.SetSort({{"Gone", false}, {"A", true}, {"A", false}, {"B", false}});
     SortRecords(doc);
     const auto rows = ShownTexts(doc);
     for (std::size_t i = 1; i < rows.size(); ++i) {

@@ -2,7 +2,9 @@
 #include <QAbstractButton>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
 #include <QTest>
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <set>
@@ -12,6 +14,7 @@
 #include "query/FindRecordDlg.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/AboutDlg.h"
+#include "ui/CommandIds.h"
 
 namespace quillary {
 namespace {
@@ -85,16 +88,46 @@ TEST_F(DialogTest, TheInputPanelIsThereWhileAnEditBoxHasTheFocus) {
     EXPECT_FALSE(inputPanel.shown);
 }
 
-TEST_F(DialogTest, ClosingTheWindowCancelsTheDialogFirst) {
+TEST_F(DialogTest, ClosingTheWindowEndsTheDialogFirstAndAsksWhenItHoldsChanges) {
+    for (const QString& answer : {QStringLiteral("Save"), QStringLiteral("Discard"), QString()}) {
+        app.Frame().show();
+        CQuillaryDoc* doc = Open(PeopleParts().Build());
+        user.ExpectDialog(149, [&](CQuillaryDialog& page) {
+            if (!answer.isEmpty()) {
+                Click(page.Control<QWidget>(1003));
+                user.ExpectMessage("Save the changes before closing?", answer);
+            }
+            EXPECT_FALSE(app.Frame().close());
+            EXPECT_FALSE(page.isVisible());
+        });
+        ChooseMenu("Tools", "Options...");
+        EXPECT_EQ(doc->Style() == DateStyle::Long, answer == "Save");
+        EXPECT_TRUE(QTest::qWaitFor([this] { return !app.Frame().isVisible(); }));
+    }
+}
+
+TEST_F(DialogTest, HasTheKeysWhateverHadThemBefore) {
     Open(PeopleParts().Build());
-    user.ExpectDialog(149, [this](CQuillaryDialog& page) {
-        Click(page.Control<QWidget>(1003));
-        EXPECT_FALSE(app.Frame().close());
-        EXPECT_FALSE(page.isVisible());
+    app.Frame().findChild<QMenuBar*>()->setFocus();
+    user.ExpectDialog(142, [](CQuillaryDialog& page) {
+        EXPECT_TRUE(page.Control<QWidget>(1027)->hasFocus());
+        QTest::keyClick(&page, Qt::Key_Escape);
     });
-    ChooseMenu("Tools", "Options...");
-    EXPECT_TRUE(QTest::qWaitFor([this] { return !app.Frame().isVisible(); }));
-    EXPECT_EQ(CloseAndReadFile(), PeopleParts().Build());
+    app.Frame().PostCommand(ID_RECORD_FIND);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
+}
+
+TEST_F(DialogTest, ALinkFollowsTheKeyboardToo) {
+    CAboutDlg about(app.Frame());
+    user.ExpectDialog(100, [](CQuillaryDialog& page) {
+        QTest::keyClick(page.Control<QWidget>(1001), Qt::Key_Return);
+        const auto windows = QApplication::topLevelWidgets();
+        EXPECT_TRUE(std::any_of(windows.begin(), windows.end(), [](const QWidget* window) {
+            return window->objectName() == QLatin1String("help") && window->isVisible();
+        }));
+        QTest::keyClick(&page, Qt::Key_Escape);
+    });
+    about.exec();
 }
 
 }  // namespace

@@ -67,7 +67,7 @@ void User::AnswerMessage(QMessageBox& box) {
     const Expected expected = Next(kMessage);
     EXPECT_EQ(box.text(), expected.text);
     for (QAbstractButton* button : box.buttons()) {
-        if (button->text() == expected.button) {
+        if (button->text().remove(u'&') == expected.button) {
             Click(button);
             return;
         }

@@ -52,6 +52,7 @@ WindowTest::WindowTest() {
 }
 
 CQuillaryDoc* WindowTest::Open(const std::string& image, const Path& path) {
+    app.CloseDocument();  // the same path again would only come to the front
     files.contents[path.string()] = image;
     CQuillaryDoc* doc = app.OpenDocumentFile(path);
     QTest::qWait(0);

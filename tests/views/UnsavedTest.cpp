@@ -11,7 +11,10 @@ namespace {
 constexpr char kChanged[] = "Another program has changed this database since it was read. It was not overwritten.";
 constexpr char kDiskFull[] =
     "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
-    "The database was not touched.";
+    "The database was not touched. The changes to \"People\" are not saved.";
+constexpr char kChangedLeaving[] =
+    "Another program has changed this database since it was read. It was not overwritten. "
+    "The changes to \"People\" are not saved.";
 
 class UnsavedTest : public WindowTest {
   protected:
@@ -83,7 +86,7 @@ TEST_F(UnsavedTest, AChangeOnDiskTakesNothingUnsavedAway) {
     fileWatcher.TellChange();
     QTest::qWait(150);
     EXPECT_EQ(Title(), "People*");
-    user.ExpectMessage(kChanged, "Discard the Changes");
+    user.ExpectMessage(kChangedLeaving, "Discard the Changes");
     EXPECT_TRUE(Close());
 }
 
@@ -163,11 +166,25 @@ TEST_F(UnsavedTest, LeavingSavesWhenTheCauseIsGoneAndDiscardsOnRequest) {
     }
 }
 
+TEST_F(UnsavedTest, AFileThatIsGoneIsSaidAndCanBeSavedElsewhere) {
+    CQuillaryDoc* doc = Open(PeopleParts().Build());
+    files.contents.erase("/people.pdb");
+    ChooseLongDates();
+    user.ExpectMessage("The file /people.pdb is no longer there.", "Cancel");
+    ChooseMenu("Tools", "Options...");
+    EXPECT_FALSE(doc->IsModified());
+    user.ExpectMessage("The file /people.pdb is no longer there. The changes to \"People\" are not saved.",
+                       "Save Elsewhere...");
+    user.ExpectFileChooser("/Friends.pdb");
+    EXPECT_TRUE(Close());
+    EXPECT_TRUE(files.contents.contains("/Friends.pdb"));
+}
+
 TEST_F(UnsavedTest, LeavingOverAnotherProgramsChangeOffersToOverwriteIt) {
     CQuillaryDoc* doc = Open(PeopleParts().Build());
     Change(doc);
     files.contents["/people.pdb"] = Other();
-    user.ExpectMessage(kChanged, "Overwrite");
+    user.ExpectMessage(kChangedLeaving, "Overwrite");
     EXPECT_TRUE(Close());
     EXPECT_TRUE(HoldsLongDates("/people.pdb"));
 }

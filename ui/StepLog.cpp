@@ -1,4 +1,4 @@
-#include "app/StepLog.h"
+#include "ui/StepLog.h"
 
 #include <QLoggingCategory>
 #include <QString>
