@@ -388,7 +388,8 @@ void CDocListPage::CopySelected() {
 
 void CDocListPage::DeleteSelected() {
     const auto path = Target();
-    if (!path || !m_files.Delete(*path, m_model.Row(m_view->currentIndex().row()).name)) return;
+    const QModelIndex target = path ? m_model.IndexOf(*path) : QModelIndex();
+    if (!target.isValid() || !m_files.Delete(*path, m_model.Row(target.row()).name)) return;
     const int row = m_model.IndexOf(*path).row();
     m_model.Remove(*path);
     if (m_model.rowCount() > 0) m_view->setCurrentIndex(m_model.index(std::clamp(row, 0, m_model.rowCount() - 1), 0));

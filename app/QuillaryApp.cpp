@@ -105,7 +105,7 @@ CQuillaryDoc* CQuillaryApp::OpenDocumentFile(const Path& path) {
 CQuillaryDoc* CQuillaryApp::OpenDocumentFile(const Path& path, OpenMode mode, Questions& questions) {
     if (m_session && !m_session->Leave()) return nullptr;
     CloseDocument();
-    auto doc = Read(path, mode, questions);
+    auto doc = Read(path, mode, questions, mode == OpenMode::Edit);
     if (!doc) return nullptr;
     Show(std::move(doc));
     if (mode == OpenMode::Edit) Remember(path);
@@ -130,10 +130,10 @@ bool CQuillaryApp::CommitData(bool mayAsk) {
     return true;
 }
 
-std::unique_ptr<CQuillaryDoc> CQuillaryApp::Read(const Path& path, OpenMode mode, Questions& questions) {
+std::unique_ptr<CQuillaryDoc> CQuillaryApp::Read(const Path& path, OpenMode mode, Questions& questions, bool mayAsk) {
     auto doc = std::make_unique<CQuillaryDoc>(m_desktop.files);
     bool isOpen = doc->OpenDatabase(path, mode, questions);
-    if (mode == OpenMode::Edit) {
+    if (mayAsk) {
         switch (SettleRecoveryCopy(m_desktop.files, path, *doc, &m_frame)) {
             case CopyChoice::Restored:
                 isOpen = doc->OpenDatabase(path, mode, questions);
@@ -159,14 +159,16 @@ void CQuillaryApp::Show(std::unique_ptr<CQuillaryDoc> doc) {
 }
 
 void CQuillaryApp::FollowFile() {
-    if (!m_session || m_session->Doc().IsModified() || !m_session->Doc().HasFileChanged()) return;
+    if (!m_session) return;
+    const CQuillaryDoc& doc = m_session->Doc();
+    const bool isKept = m_keptChange == doc.ChangeNumber();  // unsaved only because the file could not be read
+    if ((doc.IsModified() && !isKept) || !doc.HasFileChanged()) return;
     // A command works on the document, a menu is open, or a column is being dragged.
     const bool isBusy = !OpenDialog::All().empty() || QApplication::activePopupWidget() ||
                         QGuiApplication::mouseButtons() != Qt::NoButton;
     if (isBusy) {
         m_fileChanged.start();
     } else {
-        // What is no database now may be one that is still being copied; the next change tells, or the next save.
         ReadAgain(Reading::Quiet);
     }
 }
@@ -191,17 +193,26 @@ void CQuillaryApp::ReadAgain(Reading reading) {
     m_session->Finish();  // the last save's flush holds the file
     const CQuillaryDoc& old = m_session->Doc();
     CWindowQuestions questions(m_frame, old.DatabasePasswordHash(), reading == Reading::Quiet);
-    auto doc = Read(old.FilePath(), OpenMode::Edit, questions);
-    if (!doc) return;
+    auto doc = Read(old.FilePath(), OpenMode::Edit, questions, reading == Reading::Telling);
+    if (!doc) {
+        if (reading == Reading::Telling) return;
+        // A file that is still being copied may be a database with the next change.
+        m_keptChange = old.ChangeNumber();
+        m_session->Doc().KeepUnsaved();
+        m_frame.DocumentChanged();
+        return;
+    }
     const CQuillaryView::Place place = m_view->CurrentPlace();
     CloseDocument();
     Show(std::move(doc));
     m_view->GoTo(place);
+    m_frame.DocumentChanged();
 }
 
 void CQuillaryApp::CloseDocument() {
     if (!m_session) return;
     m_session->Finish();
+    m_keptChange.reset();
     m_frame.ForgetDatabase();
     (void)m_desktop.fileWatcher.Watch({});
     m_view.reset();
@@ -222,6 +233,7 @@ void CQuillaryApp::OpenOther() {
     QFileDialog chooser(&m_frame, QStringLiteral("Open Database"), FromPath(m_desktop.locations.MainFolder()),
                         DatabaseFileFilter() + QStringLiteral(";;AllFiles (*)"));
     chooser.setFileMode(QFileDialog::ExistingFile);
+    chooser.setOption(QFileDialog::HideNameFilterDetails);
     {
         const OpenDialog open(chooser);
         if (chooser.exec() != QDialog::Accepted) return;

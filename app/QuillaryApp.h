@@ -2,7 +2,9 @@
 #pragma once
 
 #include <QTimer>
+#include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "admin/StorageLocations.h"
 #include "app/Desktop.h"
@@ -51,7 +53,9 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
     void OnFileOpen();
     void OpenOther();
     void OnAbout();
-    [[nodiscard]] std::unique_ptr<CQuillaryDoc> Read(const Path& path, OpenMode mode, Questions& questions);
+    /// `mayAsk`: whether the user decides about a copy that an interrupted save has left.
+    [[nodiscard]] std::unique_ptr<CQuillaryDoc> Read(const Path& path, OpenMode mode, Questions& questions,
+                                                     bool mayAsk);
     void Show(std::unique_ptr<CQuillaryDoc> doc);
     enum class Reading { Telling, Quiet };  // whether a failure is told
     void ReadAgain(Reading reading);
@@ -62,7 +66,8 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
 
     const Desktop m_desktop;
     std::int32_t m_alternatingRowColor;
-    QTimer m_fileChanged;  // a moment after the last change, as these come in bursts
+    std::optional<std::uint64_t> m_keptChange;  // the document's change number when its file became unreadable
+    QTimer m_fileChanged;                       // a moment after the last change, as these come in bursts
     CMainFrame m_frame;
     std::unique_ptr<CMyDocListTemplate> m_template;  // null while the program only makes a picture
     CHandOver m_handOver;

@@ -60,6 +60,8 @@ class CQuillaryDoc {
     void FlushInBackground(bool on) { m_flushInBackground = on; }
     /// Whether another program has written the file since it was read or saved, by the file's state alone.
     [[nodiscard]] bool HasFileChanged() const;
+    /// The file is no longer what was read: the records here are the only ones, and count as unsaved.
+    void KeepUnsaved() { m_modified = true; }
     void Close();
 
     /// "A database with this name already exists at this location." when `path` can be read.

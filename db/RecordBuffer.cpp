@@ -97,8 +97,9 @@ std::optional<std::vector<Entry>> WalkEntries(std::string_view entries) {
     std::vector<Entry> walked;
     for (std::size_t at = 0; at < entries.size();) {
         if (entries[at] != '\0' || at + 1 == entries.size()) return std::nullopt;
-        if (walked.size() == kMaxEntries) return std::nullopt;
-        const std::string_view text = TextFrom(entries, at + 2);
+        // More entries than any table needs stay together: a hostile record must not cost a multiple of its size.
+        const std::string_view text =
+            walked.size() < kMaxEntries ? TextFrom(entries, at + 2) : entries.substr(std::min(at + 2, entries.size()));
         walked.push_back({static_cast<std::uint8_t>(entries[at + 1]), text});
         at += 2 + text.size();
     }
@@ -123,9 +124,10 @@ std::optional<std::string> RewriteEntries(std::string_view entries, std::span<co
         }
     }
     for (const Entry& change : changes) {
-        const auto same = std::find_if(kept->begin(), kept->end(),
-                                       [&change](const Entry& entry) { return entry.number == change.number; });
-        if (same != kept->end()) {
+        const auto tail = kept->begin() + static_cast<std::ptrdiff_t>(std::min(kept->size(), kMaxEntries));
+        const auto same =
+            std::find_if(kept->begin(), tail, [&change](const Entry& entry) { return entry.number == change.number; });
+        if (same != tail) {
             same->text = change.text;
         } else {
             const auto behind = std::find_if(kept->begin(), kept->end(),

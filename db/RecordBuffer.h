@@ -62,7 +62,8 @@ struct Entry {
 
 /// A number is one byte, so a record with more entries repeats some, and would need many times its memory to be walked.
 inline constexpr std::size_t kMaxEntries = 256;
-/// The entries by walking from one to the next, or nullopt when the record is not made so or has over kMaxEntries.
+/// The entries by walking from one to the next, or nullopt when the record is not made so. What comes behind the first
+/// kMaxEntries is the text of one more, with the heads of its entries in it.
 [[nodiscard]] std::optional<std::vector<Entry>> WalkEntries(std::string_view entries);
 
 void AppendEntry(std::string& entries, std::uint8_t number, std::string_view text);

@@ -15,6 +15,9 @@ class CFindRecordDlg : public CQuillaryDialog {
     [[nodiscard]] const QString& Text() const { return m_text; }
     [[nodiscard]] int Column() const { return m_column; }
 
+    /// Nothing that a Cancel would lose.
+    [[nodiscard]] bool IsChanged() const override { return false; }
+
   protected:
     void Load() override;
     bool Commit() override;

@@ -122,6 +122,7 @@ bool CDocumentSession::SaveElsewhere() {
                         DatabaseFileFilter());
     chooser.setAcceptMode(QFileDialog::AcceptSave);
     chooser.setDefaultSuffix(QStringLiteral("pdb"));
+    chooser.setOption(QFileDialog::HideNameFilterDetails);
     chooser.setOption(QFileDialog::DontConfirmOverwrite);  // an existing database is never replaced
     chooser.selectFile(FreeName(m_doc->FilePath()));
     const OpenDialog open(chooser);
@@ -155,7 +156,9 @@ bool CDocumentSession::Leave() {
         const QString discard = QStringLiteral("Discard the Changes");
         QStringList answers = {elsewhere, discard, QStringLiteral("Cancel")};
         if (failure.message == Message::ChangedByAnother) answers.insert(1, overwriteIt);
-        const std::string text = failure.text.empty() ? unsaved : failure.text + " " + unsaved;
+        const std::string text = failure.message == Message::FileGone ? failure.text
+                                 : failure.text.empty()               ? unsaved
+                                                                      : failure.text + " " + unsaved;
         const QString answer = answers[AskUser(m_frame.Window(), FromUtf8(text), answers)];
         if (answer == discard) return true;
         if (answer == answers.last()) return false;

@@ -95,9 +95,8 @@ TEST(RecordBuffer, RewritingKeepsEveryOtherEntry) {
 TEST(RecordBuffer, ARecordThatWouldNeedManyTimesItsSizeIsNotTakenApart) {
     const std::string nuls(100'000, '\0');
     const Entry change{0, "new"};
-    EXPECT_FALSE(WalkEntries(nuls));
-    EXPECT_EQ(Entries({"new"}), RewriteEntries(nuls, std::array{change}, 3))
-        << "more entries than numbers: by the scan";
+    EXPECT_EQ(WalkEntries(nuls)->size(), kMaxEntries + 1);
+    EXPECT_TRUE(RewriteEntries(nuls, std::array{change}, 3) == Entries({"new"}) + nuls.substr(2));
     // Not to be walked, and each text goes on to the end.
     const std::string nested = FromHex("41 01 02 03 04 05") + std::string(2'000'000, 'x');
     EXPECT_FALSE(RewriteEntries(nested, std::array{change}, 6));
@@ -121,6 +120,18 @@ TEST(RecordArena, RecordsStayWhereTheyAre) {
         stored.emplace_back(arena.Store(text), text);
     }
     for (const auto& [at, text] : stored) ASSERT_EQ(text, std::string_view(at, text.size()));
+}
+
+TEST(RewriteEntries, KeepsAllOfARecordWithMoreEntriesThanAnyTable) {
+    const auto record = [](std::string_view second) {
+        std::string entries;
+        AppendEntry(entries, 0, "a");
+        AppendEntry(entries, 1, second);
+        for (int i = 0; i < 600; ++i) AppendEntry(entries, static_cast<std::uint8_t>(30 + i % 200), std::to_string(i));
+        return entries;
+    };
+    const Entry change{1, "new"};
+    EXPECT_EQ(RewriteEntries(record("old"), {&change, 1}, 2), record("new"));
 }
 
 }  // namespace

@@ -90,6 +90,23 @@ TEST_F(UnsavedTest, AChangeOnDiskTakesNothingUnsavedAway) {
     EXPECT_TRUE(Close());
 }
 
+TEST_F(UnsavedTest, WhatIsShownIsKeptWhenTheFileBecomesUnreadable) {
+    Open(PeopleParts().Build());
+    files.contents["/people.pdb"] = "noise";
+    fileWatcher.TellChange();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Title() == "People*"; }));
+    files.contents["/people.pdb"] = Other();  // it was still being copied
+    fileWatcher.TellChange();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Counter() == "1 of 2"; }));
+    files.contents["/people.pdb"] = "noise again";
+    fileWatcher.TellChange();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Title() == "People*"; }));
+    user.ExpectMessage(kChangedLeaving, "Overwrite");
+    EXPECT_TRUE(Close());
+    app.CloseDocument();
+    EXPECT_EQ(Open(files.contents["/people.pdb"])->Shown().size(), 2U);
+}
+
 TEST_F(UnsavedTest, AReloadThatFailsKeepsWhatIsOpen) {
     CQuillaryDoc* doc = Open(PeopleParts().Build());
     Change(doc);
@@ -173,8 +190,7 @@ TEST_F(UnsavedTest, AFileThatIsGoneIsSaidAndCanBeSavedElsewhere) {
     user.ExpectMessage("The file /people.pdb is no longer there.", "Cancel");
     ChooseMenu("Tools", "Options...");
     EXPECT_FALSE(doc->IsModified());
-    user.ExpectMessage("The file /people.pdb is no longer there. The changes to \"People\" are not saved.",
-                       "Save Elsewhere...");
+    user.ExpectMessage("The file /people.pdb is no longer there.", "Save Elsewhere...");
     user.ExpectFileChooser("/Friends.pdb");
     EXPECT_TRUE(Close());
     EXPECT_TRUE(files.contents.contains("/Friends.pdb"));
