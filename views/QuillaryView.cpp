@@ -335,7 +335,10 @@ void CQuillaryView::OnFind() {
     FindFrom(0);
 }
 
-void CQuillaryView::OnRepeatFind() { FindFrom(static_cast<std::size_t>(GetSelectedRow() + 1)); }
+void CQuillaryView::OnRepeatFind() {
+    const int next = GetSelectedRow() + 1;
+    FindFrom(static_cast<std::size_t>(next));
+}
 
 void CQuillaryView::FindFrom(std::size_t row) {
     const QString question =
