@@ -64,8 +64,7 @@ constexpr Row kMessages[] = {
     {Message::HidesField, "A %s in \"%s\" would hide the field \"%s\". Move \"%s\" behind it or take the %s out."},
     {Message::OutOfOrder,
      "The entries of this record stand in an order in which a new text of \"%s\" would not be found again. The record "
-     "was "
-     "not changed."},
+     "was not changed."},
     {Message::TextsOverlap,
      "The texts of this record lie in each other, and apart they would be too large. The record was not changed."},
     {Message::NameMissing, "You must provide a database name before continuing."},
