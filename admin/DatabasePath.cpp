@@ -15,7 +15,7 @@ bool EndsInExtension(std::string_view path) {
 }
 
 std::string DatabaseNameFor(const std::filesystem::path& path) {
-    const std::string stem = path.stem().string();
+    std::string stem = path.stem().string();
     auto wide = Utf8ToWide(stem);
     if (!wide || wide->size() <= kMostNameCharacters) return stem;
     wide->resize(kMostNameCharacters);

@@ -93,7 +93,7 @@ std::string EncodeFieldType(FieldType type, const FieldOptions& options) {
 }
 
 std::string StoredFieldType(const Field& field) {
-    const std::string encoded = EncodeFieldType(field.type, field.options);
+    std::string encoded = EncodeFieldType(field.type, field.options);
     if (!field.storedType) return encoded;
     FieldType type{};
     FieldOptions options;
