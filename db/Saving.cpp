@@ -80,14 +80,16 @@ bool Settle(FileAccess& files, const Path& path, LockedFile& file, Situation& fo
     return files.Remove(files.RecoveryPath(path), error);
 }
 
-// Why a locked file that was open already cannot be looked at.
+// Why a file cannot be locked or looked at.
 void SetLookFailure(const FileError& error, Failure& failure) {
     if (error.kind == FileError::Kind::Recovery) {
         failure = {Message::RecoveryNotRead, error.reason};
     } else {
         // A name that leads to another file now, or to none, is another program's doing.
-        failure.Set(error.kind == FileError::Kind::NotFound ? Message::ChangedByAnother
-                                                            : Message::UnableToOpenForWriting);
+        Message why = Message::UnableToOpenForWriting;
+        if (error.kind == FileError::Kind::NotFound) why = Message::ChangedByAnother;
+        if (error.kind == FileError::Kind::Busy) why = Message::FileBusy;
+        failure.Set(why);
     }
 }
 

@@ -4,6 +4,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QTimer>
 #include <utility>
 
 namespace quillary {
@@ -25,6 +26,11 @@ QVariant Unwrapped(QVariant value) {
 }  // namespace
 
 ColorScheme::ColorScheme(std::function<void(Kind)> changed) : m_changed(std::move(changed)) {
+    // Qt 6.4 drops, without a word, the match rule of a connection that is made before the event loop runs.
+    QTimer::singleShot(0, this, [this] { Follow(); });
+}
+
+void ColorScheme::Follow() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,

@@ -36,6 +36,10 @@ CHelpBook::CHelpBook() : m_page(new QTextBrowser), m_search(new QLineEdit) {
     bar->addWidget(contents);
     bar->addWidget(m_search, 1);
     bar->addWidget(next);
+    // On a small screen the search box needs the room.
+    for (QPushButton* button : {contents, next}) {
+        button->setMinimumWidth(fontMetrics().horizontalAdvance(button->text()) + fontMetrics().height());
+    }
     m_page->setOpenLinks(true);
     m_page->setAccessibleName(QStringLiteral("Help"));
     m_page->document()->setDocumentMargin(fontMetrics().height());

@@ -34,12 +34,12 @@ TEST(ColorScheme, AsksOnceAndFollowsChanges) {
     const QCoreApplication application(argc, nullptr);
     QDBusConnection bus = QDBusConnection::sessionBus();
     ASSERT_TRUE(bus.isConnected()) << "run it in dbus-run-session";
+    std::vector<ColorScheme::Kind> told;
+    const ColorScheme scheme([&](ColorScheme::Kind kind) { told.push_back(kind); });
     Portal portal;
     portal.answer = Wrapped(Wrapped(1U));
     ASSERT_TRUE(bus.registerVirtualObject(kPath, &portal));
     ASSERT_TRUE(bus.registerService("org.freedesktop.portal.Desktop"));
-    std::vector<ColorScheme::Kind> told;
-    const ColorScheme scheme([&](ColorScheme::Kind kind) { told.push_back(kind); });
     using Kind = ColorScheme::Kind;
     EXPECT_TRUE(QTest::qWaitFor([&] { return told == std::vector{Kind::Dark}; }));
     const struct {
