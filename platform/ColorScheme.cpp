@@ -4,7 +4,6 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QTimer>
 #include <utility>
 
 namespace quillary {
@@ -26,11 +25,8 @@ QVariant Unwrapped(QVariant value) {
 }  // namespace
 
 ColorScheme::ColorScheme(std::function<void(Kind)> changed) : m_changed(std::move(changed)) {
-    // Qt 6.4 drops, without a word, the match rule of a connection that is made before the event loop runs.
-    QTimer::singleShot(0, this, [this] { Follow(); });
-}
-
-void ColorScheme::Follow() {
+    // Qt 6.4 connects no slot with a type whose number nobody has asked for yet.
+    qRegisterMetaType<QDBusVariant>();
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
     bus.connect(kService, kPath, kInterface, QStringLiteral("SettingChanged"), this,

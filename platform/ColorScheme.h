@@ -23,7 +23,6 @@ class ColorScheme : public QObject {
     void OnSettingChanged(const QString& group, const QString& key, const QDBusVariant& value);
 
   private:
-    void Follow();
     void Take(const QVariant& value);
 
     std::function<void(Kind)> m_changed;

@@ -16,30 +16,28 @@ namespace {
 
 constexpr char kPath[] = "/org/freedesktop/portal/desktop";
 
+QVariant Wrapped(const QVariant& value) { return QVariant::fromValue(QDBusVariant(value)); }
+
 class Portal : public QDBusVirtualObject {
   public:
-    QVariant answer;
-
     [[nodiscard]] QString introspect(const QString&) const override { return {}; }
     bool handleMessage(const QDBusMessage& message, const QDBusConnection& bus) override {
         if (message.member() != QLatin1String("Read")) return false;
-        return bus.send(message.createReply(answer));
+        // Made here, so that nobody has made a wrapped value, and Qt registered it, before the first question.
+        return bus.send(message.createReply(Wrapped(Wrapped(1U))));
     }
 };
-
-QVariant Wrapped(const QVariant& value) { return QVariant::fromValue(QDBusVariant(value)); }
 
 TEST(ColorScheme, AsksOnceAndFollowsChanges) {
     int argc = 0;
     const QCoreApplication application(argc, nullptr);
     QDBusConnection bus = QDBusConnection::sessionBus();
     ASSERT_TRUE(bus.isConnected()) << "run it in dbus-run-session";
-    std::vector<ColorScheme::Kind> told;
-    const ColorScheme scheme([&](ColorScheme::Kind kind) { told.push_back(kind); });
     Portal portal;
-    portal.answer = Wrapped(Wrapped(1U));
     ASSERT_TRUE(bus.registerVirtualObject(kPath, &portal));
     ASSERT_TRUE(bus.registerService("org.freedesktop.portal.Desktop"));
+    std::vector<ColorScheme::Kind> told;
+    const ColorScheme scheme([&](ColorScheme::Kind kind) { told.push_back(kind); });
     using Kind = ColorScheme::Kind;
     EXPECT_TRUE(QTest::qWaitFor([&] { return told == std::vector{Kind::Dark}; }));
     const struct {
