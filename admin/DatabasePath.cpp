@@ -24,16 +24,7 @@ std::string DatabaseNameFor(const std::filesystem::path& path) {
 
 bool IsImpossibleName(std::string_view name) {
     if (name == "." || name == "..") return true;
-    const bool hasPlainOne = std::any_of(
-        name.begin(), name.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F || c == '/' || c == '\\'; });
-    // U+0080 to U+009F, control characters too, are 0xC2 and a byte below 0xA0.
-    const auto hasHighOne = [name] {
-        for (auto at = name.find('\xC2'); at != name.npos; at = name.find('\xC2', at + 1)) {
-            if (at + 1 < name.size() && static_cast<unsigned char>(name[at + 1]) < 0xA0) return true;
-        }
-        return false;
-    };
-    return hasPlainOne || hasHighOne();
+    return name.find_first_of("/\\") != name.npos || HasControlCharacter(name);
 }
 
 std::optional<std::string> BuildDatabasePath(std::string_view name, const StorageLocations& locations,

@@ -77,6 +77,7 @@ CDocListPage::CDocListPage(const Desktop& desktop, QWidget& window, Requests req
     connect(m_folders, &QComboBox::activated, this, [this](int chosen) {
         const QVariant folder = m_folders->itemData(chosen);
         m_model.ShowFolder(folder.isNull() ? std::nullopt : std::optional<Path>(folder.toByteArray().toStdString()));
+        m_view->SelectFirst();
         ShowState();
     });
     m_changed->setSingleShot(true);
@@ -296,7 +297,7 @@ void CDocListPage::OnScanned(const CDocListScanner::Result& result) {
     m_changed->setInterval(std::max(kChangeMilliseconds, 4 * static_cast<int>(m_scanTime.elapsed())));
     if (m_changedWhileScanning) m_changed->start();
     if (!m_selectNext.empty()) m_view->Select(std::exchange(m_selectNext, {}));
-    if (!m_view->Selected() && m_model.rowCount() > 0) m_view->setCurrentIndex(m_model.index(0, 0));
+    m_view->SelectFirst();
     ShowState();
 }
 

@@ -76,8 +76,9 @@ void CDocListView::FitColumns() {
     const int size = std::max(metrics.horizontalAdvance(CDocListModel::SizeText(888800000)) + margin,
                               header()->sectionSizeHint(CDocListModel::kSize));
     int room = viewport()->width() - kFewestNameLetters * letter;
+    bool fits = true;  // once one does not, the others make room for the name
     const auto take = [&](int column, int width) {
-        const bool fits = width <= room;
+        fits = fits && width <= room;
         header()->setSectionHidden(column, !fits);
         if (!fits) return 0;
         header()->resizeSection(column, width);
@@ -102,6 +103,10 @@ bool CDocListView::Select(const Path& path) {
     setCurrentIndex(row);
     scrollTo(row);
     return true;
+}
+
+void CDocListView::SelectFirst() {
+    if (!Selected() && m_model.rowCount() > 0) setCurrentIndex(m_model.index(0, CDocListModel::kName));
 }
 
 void CDocListView::EditName(const Path& path, const std::optional<QString>& text) {

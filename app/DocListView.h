@@ -20,6 +20,8 @@ class CDocListView : public QTreeView {
     [[nodiscard]] std::optional<Path> Selected() const;
     /// Selects the row and brings it into sight. False when the database does not show.
     bool Select(const Path& path);
+    /// The first row, when none is selected, so that the keys have one to act on.
+    void SelectFirst();
     /// Opens the name for editing; with `text` in place of the name when there is one.
     void EditName(const Path& path, const std::optional<QString>& text = {});
 

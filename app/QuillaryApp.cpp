@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QTimer>
+#include <memory>
 #include <system_error>
 
 #include "admin/Settings.h"
@@ -123,11 +124,16 @@ void CQuillaryApp::Remember(const Path& path) {
 }
 
 bool CQuillaryApp::CommitData(bool mayAsk) {
-    m_frame.Unwinding().Start(CUnwinding::Way::Cancel, {[] {}});
-    if (!m_session) return true;
-    if (mayAsk) return m_session->Leave();
-    m_session->Retry();
-    return true;
+    if (!mayAsk) {
+        if (m_session) m_session->Retry();
+        return true;
+    }
+    const auto way = CUnwinding::AskForWay(&m_frame, QStringLiteral("Save the changes before closing?"));
+    if (!way) return false;
+    // An accepted dialog's command saves as soon as the desktop's question is answered.
+    const auto isRefused = std::make_shared<bool>(false);
+    m_frame.Unwinding().Start(*way, {[] {}, [isRefused] { *isRefused = true; }});
+    return !*isRefused && (!m_session || m_session->Leave());
 }
 
 std::unique_ptr<CQuillaryDoc> CQuillaryApp::Read(const Path& path, OpenMode mode, Questions& questions, bool mayAsk) {
@@ -153,16 +159,31 @@ void CQuillaryApp::Show(std::unique_ptr<CQuillaryDoc> doc) {
     m_view = std::make_unique<CQuillaryView>(*m_session, m_frame, m_desktop.trash);
     m_view->SetRowColor(RowColor(m_alternatingRowColor));
     m_frame.ShowDatabase(*m_session, *m_view);
-    // Without watches, the next save still finds out.
-    const Path folder = m_session->Doc().FilePath().parent_path();
-    (void)m_desktop.fileWatcher.Watch({folder.empty() ? Path(".") : folder});
+    WatchFile();
+}
+
+void CQuillaryApp::WatchFile() {
+    // The name's folder, and the one where the file is when the name is a link.
+    std::vector<Path> folders;
+    const Path& path = m_session->Doc().FilePath();
+    for (const Path& folder : {path.parent_path(), m_desktop.files.CanonicalPath(path).parent_path()}) {
+        folders.push_back(folder.empty() ? Path(".") : folder);
+    }
+    if (folders[0] == folders[1]) folders.pop_back();
+    (void)m_desktop.fileWatcher.Watch(folders);  // without watches, the next save still finds out
+}
+
+void CQuillaryApp::DocumentMoved() {
+    WatchFile();
+    Remember(m_session->Doc().FilePath());
 }
 
 void CQuillaryApp::FollowFile() {
     if (!m_session) return;
     const CQuillaryDoc& doc = m_session->Doc();
     const bool isKept = m_keptChange == doc.ChangeNumber();  // unsaved only because the file could not be read
-    if ((doc.IsModified() && !isKept) || !doc.HasFileChanged()) return;
+    const bool isUnsaved = doc.IsModified() && !doc.IsReadOnly() && !isKept;
+    if (isUnsaved || !doc.HasFileChanged()) return;
     // A command works on the document, a menu is open, or a column is being dragged.
     const bool isBusy = !OpenDialog::All().empty() || QApplication::activePopupWidget() ||
                         QGuiApplication::mouseButtons() != Qt::NoButton;

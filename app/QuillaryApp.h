@@ -43,6 +43,7 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
     void CloseDocument();
     void ReopenDocument() override;
     void DropDocument() override;
+    void DocumentMoved() override;
 
     [[nodiscard]] CMainFrame& Frame() { return m_frame; }
     [[nodiscard]] CHandOver& HandOver() { return m_handOver; }
@@ -63,6 +64,7 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
     void FollowFile();
     void ShowDocList(const Path& select = {});
     void Remember(const Path& path);
+    void WatchFile();
 
     const Desktop m_desktop;
     std::int32_t m_alternatingRowColor;

@@ -1,6 +1,5 @@
 #include "cli/FieldDefinition.h"
 
-#include <algorithm>
 #include <charconv>
 
 #include "cli/Text.h"
@@ -12,10 +11,6 @@
 namespace quillary {
 
 namespace {
-
-bool HasControlCharacter(std::string_view text) {
-    return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
-}
 
 std::vector<std::string_view> SplitOptions(std::string_view text) {
     std::vector<std::string_view> parts;

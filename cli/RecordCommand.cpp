@@ -104,6 +104,10 @@ class RecordRun {
         const std::string name = Quoted(ForMessage(m_doc.Fields()[field].name, m_doc.Page()));
         const auto typed = m_session.Stored(given, name);
         if (!typed) return std::nullopt;
+        const EntryRules rules{m_doc.Page(), m_session.UserDateOrder(), CenturyOf(m_clock)};
+        std::string stored;
+        const Message refusal = AppendStoredValue(m_doc.Fields()[field], *typed, rules, stored);
+        if (refusal == Message::None) return stored;
         // What a value already reads as stays, even where it could not be entered anew.
         const auto old = present ? FindEntry(present->Entries(), static_cast<std::uint8_t>(field)) : std::nullopt;
         if (old) {
@@ -111,10 +115,6 @@ class RecordRun {
             m_doc.AppendDisplay(*old, field, shown);
             if (*typed == shown) return std::string(*old);
         }
-        const EntryRules rules{m_doc.Page(), m_session.UserDateOrder(), CenturyOf(m_clock)};
-        std::string stored;
-        const Message refusal = AppendStoredValue(m_doc.Fields()[field], *typed, rules, stored);
-        if (refusal == Message::None) return stored;
         (void)m_session.Refuse("Field " + name + ": " + RefusalText(refusal, *typed, rules));
         return std::nullopt;
     }

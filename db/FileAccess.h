@@ -38,12 +38,13 @@ struct FileStamp {
     std::uint64_t inode = 0;
     std::uint64_t size = 0;
     std::int64_t modifiedNs = 0;  // since the epoch
+    std::int64_t changedNs = 0;   // of bytes, names or permissions; no program can set it back
     /// The file was modified so shortly before the stamp was taken that a later write may carry the same time.
     bool mayHideAWrite = false;
 
     [[nodiscard]] bool SameFile(const FileStamp& other) const { return device == other.device && inode == other.inode; }
     [[nodiscard]] bool SameState(const FileStamp& other) const {
-        return SameFile(other) && size == other.size && modifiedNs == other.modifiedNs;
+        return SameFile(other) && size == other.size && modifiedNs == other.modifiedNs && changedNs == other.changedNs;
     }
 };
 

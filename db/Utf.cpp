@@ -57,6 +57,16 @@ std::optional<std::u16string> Utf8ToWide(std::string_view utf8) {
     return wide;
 }
 
+bool HasControlCharacter(std::string_view utf8) {
+    for (std::size_t i = 0; i < utf8.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(utf8[i]);
+        if (byte < 0x20 || byte == 0x7F) return true;
+        // U+0080 to U+009F are 0xC2 and a byte below 0xA0.
+        if (byte == 0xC2 && i + 1 < utf8.size() && static_cast<unsigned char>(utf8[i + 1]) < 0xA0) return true;
+    }
+    return false;
+}
+
 std::string WideToUtf8(std::u16string_view wide) {
     std::string utf8;
     utf8.reserve(wide.size());

@@ -39,49 +39,63 @@ QAction* CCommandActions::Action(int command) {
 QAction* CCommandActions::AddButton(int command, const QString& toolTip, const QIcon& icon) {
     QAction* action = Action(command);
     action->setIcon(icon);
-    action->setIconVisibleInMenu(false);
+    action->setText(toolTip);  // its name for a screen reader
     m_toolTips[command] = toolTip;
     return action;
 }
 
 void CCommandActions::FillMenuBar(QMenuBar& bar, int menuBarId) {
+    const auto [menus, isNew] = m_menus.try_emplace(menuBarId);
+    if (isNew) menus->second = MakeMenus(menuBarId);
+    bar.clear();
+    for (QMenu* menu : menus->second) bar.addMenu(menu);
+    UpdateStates();
+}
+
+std::vector<QMenu*> CCommandActions::MakeMenus(int menuBarId) {
     const std::span<const Popup> popups = PopupsOf(menuBarId);
     QStringList captions;
     for (const Popup& popup : popups) captions << FromWide(Caption(popup.caption));
     captions = WithMnemonics(captions);
 
-    const QList<QAction*> old = bar.actions();
-    bar.clear();
-    for (QAction* action : old) action->menu()->deleteLater();  // the command may come from one of them
-    for (std::size_t i = 0; i < popups.size(); ++i) {
-        QMenu* menu = bar.addMenu(captions[static_cast<qsizetype>(i)]);
+    std::vector<QMenu*> menus;
+    for (const Popup& popup : popups) {
+        auto* menu = new QMenu(captions[static_cast<qsizetype>(menus.size())], &m_window);
         menu->setToolTipsVisible(true);  // a disabled command says there why it is
         QObject::connect(menu, &QMenu::aboutToShow, &m_window, [this] { UpdateStates(); });
         QStringList texts;
-        for (const MenuItem& item : popups[i].items) texts << FromWide(item.text);
+        for (const MenuItem& item : popup.items) texts << FromWide(item.text);
         texts = WithMnemonics(texts);
-        for (std::size_t k = 0; k < popups[i].items.size(); ++k) {
-            const MenuItem& item = popups[i].items[k];
-            if (item.command == kSeparator) {
-                menu->addSeparator();
-                continue;
-            }
-            QAction* action = Action(item.command);
-            action->setText(texts[static_cast<qsizetype>(k)]);
-            menu->addAction(action);
+        qsizetype next = 0;
+        for (const MenuItem& item : popup.items) {
+            const QString& text = texts[next++];
+            item.command == kSeparator ? (void)menu->addSeparator() : AddItem(*menu, item.command, text);
         }
+        menus.push_back(menu);
     }
-    UpdateStates();
+    return menus;
+}
+
+void CCommandActions::AddItem(QMenu& menu, int command, const QString& text) {
+    QAction* item = menu.addAction(text);
+    item->setShortcuts(Action(command)->shortcuts());
+    item->setShortcutContext(Qt::WidgetShortcut);  // shown here; the command's own action hears them
+    QObject::connect(item, &QAction::triggered, &m_window, [this, command] { m_run(command); });
+    m_menuItems.emplace(command, item);
 }
 
 void CCommandActions::UpdateStates() {
     for (const auto& [command, action] : m_actions) {
         CommandState state;
         m_update(command, state);
-        action->setEnabled(state.IsEnabled());
+        const QString whyNot = PlainToolTip(state.WhyNot());
         const auto toolTip = m_toolTips.find(command);
-        action->setToolTip(
-            PlainToolTip(state.WhyNot().isEmpty() && toolTip != m_toolTips.end() ? toolTip->second : state.WhyNot()));
+        action->setEnabled(state.IsEnabled());
+        action->setToolTip(whyNot.isEmpty() && toolTip != m_toolTips.end() ? PlainToolTip(toolTip->second) : whyNot);
+        for (auto [item, end] = m_menuItems.equal_range(command); item != end; ++item) {
+            item->second->setEnabled(state.IsEnabled());
+            item->second->setToolTip(whyNot);
+        }
     }
 }
 

@@ -1,12 +1,15 @@
-// The commands as the desktop knows them: one QAction a command, shared by menus and accelerators.
+// The commands as the desktop knows them: one QAction a command, shared by accelerators and toolbars, and one for each
+// place in a menu. A screen reader knows an item by its action, so that two menus cannot share one.
 #pragma once
 
 #include <QString>
 #include <functional>
 #include <map>
+#include <vector>
 
 class QAction;
 class QIcon;
+class QMenu;
 class QMenuBar;
 class QWidget;
 
@@ -23,7 +26,7 @@ class CCommandActions {
     /// Makes the accelerators' actions, which work wherever the focus is in `window`.
     CCommandActions(QWidget& window, Run run, Update update);
 
-    /// Replaces the content of `bar` by that menu bar of ui/Menus.h.
+    /// Makes `bar` show that menu bar of ui/Menus.h.
     void FillMenuBar(QMenuBar& bar, int menuBarId);
     /// Brings all actions up to date.
     void UpdateStates();
@@ -33,10 +36,15 @@ class CCommandActions {
     [[nodiscard]] QAction* AddButton(int command, const QString& toolTip, const QIcon& icon);
 
   private:
+    [[nodiscard]] std::vector<QMenu*> MakeMenus(int menuBarId);
+    void AddItem(QMenu& menu, int command, const QString& text);
+
     QWidget& m_window;
     Run m_run;
     Update m_update;
     std::map<int, QAction*> m_actions;  // children of m_window
+    std::multimap<int, QAction*> m_menuItems;
+    std::map<int, std::vector<QMenu*>> m_menus;  // by menu bar, made when it first shows
     std::map<int, QString> m_toolTips;
 };
 

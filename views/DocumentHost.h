@@ -7,7 +7,10 @@ class DocumentHost {
   public:
     virtual ~DocumentHost() = default;
 
-    // Both act once the running command has returned: it works on what goes away.
+    /// The database is in another file now.
+    virtual void DocumentMoved() = 0;
+
+    // These act once the running command has returned: it works on what goes away.
 
     /// Reads the file again and shows it where the user was. What was not saved is given up, but only when the file can
     /// be read.

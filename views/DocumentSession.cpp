@@ -130,6 +130,7 @@ bool CDocumentSession::SaveElsewhere() {
         Failure failure;
         if (SaveAs(*m_doc, ToPath(chooser.selectedFiles().first()), failure)) {
             m_frame.DocumentChanged();
+            m_host.DocumentMoved();
             return true;
         }
         ShowMessage(m_frame.Window(), FromUtf8(failure.text));

@@ -94,6 +94,8 @@ void CQuillaryView::SetUpHeaders() {
     m_header->onDragged = [this](int column) { StoreWidth(column); };
     m_header->onFit = [this](int column) { FitColumn(column); };
     setHorizontalHeader(m_header);
+    // The toolkit's own way to fit a column looks at some rows only.
+    disconnect(m_header, &QHeaderView::sectionHandleDoubleClicked, this, nullptr);
 }
 
 bool CQuillaryView::RebuildList(bool resort, bool save) {
@@ -230,7 +232,8 @@ void CQuillaryView::paintEvent(QPaintEvent* event) {
 void CQuillaryView::keyPressEvent(QKeyEvent* event) {
     const QModelIndex cell = currentIndex();
     if (event->key() == Qt::Key_Space && cell.isValid()) {
-        Tap(cell, CheckImageRect(visualRect(cell)).center());
+        const bool isTap = event->modifiers() == Qt::NoModifier && !event->isAutoRepeat();
+        if (isTap) Tap(cell, CheckImageRect(visualRect(cell)).center());
         return;
     }
     if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {
@@ -293,7 +296,8 @@ void CQuillaryView::CancelDialog() { m_frame.CancelDialog(); }
 
 void CQuillaryView::SelectCell(int row, int column) {
     if (m_model.rowCount() == 0) return;
-    setCurrentIndex(m_model.index(std::clamp(row, 0, m_model.rowCount() - 1), std::max(column, 0)));
+    setCurrentIndex(
+        m_model.index(std::clamp(row, 0, m_model.rowCount() - 1), std::clamp(column, 0, m_model.FieldColumns() - 1)));
 }
 
 void CQuillaryView::OnCopy() {

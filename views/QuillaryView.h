@@ -85,7 +85,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     void Tap(const QModelIndex& cell, const QPoint& point);
     void ToggleCheckBox(std::size_t row, std::size_t field);
     [[nodiscard]] bool IsSortKey(std::size_t field) const;
-    /// Makes the cell current and its row the selected one; a row beyond the last one means the last.
+    /// Makes the cell current and its row the selected one; one beyond the last row or column means the last.
     void SelectCell(int row, int column);
 
     CDocumentSession& m_session;

@@ -39,6 +39,7 @@ FileStamp MakeStamp(const struct stat& status) {
     stamp.inode = status.st_ino;
     stamp.size = static_cast<std::uint64_t>(status.st_size);
     stamp.modifiedNs = Nanoseconds(status.st_mtim);
+    stamp.changedNs = Nanoseconds(status.st_ctim);
     // The kernel's time stamps move on every few milliseconds, those of memory cards every two seconds.
     const std::int64_t grain = status.st_mtim.tv_nsec == 0 ? 2050 * kMillisecond : 50 * kMillisecond;
     stamp.mayHideAWrite = stamp.modifiedNs > Now() - grain;
@@ -161,6 +162,7 @@ std::unique_ptr<LockedFile> PosixFileAccess::Open(const Path& path, LockKind loc
             return nullptr;
         }
         if (!RefuseUnlessRegular(status, error) || !LockOpenFile(file, lock, m_lockWait, error)) return nullptr;
+        file.Observe(m_observer);
         auto locked = std::make_unique<PosixLockedFile>(std::move(file), path, false);
         // A file that was replaced while we waited for its lock is the wrong one.
         if (locked->HasItsName(status, error)) return locked;
@@ -189,6 +191,7 @@ std::unique_ptr<LockedFile> PosixFileAccess::LockNew(PosixFile file, const Path&
         unlink(path.c_str());
         return nullptr;
     }
+    file.Observe(m_observer);
     return std::make_unique<PosixLockedFile>(std::move(file), path, true);
 }
 
@@ -234,7 +237,7 @@ Path PosixFileAccess::RecoveryPath(const Path& path) {
 }
 
 bool PosixFileAccess::ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) {
-    const PosixFile file(open(recoveryPath.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
+    PosixFile file(open(recoveryPath.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
     struct stat status {};
     if (!file || fstat(file.Descriptor(), &status) != 0) {
         Fail(error);
@@ -243,6 +246,7 @@ bool PosixFileAccess::ReadRecovery(const Path& recoveryPath, Image& image, FileE
         if (error.kind == FileError::Kind::Denied && isClosed) error.kind = FileError::Kind::NotFound;
         return false;
     }
+    file.Observe(m_observer);
     return RefuseUnlessRegular(status, error) && file.Read(kMaxRecoverySize, image, error);
 }
 
@@ -253,7 +257,7 @@ bool PosixFileAccess::WriteRecovery(const Path& recoveryPath, std::string_view h
         return false;
     }
     return MakePrivateFolder(recoveryPath.parent_path(), error) &&
-           ReplaceFile(recoveryPath, kUnfinished, {head, body}, kPrivateFileMode, error);
+           ReplaceFile(recoveryPath, kUnfinished, {head, body}, kPrivateFileMode, error, m_observer);
 }
 
 void PosixFileAccess::DropUnfinishedRecovery(const Path& recoveryPath) {

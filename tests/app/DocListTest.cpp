@@ -153,6 +153,7 @@ TEST_F(DocListTest, AFolderCanBeChosen) {
     Start();
     ChooseFolder("Documents/Work");
     EXPECT_EQ(Names(), QStringList("Birds"));
+    EXPECT_EQ(Current(), "Birds") << "for Return";
     EXPECT_TRUE(Shows("1 database"));
     AddDatabase("Documents/Work/Deep/More.pdb");
     AddDatabase("Documents/New.pdb");

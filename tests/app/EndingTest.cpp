@@ -81,6 +81,28 @@ TEST_F(EndingTest, TheEndOfTheSessionSavesOrAsksButLeavesTheWindowToTheDesktop) 
     EXPECT_TRUE(app.Frame().isVisible());
 }
 
+TEST_F(EndingTest, TheEndOfTheSessionAsksAboutAChangedDialog) {
+    const struct {
+        const char* answer;
+        bool mayEnd, isLong;
+    } kAnswers[] = {{"Cancel", false, false}, {"Discard", true, false}, {"Save", true, true}};
+    CQuillaryDoc* doc = Open(PeopleParts().Build());
+    for (const auto& row : kAnswers) {
+        user.ExpectDialog(149, [&](CQuillaryDialog& page) {
+            Click(page.Control<QWidget>(1003));
+            EXPECT_TRUE(app.CommitData(false)) << "nobody may be asked";
+            user.ExpectMessage(kDialogChanged, row.answer);
+            EXPECT_EQ(app.CommitData(true), row.mayEnd) << row.answer;
+            EXPECT_EQ(page.isVisible(), !row.mayEnd) << row.answer;
+            if (!row.mayEnd) app.Frame().CancelDialog();
+        });
+        ChooseMenu("Tools", "Options...");
+        EXPECT_EQ(doc->Style() == DateStyle::Long, row.isLong) << row.answer;
+        EXPECT_FALSE(doc->IsModified()) << row.answer;
+        QTest::qWait(0);
+    }
+}
+
 TEST_F(EndingTest, SignalsDuringASaveLeaveItWhole) {
     const TestFolder folder;
     PosixFileAccess disk;

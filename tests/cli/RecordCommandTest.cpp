@@ -61,6 +61,9 @@ TEST_F(RecordCommand, SettingWhatAValueReadsAsWritesNothing) {
     }
     for (const char* value : {"Due=", "Due=No Date", "Kind=", "a="}) Record("t.pdb", {"set", "2", value});
     EXPECT_EQ(before, Read("t.pdb"));
+    // The text that is shown for 7 December, but where the day comes first it is another one.
+    Record("t.pdb", {"set", "1", "Due=12/07/2003", "--date-order", "dmy"});
+    EXPECT_NE(before, Read("t.pdb"));
 }
 
 TEST_F(RecordCommand, SetKeepsEveryOtherEntryByteForByte) {
@@ -157,6 +160,7 @@ TEST_F(NewAndOptions, Refuses) {
                {"an item that the page lacks", {"A:list:x;ж"}, 1, unstorable},
                {"a blank field", {" :text"}, 1, "The blank field must have a name."},
                {"a control character in an item", {"A:list:x\ny"}, 1, "control character"},
+               {"one of the upper ones", {"A\u0081:text"}, 1, "control character"},
                {"a type in capitals", {"A:Text"}, 2, "\"text\"?"},
                {"a type that is like none", {"A:boolean"}, 2, "\"boolean\". \"qly help new\" lists them."},
                {"no type", {"A"}, 2, "NAME:TYPE"},

@@ -19,7 +19,7 @@ class FaultyFile : public LockedFile {
     }
     bool Stamp(FileStamp& stamp, FileError& error) override {
         if (m_files.Fails(error)) return false;
-        stamp = {1, m_node->inode, m_node->seen.size(), m_node->modified, m_files.mayHideAWrite};
+        stamp = {1, m_node->inode, m_node->seen.size(), m_node->modified, 0, m_files.mayHideAWrite};
         return true;
     }
     bool Read(Image& image, FileError& error) override {

@@ -5,7 +5,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <fstream>
+#include <thread>
 
 #include "db/CopyBeside.h"
 #include "db/Layout.h"
@@ -192,6 +194,19 @@ TEST_F(PosixFiles, AWriteRightBehindOursIsNoticed) {
         EXPECT_FALSE(Save(path, "more", written, failure)) << "round " << i;
         ASSERT_EQ(failure.message, Message::ChangedByAnother) << failure.text;
     }
+}
+
+TEST_F(PosixFiles, AWriteOfTheSameLengthThatPutsTheTimeBackIsNoticed) {
+    const Path path = m_folder.Write("db.pdb", "ours");
+    const auto time = std::filesystem::last_write_time(path) - std::chrono::hours(1);
+    std::filesystem::last_write_time(path, time);
+    LoadedFile read = Load(path);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // the kernel's clock moves on
+    std::fstream(path) << "them";
+    std::filesystem::last_write_time(path, time);
+    Failure failure;
+    EXPECT_FALSE(Save(path, "more", read, failure));
+    EXPECT_EQ(failure.message, Message::ChangedByAnother);
 }
 
 TEST_F(PosixFiles, EverySpellingOfAPathFindsTheSameRecoveryFile) {

@@ -1,4 +1,5 @@
 // Menus, accelerators and message maps name the same commands.
+#include <QAccessible>
 #include <QAction>
 #include <QMenuBar>
 #include <map>
@@ -94,6 +95,27 @@ TEST_F(CommandRoutingTest, StatesFollowTheDatabase) {
     });
     ChooseMenu("Tools", "About Quillary...");
     EXPECT_TRUE(IsEnabled(ID_FILE_OPEN));
+}
+
+TEST_F(CommandRoutingTest, AScreenReaderFindsEachMenusItemsWhicheverBarShows) {
+    const auto check = [this] {
+        for (const QAction* caption : app.Frame().findChild<QMenuBar*>()->actions()) {
+            QAccessibleInterface* menu = QAccessible::queryAccessibleInterface(caption->menu());
+            ASSERT_TRUE(menu);
+            EXPECT_EQ(menu->childCount(), caption->menu()->actions().size());
+            for (int i = 0; i < menu->childCount(); ++i) {
+                QAccessibleInterface* item = menu->child(i);
+                ASSERT_TRUE(item && item->parent()) << i;
+                EXPECT_EQ(item->parent()->object(), caption->menu()) << i;
+            }
+        }
+    };
+    for (int time = 0; time < 2; ++time) {
+        check();
+        Open(PeopleParts().Build());
+        check();
+        app.CloseDocument();
+    }
 }
 
 }  // namespace

@@ -80,6 +80,18 @@ TEST_F(UnsavedTest, AChangeOnDiskShowsByItselfWhenNothingIsUnsaved) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return Counter() == "2 of 2"; })) << "after the dialog";
 }
 
+TEST_F(UnsavedTest, AReadOnlyDatabaseFollowsItsFileWhateverItsFieldsBecome) {
+    files.writable = false;
+    Open(PeopleParts().Build())->SetFieldWidth(0, 99);  // in memory only
+    View()->setCurrentIndex(View()->model()->index(1, 3));
+    ImageParts parts;
+    parts.AddSchema({"Name"}, {"T"});
+    for (const char* name : {"Ann", "Ben"}) parts.Add(2, {name});
+    files.contents["/people.pdb"] = parts.Build();
+    fileWatcher.TellChange();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return Counter() == "2 of 2"; }));
+}
+
 TEST_F(UnsavedTest, AChangeOnDiskTakesNothingUnsavedAway) {
     Change(Open(PeopleParts().Build()));
     files.contents["/people.pdb"] = Other();
@@ -144,6 +156,8 @@ TEST_F(UnsavedTest, SavingElsewhereLeavesTheOthersFileAlone) {
     user.ExpectFileChooser("/Friends");
     ChooseMenu("Tools", "Options...");
     EXPECT_EQ(Title(), "Friends");
+    QTest::qWait(0);
+    EXPECT_EQ(recentFiles.paths.back(), "/Friends.pdb");
     EXPECT_EQ(Cell(0, 2), "December 07, 2003");
     EXPECT_EQ(files.contents["/taken.pdb"], "taken");
     EXPECT_EQ(CloseAndReadFile(), Other());
