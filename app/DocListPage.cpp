@@ -13,6 +13,8 @@
 #include <QRegularExpression>
 #include <QScrollArea>
 #include <QStackedWidget>
+#include <QStyle>
+#include <QStyleOption>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -44,6 +46,20 @@ QString CountText(std::size_t count) {
                       : QStringLiteral("%L1 databases").arg(static_cast<qulonglong>(count));
 }
 
+constexpr int kMostFolderLetters = 50;
+
+/// Shows both ends of a folder that is too long for it.
+class FolderBox : public QComboBox {
+  protected:
+    void initStyleOption(QStyleOptionComboBox* option) const override {
+        QComboBox::initStyleOption(option);
+        const QRect field = style()->subControlRect(QStyle::CC_ComboBox, option, QStyle::SC_ComboBoxEditField, this);
+        constexpr int kStyleMargin = 2;  // that the style leaves free at both sides of the text
+        option->currentText =
+            option->fontMetrics.elidedText(option->currentText, Qt::ElideMiddle, field.width() - 2 * kStyleMargin);
+    }
+};
+
 }  // namespace
 
 CDocListPage::CDocListPage(const Desktop& desktop, QWidget& window, Requests requests)
@@ -54,7 +70,7 @@ CDocListPage::CDocListPage(const Desktop& desktop, QWidget& window, Requests req
           desktop.files, [this](std::vector<DocListRow> rows) { OnFound(std::move(rows)); },
           [this](const CDocListScanner::Result& result) { OnScanned(result); }),
       m_view(new CDocListView(m_model)),
-      m_folders(new QComboBox),
+      m_folders(new FolderBox),
       m_other(new QPushButton(QStringLiteral("Open &Other..."))),
       m_body(new QStackedWidget),
       m_state(new QLabel),
@@ -162,7 +178,8 @@ void CDocListPage::BuildLayout() {
     const int gap = fontMetrics().averageCharWidth();
     auto* top = new QHBoxLayout;
     top->setContentsMargins(gap, gap, gap, gap);
-    top->addWidget(m_folders, 1);
+    m_folders->setMaximumWidth(kMostFolderLetters * gap);
+    top->addWidget(m_folders, 1000);  // on a small screen before the free space
     top->addStretch(1);
     top->setSpacing(gap);
     top->addWidget(m_other);

@@ -1,5 +1,6 @@
 #include "cli/Check.h"
 #include "cli/Commands.h"
+#include "cli/Progress.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
 #include "db/Container.h"
@@ -27,47 +28,55 @@ std::string OpeningError(const FileError& error) {
 }  // namespace
 
 ExitStatus RunCheck(Session& session, const Arguments& arguments) {
+    const std::string& path = arguments.words[0];
+    if (path.empty()) {
+        return session.Refuse(FormatMessage(Message::InvalidDatabaseFile) + " " + FormatMessage(Message::NoFilename));
+    }
     LoadedFile loaded;
     FileError error;
-    if (!LoadDatabaseFile(session.Files(), arguments.words[0], LoadMode::Read, nullptr, loaded, error)) {
+    if (!LoadDatabaseFile(session.Files(), path, LoadMode::Read, nullptr, loaded, error)) {
         (void)session.Refuse(OpeningError(error));
         if (error.kind == FileError::Kind::NotFound) {
-            session.TellOfRefusedFilesCopy(arguments.words[0], RecoveryOfMissing(session.Files(), arguments.words[0]));
+            session.TellOfRefusedFilesCopy(path, RecoveryOfMissing(session.Files(), path));
         }
         return ExitStatus::Failed;
     }
     const std::string_view image = loaded.image->Bytes();
     if (!IsDatabaseImage(image)) {
         (void)session.Refuse(MessageText(Message::InvalidDatabaseFile));
-        session.TellOfRefusedFilesCopy(arguments.words[0], loaded.recovery);
+        session.TellOfRefusedFilesCopy(path, loaded.recovery);
         return ExitStatus::Failed;
     }
     if (loaded.recovery == RecoveryState::Pending) {
         Complain("A save of this file did not end. What is checked is what its recovery copy makes of it.");
     }
-    session.TellOfUnusedCopy(arguments.words[0], loaded.recovery);
+    session.TellOfUnusedCopy(path, loaded.recovery);
 
-    const std::vector<Departure> departures = CheckImage(image, session.Page());
+    Output& out = session.Out();
     const bool json = arguments.Has("--json");
-    std::string out;
     if (json) {
-        session.Out().HoldsJson();
-        out += "[";
+        out.HoldsJson();
+        out.Append('[');
     }
-    for (const Departure& departure : departures) {
-        const bool isFirst = &departure == departures.data();
+    bool isClean = true;
+    Progress progress("Checking", DatabaseHeader::Read(image)->RecordCount(), session.ShowsProgress());
+    CheckImage(image, session.Page(), progress, [&](const Departure& departure) {
+        std::string line;
         if (json) {
-            out += std::string(isFirst ? "\n" : ",\n") + "  {\"offset\": " + std::to_string(departure.offset) +
+            line = std::string(isClean ? "\n" : ",\n") + "  {\"offset\": " + std::to_string(departure.offset) +
                    ", \"problem\": ";
-            AppendJsonString(departure.problem, out);
-            out += "}";
+            AppendJsonString(departure.problem, line);
+            line += "}";
         } else {
-            out += std::to_string(departure.offset) + ": " + departure.problem + "\n";
+            line = std::to_string(departure.offset) + ": " + departure.problem + "\n";
         }
-    }
-    if (json) out += departures.empty() ? "]\n" : "\n]\n";
-    session.Out().Append(out);
-    return departures.empty() ? ExitStatus::Done : ExitStatus::Refused;
+        isClean = false;
+        out.Append(line);
+        progress.Hide();  // what is found may be about to stand on the same terminal
+        return out.Drain();
+    });
+    if (json) out.Append(isClean ? "]\n" : "\n]\n");
+    return isClean ? ExitStatus::Done : ExitStatus::Refused;
 }
 
 }  // namespace quillary

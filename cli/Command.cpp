@@ -78,8 +78,8 @@ const Command kCommands[] = {
      kFindOptions, ExitStatus::Failed, RunFind},
     {"fields", "FILE", "Print the fields as JSON", "", 1, 1, {}, ExitStatus::Refused, RunFields},
     {"check", "FILE [--json]", "Report everything in which the file departs from the format",
-     "Prints OFFSET: TEXT lines, 10000 at most and then the number of the others. Status 0: nothing to report,\n"
-     "1: something, 3: the file is no database. Needs no password.",
+     "Prints OFFSET: TEXT lines. Status 0: nothing to report, 1: something, 3: the file is no database. Needs no\n"
+     "password.",
      1, 1, kJsonOnly, ExitStatus::Failed, RunCheck},
     {"hash", "--database|--lock", "Print the hash of a password, read from standard input", "", 0, 0, kHashOptions,
      ExitStatus::Refused, RunHash},

@@ -1,11 +1,18 @@
 #include <algorithm>
 
 #include "cli/Commands.h"
+#include "cli/Progress.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
 #include "query/Find.h"
 
 namespace quillary {
+
+namespace {
+
+constexpr std::size_t kRowsAStep = 64;  // between two looks at the progress
+
+}  // namespace
 
 ExitStatus RunFind(Session& session, const Arguments& arguments) {
     const std::string afterText = arguments.Value("--after").value_or("0");
@@ -25,14 +32,21 @@ ExitStatus RunFind(Session& session, const Arguments& arguments) {
 
     RecordFinder finder(doc, *text, column);
     const bool all = arguments.Has("--all");
-    std::size_t found = 0;
-    for (auto row = finder.FindFrom(static_cast<std::size_t>(std::max<std::int64_t>(*after, 0))); row;
-         row = finder.FindFrom(*row + 1)) {
-        ++found;
+    const std::size_t rows = doc.Shown().size();
+    Progress progress("Searching", rows, session.ShowsProgress());
+    bool found = false;
+    for (auto next = static_cast<std::size_t>(std::max<std::int64_t>(*after, 0)); next < rows;) {
+        progress.Show(next);
+        const std::size_t end = std::min(next + kRowsAStep, rows);
+        const auto row = finder.FindFrom(next, end);
+        next = row ? *row + 1 : end;
+        if (!row) continue;
+        found = true;
         session.Out().Append(std::to_string(*row + 1) + "\n");
+        progress.Hide();  // what is found may be about to stand on the same terminal
         if (!all || !session.Out().Drain()) break;
     }
-    return found > 0 ? ExitStatus::Done : ExitStatus::Refused;
+    return found ? ExitStatus::Done : ExitStatus::Refused;
 }
 
 }  // namespace quillary

@@ -27,8 +27,9 @@ Progress::Progress(std::string doing, std::uint64_t total, bool shown)
       m_shown(shown && IsTerminal(StandardStream::Error)),
       m_next(kProgramBegan + kFirstAfter) {}
 
-Progress::~Progress() {
+void Progress::Hide() {
     if (m_lineLength > 0) WriteQuietly(std::string("\r").append(m_lineLength, ' ').append("\r"));
+    m_lineLength = 0;
 }
 
 void Progress::Show(std::uint64_t done) {

@@ -13,7 +13,7 @@ class Progress {
     /// `doing` is what is shown, for example "Importing". A `total` of 0: what is done are bytes, and how many there
     /// will be is unknown. Nothing is shown when `shown` is false.
     Progress(std::string doing, std::uint64_t total, bool shown);
-    ~Progress();
+    ~Progress() { Hide(); }
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
@@ -23,6 +23,8 @@ class Progress {
     }
     /// For what is called for large pieces.
     void Show(std::uint64_t done);
+    /// Takes away what is shown, until it is shown again.
+    void Hide();
 
   private:
     static constexpr unsigned kCallsALook = 256;

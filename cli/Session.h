@@ -20,7 +20,8 @@ void Complain(std::string_view text);
 
 class Session : private Questions {
   public:
-    Session(const Command& command, const Arguments& arguments) : m_command(command), m_arguments(arguments) {}
+    Session(const Command& command, const Arguments& arguments)
+        : m_command(command), m_arguments(arguments), m_files(ShowsProgress()) {}
     /// False, with a message, when an option that every command takes has an unknown value.
     [[nodiscard]] bool SetUp();
 

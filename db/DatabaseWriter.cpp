@@ -155,7 +155,8 @@ bool EncodeDatabase(DatabaseContent& content, Image& image, Failure& failure) {
 FilterSettings LoadFilter(const AppInfoBlock& block, const std::vector<Field>& fields) {
     FilterSettings filter;
     if (block.FormatVersion() < kFormatVersion) return filter;
-    filter.matchAny = block.Condition(0).codes >> 4 != 0;
+    const StoredCondition first = block.Condition(0);
+    filter.matchAny = first.selector != 0 && first.codes >> 4 != 0;
     for (std::size_t k = 0; k < kMaxConditions; ++k) {
         const StoredCondition stored = block.Condition(k);
         const bool allFields = stored.selector == kAllFieldsSelector;

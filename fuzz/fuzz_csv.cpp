@@ -45,7 +45,10 @@ void Run(std::string_view bytes) {
     FUZZ_CHECK(result.emptied == 0 && result.records == doc.RecordCount());
     Failure failure;
     FUZZ_CHECK(doc.SaveDatabaseAs(kPath, "Fuzz", failure));
-    FUZZ_CHECK(CheckImage(files.contents[kPath]).empty());
+    CheckImage(files.contents[kPath], rules.page, progress, [](const Departure&) {
+        FUZZ_CHECK(false);
+        return false;
+    });
     NoQuestions questions;
     CQuillaryDoc again(files);
     FUZZ_CHECK(again.OpenDatabase(kPath, OpenMode::Read, questions) && again.RecordCount() == result.records);

@@ -42,10 +42,11 @@ RecordFinder::RecordFinder(const CQuillaryDoc& doc, std::u16string_view text, in
     }
 }
 
-std::optional<std::size_t> RecordFinder::FindFrom(std::size_t row) {
+std::optional<std::size_t> RecordFinder::FindFrom(std::size_t row, std::size_t end) {
     const bool isStorable = m_search || m_upper.empty() || !m_doc.Page().IsSingleByte();
     if (!isStorable) return std::nullopt;
-    for (row = Candidate(row); row < m_doc.Shown().size(); row = Candidate(row + 1)) {
+    end = std::min(end, m_doc.Shown().size());
+    for (row = Candidate(row, end); row < end; row = Candidate(row + 1, end)) {
         if (RowMatches(row)) return row;
     }
     return std::nullopt;
@@ -68,20 +69,20 @@ std::size_t RecordFinder::EndOfRun(std::size_t row) const {
     return row;
 }
 
-std::size_t RecordFinder::Candidate(std::size_t row) const {
+std::size_t RecordFinder::Candidate(std::size_t row, std::size_t end) const {
     if (!m_search || m_mayBeMade) return row;
     const auto& rows = m_doc.Shown();
-    while (row < rows.size()) {
-        const std::size_t end = EndOfRun(row);
+    while (row < end) {
+        const std::size_t endOfRun = EndOfRun(row);
         const char* const begin = rows[row].data;
-        const RecordRef& last = rows[end - 1];
+        const RecordRef& last = rows[endOfRun - 1];
         const std::string_view run(begin, static_cast<std::size_t>(last.data + last.size - begin));
         const std::size_t at = m_search->Candidate(run, '%');
         if (at != run.npos) {
             while (rows[row].data + rows[row].size <= begin + at) ++row;
             return row;
         }
-        row = end;
+        row = endOfRun;
     }
     return row;
 }

@@ -19,12 +19,12 @@ class RecordFinder {
 
     /// `column` is a field's position or kAllFields. An empty text is found everywhere.
     RecordFinder(const CQuillaryDoc& doc, std::u16string_view text, int column);
-    /// The first matching row from `row` on.
-    [[nodiscard]] std::optional<std::size_t> FindFrom(std::size_t row);
+    /// The first matching row from `row` on, ahead of `end`.
+    [[nodiscard]] std::optional<std::size_t> FindFrom(std::size_t row, std::size_t end = static_cast<std::size_t>(-1));
 
   private:
-    /// The first row from `row` on that a look at the raw bytes does not rule out.
-    [[nodiscard]] std::size_t Candidate(std::size_t row) const;
+    /// The first row from `row` on that a look at the raw bytes does not rule out; none ahead of `end` when it is more.
+    [[nodiscard]] std::size_t Candidate(std::size_t row, std::size_t end) const;
     [[nodiscard]] std::size_t EndOfRun(std::size_t row) const;
     [[nodiscard]] bool CellMatches(std::string_view cell) const;
     [[nodiscard]] bool RowMatches(std::size_t row);

@@ -24,6 +24,33 @@ auto Retry(Call call) {
     return result;
 }
 
+// A transfer is told of after each of these, which take some milliseconds; so nothing is told of a small file.
+constexpr std::size_t kPiece = 4 << 20;
+
+// Tells an observer of one transfer until it is over.
+class ToldTransfer {
+  public:
+    ToldTransfer(TransferObserver* observer, TransferObserver::Transfer transfer, std::uint64_t total)
+        : m_observer(observer), m_transfer(transfer), m_total(total) {}
+    ~ToldTransfer() {
+        if (m_wasTold) m_observer->Ended();
+    }
+    ToldTransfer(const ToldTransfer&) = delete;
+    ToldTransfer& operator=(const ToldTransfer&) = delete;
+
+    void Tell(std::uint64_t done) {
+        if (!m_observer || done == 0) return;
+        m_observer->Moved(m_transfer, done, m_total);
+        m_wasTold = true;
+    }
+
+  private:
+    TransferObserver* m_observer;
+    TransferObserver::Transfer m_transfer;
+    std::uint64_t m_total;
+    bool m_wasTold = false;
+};
+
 // Some file systems have no locks, or none for what can only be read; their files are used all the same.
 bool HasNoLocks(int number) {
     return number == ENOLCK || number == ENOTSUP || number == ENOSYS || number == EINVAL || number == EBADF;
@@ -90,10 +117,13 @@ bool PosixFile::Read(std::uint64_t maxSize, Image& image, FileError& error) cons
         error = SystemError(ENOMEM);
         return false;
     }
+    ToldTransfer transfer(m_observer, TransferObserver::Transfer::Reading, size);
     std::size_t done = 0;
     while (done < size) {
+        transfer.Tell(done);
+        const std::size_t piece = std::min<std::size_t>(size - done, kPiece);
         const ssize_t count =
-            Retry([&] { return pread(m_descriptor, image.Data() + done, size - done, static_cast<off_t>(done)); });
+            Retry([&] { return pread(m_descriptor, image.Data() + done, piece, static_cast<off_t>(done)); });
         if (count < 0) return Fail(error);
         if (count == 0) break;  // another program has just shortened it
         done += static_cast<std::size_t>(count);
@@ -106,8 +136,10 @@ bool PosixFile::Holds(std::string_view bytes, bool& holds, FileError& error) con
     struct stat status {};
     if (fstat(m_descriptor, &status) != 0) return Fail(error);
     holds = static_cast<std::uint64_t>(status.st_size) == bytes.size();
+    ToldTransfer transfer(m_observer, TransferObserver::Transfer::Reading, bytes.size());
     std::vector<char> chunk(256 * 1024);
     for (std::size_t done = 0; holds && done < bytes.size();) {
+        transfer.Tell(done);
         const std::string_view expected = bytes.substr(done, chunk.size());
         const ssize_t count =
             Retry([&] { return pread(m_descriptor, chunk.data(), expected.size(), static_cast<off_t>(done)); });
@@ -120,9 +152,13 @@ bool PosixFile::Holds(std::string_view bytes, bool& holds, FileError& error) con
 }
 
 bool PosixFile::WriteAt(std::uint64_t offset, std::string_view bytes, FileError& error) const {
+    ToldTransfer transfer(m_observer, TransferObserver::Transfer::Writing, bytes.size());
+    std::uint64_t done = 0;
     while (!bytes.empty()) {
+        transfer.Tell(done);
+        const std::size_t piece = std::min(bytes.size(), kPiece);
         const ssize_t count =
-            Retry([&] { return pwrite(m_descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset)); });
+            Retry([&] { return pwrite(m_descriptor, bytes.data(), piece, static_cast<off_t>(offset)); });
         if (count < 0) return Fail(error);
         if (count == 0) {
             error = SystemError(EIO);
@@ -130,11 +166,14 @@ bool PosixFile::WriteAt(std::uint64_t offset, std::string_view bytes, FileError&
         }
         bytes.remove_prefix(static_cast<std::size_t>(count));
         offset += static_cast<std::uint64_t>(count);
+        done += static_cast<std::uint64_t>(count);
     }
     return true;
 }
 
 bool PosixFile::Flush(FileError& error) const {
+    ToldTransfer transfer(m_observer, TransferObserver::Transfer::Writing, 1);
+    transfer.Tell(1);
     return Retry([&] { return fsync(m_descriptor); }) == 0 || Fail(error);
 }
 
@@ -170,12 +209,13 @@ bool MakePrivateFolder(const Path& folder, FileError& error) {
 }
 
 bool ReplaceFile(const Path& path, std::string_view suffix, std::initializer_list<std::string_view> pieces,
-                 unsigned mode, FileError& error) {
+                 unsigned mode, FileError& error, TransferObserver* observer) {
     Path second = path;
     second += suffix;
     unlink(second.c_str());  // left by a program that was stopped
-    const PosixFile file(open(second.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
+    PosixFile file(open(second.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
     if (!file) return Fail(error);
+    file.Observe(observer);
     std::uint64_t offset = 0;
     bool written = true;
     for (const std::string_view piece : pieces) {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "db/FileAccess.h"
+#include "platform/posix/TransferObserver.h"
 
 namespace quillary {
 
@@ -19,15 +20,20 @@ class PosixFile {
   public:
     PosixFile() = default;
     explicit PosixFile(int descriptor) : m_descriptor(descriptor) {}
-    PosixFile(PosixFile&& other) noexcept : m_descriptor(std::exchange(other.m_descriptor, -1)) {}
+    PosixFile(PosixFile&& other) noexcept
+        : m_descriptor(std::exchange(other.m_descriptor, -1)), m_observer(other.m_observer) {}
     PosixFile& operator=(PosixFile&& other) noexcept {
         std::swap(m_descriptor, other.m_descriptor);
+        std::swap(m_observer, other.m_observer);
         return *this;
     }
     ~PosixFile();
 
     [[nodiscard]] explicit operator bool() const { return m_descriptor >= 0; }
     [[nodiscard]] int Descriptor() const { return m_descriptor; }
+
+    /// Tells `observer`, which may be null and must outlive the file, of what follows.
+    void Observe(TransferObserver* observer) { m_observer = observer; }
 
     /// The whole file in one piece, or TooLarge before anything is allocated.
     [[nodiscard]] bool Read(std::uint64_t maxSize, Image& image, FileError& error) const;
@@ -37,6 +43,7 @@ class PosixFile {
 
   private:
     int m_descriptor = -1;
+    TransferObserver* m_observer = nullptr;
 };
 
 /// How long a program waits for another one's lock before it says so.
@@ -53,6 +60,7 @@ inline constexpr std::chrono::milliseconds kLockWait{5000};
 /// the disk. Follows no link. The second file is called `path` + `suffix`: no other writer may use that name meanwhile,
 /// and one that a stopped program left under it is removed.
 [[nodiscard]] bool ReplaceFile(const Path& path, std::string_view suffix,
-                               std::initializer_list<std::string_view> pieces, unsigned mode, FileError& error);
+                               std::initializer_list<std::string_view> pieces, unsigned mode, FileError& error,
+                               TransferObserver* observer = nullptr);
 
 }  // namespace quillary

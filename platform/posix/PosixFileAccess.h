@@ -32,11 +32,16 @@ class PosixFileAccess : public FileAccess {
                        FileError& error) override;
     void DropUnfinishedRecovery(const Path& recoveryPath) override;
 
+  protected:
+    /// Tells `observer`, which must outlive every file, of what is read and written from now on.
+    void Observe(TransferObserver& observer) { m_observer = &observer; }
+
   private:
     [[nodiscard]] std::unique_ptr<LockedFile> LockNew(PosixFile file, const Path& path, FileError& error) const;
 
     Path m_stateFolder;  // empty when the user has no home
     std::chrono::milliseconds m_lockWait;
+    TransferObserver* m_observer = nullptr;
 };
 
 }  // namespace quillary

@@ -51,6 +51,8 @@ const std::vector<Call> kCalls = {
      "file. Error opening requested file. (No such file or directory)"},
     {"a folder", {"list", "."}, 1, "Invalid database file. Error opening requested file. (Is a directory)"},
     {"a folder to check", {"check", "."}, 3, "Invalid database file. Error opening requested file. (Is a directory)"},
+    {"no file to list", {"list", ""}, 1, "Invalid database file. No filename specified."},
+    {"no file to check", {"check", ""}, 3, "Invalid database file. No filename specified."},
     {"a folder to fill", {"import", "t.csv", "."}, 1, "Error opening requested file. (Is a directory)"},
     {"a device", {"list", "/dev/null"}, 1, "Error opening requested file. (Not a regular file)"},
     {"a file that is no database", {"list", "t.csv"}, 1, "qly: Invalid database file.\n"},

@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
 """qly at a terminal, and beside another qly.   QlySurroundingsTest.py QLY"""
-import json, os, pty, subprocess, sys, tempfile
+import json, os, pty, subprocess, sys, tempfile, time
 
 qly = os.path.abspath(sys.argv[1])
 
 
-def at_terminal(*arguments):
+def at_terminal(*arguments, stream="stdout", meanwhile=lambda: None):
     leader, terminal = pty.openpty()
-    with subprocess.Popen([qly, *arguments], stdout=terminal) as process:
+    with subprocess.Popen([qly, *arguments], **{stream: terminal}) as process:
         os.close(terminal)
+        meanwhile()
         shown = b""
         try:
             while piece := os.read(leader, 4096):
@@ -21,6 +22,19 @@ def at_terminal(*arguments):
 
 def run(*arguments, **options):
     return subprocess.run([qly, *arguments], capture_output=True, text=True, **options)
+
+
+def lock(name):
+    with open(name, "r+b") as file:
+        image = file.read()
+        file.seek(int.from_bytes(image[52:56], "big") + 278)  # the hash of the password
+        file.write(int(run("hash", "--database", input="secret").stdout).to_bytes(4, "big"))
+
+
+def give_password_late():
+    with open("password", "w") as password:
+        time.sleep(0.6)
+        password.write("secret\n")
 
 
 with tempfile.TemporaryDirectory() as folder:
@@ -40,10 +54,7 @@ with tempfile.TemporaryDirectory() as folder:
     assert run("list", "t.pdb").stdout == f"A\n{hostile}\n"
 
     # Nobody waits for a file because qly waits for a password.
-    with open("t.pdb", "r+b") as file:
-        image = file.read()
-        file.seek(int.from_bytes(image[52:56], "big") + 278)  # the hash of the password
-        file.write(int(run("hash", "--database", input="secret").stdout).to_bytes(4, "big"))
+    lock("t.pdb")
     os.mkfifo("password")
     waiting = subprocess.Popen([qly, "record", "t.pdb", "add", "A=last", "--password-file", "password"])
     with open("password", "w") as password:  # once it has begun to read
@@ -52,3 +63,11 @@ with tempfile.TemporaryDirectory() as folder:
         password.write("secret\n")
     assert waiting.wait() == 0
     assert run("list", "t.pdb", "--format", "jsonl").stdout.splitlines()[1:] == ['["first"]', '["last"]']
+
+    # Half a second after its beginning a command shows how far reading and writing have come, and takes it away again.
+    run("import", "-", "long.pdb", input="A\n" + ("x" * 9999 + "\n") * 900, check=True)
+    lock("long.pdb")
+    add = ["record", "long.pdb", "add", "A=last", "--password-file", "password"]
+    status, shown = at_terminal(*add, stream="stderr", meanwhile=give_password_late)
+    assert status == 0 and "Reading 4" in shown and "Writing 100 %" in shown and shown.endswith("%" + 13 * " "), shown
+    assert at_terminal(*add, "--quiet", stream="stderr", meanwhile=give_password_late) == (0, "")

@@ -148,6 +148,10 @@ TEST_F(ReadingCommands, Info) {
     parts.tail = Condition("36500", 2, '\x82') + std::string(84, '\0') + FromHex("FF000000 FF000000 FF000000");
     Write("one.pdb", parts);
     EXPECT_EQ("and", JsonOf({"info", "one.pdb", "--json"})["filter"]["combine"]) << "or joins at least two";
+    parts.tail =
+        Condition("x", 0, '\x81') + Condition("1", 2, 0) + Condition("2", 2, 0) + FromHex("FF000000 FF000000 FF000000");
+    Write("hole.pdb", parts);
+    EXPECT_EQ("and", JsonOf({"info", "hole.pdb", "--json"})["filter"]["combine"]) << "an unused condition says nothing";
     EXPECT_THAT(Output({"info", "one.pdb"}), HasSubstr("  Due is before \"12/07/2003\"\n"));
 }
 
