@@ -23,4 +23,8 @@ inline constexpr std::string_view kLocationNdx = "LocationNdx";
 inline constexpr std::string_view kAlternatingRowColor = "AlternatingRowColor";
 inline constexpr std::int32_t kNoRowColor = 0xFFFFFF;
 
+/// Whether deleting a record is asked about; 0 for no.
+inline constexpr std::string_view kConfirmRecordDelete = "ConfirmRecDelete";
+inline constexpr std::int32_t kConfirmRecordDeleteDefault = 1;
+
 }  // namespace quillary

@@ -3,6 +3,7 @@
 
 namespace quillary {
 
+class Clock;
 class FileAccess;
 class FolderWatcher;
 class InputPanel;
@@ -11,6 +12,7 @@ class RecentFiles;
 class Settings;
 class StorageLocations;
 class Trash;
+class UserLocale;
 
 /// All of it outlives the application.
 struct Desktop {
@@ -24,6 +26,8 @@ struct Desktop {
     FolderWatcher& folderWatcher;  // for the list of databases
     FolderWatcher& fileWatcher;    // for the open one
     Launcher& launcher;
+    const Clock& clock;
+    const UserLocale& locale;
 };
 
 }  // namespace quillary

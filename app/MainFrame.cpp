@@ -11,6 +11,7 @@
 #include "app/RecordBar.h"
 #include "platform/NativePath.h"
 #include "platform/WindowActivation.h"
+#include "ui/Accelerators.h"
 #include "ui/Captions.h"
 #include "ui/CommandIds.h"
 #include "ui/HelpBook.h"
@@ -45,7 +46,7 @@ CMainFrame::CMainFrame(CommandTarget& application, InputPanel& inputPanel)
       m_pages(new QStackedWidget),
       m_docList(new QWidget),
       m_actions(
-          *this, [this](int command) { Dispatch(command); },
+          *this, AllAccelerators(), [this](int command) { Dispatch(command); },
           [this](int command, CommandState& state) { QueryState(command, state); }),
       m_recordBar(new CRecordBar(m_actions, [this] { Dispatch(ID_FILE_OPEN); })) {
     m_menus->setNativeMenuBar(false);  // a place of its own, also for the tests' clicks

@@ -156,7 +156,8 @@ std::unique_ptr<CQuillaryDoc> CQuillaryApp::Read(const Path& path, OpenMode mode
 
 void CQuillaryApp::Show(std::unique_ptr<CQuillaryDoc> doc) {
     m_session = std::make_unique<CDocumentSession>(std::move(doc), m_desktop.files, m_frame, *this);
-    m_view = std::make_unique<CQuillaryView>(*m_session, m_frame, m_desktop.trash);
+    m_view = std::make_unique<CQuillaryView>(*m_session, m_frame, m_desktop.trash,
+                                             FormSurroundings{m_desktop.clock, m_desktop.locale, m_desktop.settings});
     m_view->SetRowColor(RowColor(m_alternatingRowColor));
     m_frame.ShowDatabase(*m_session, *m_view);
     WatchFile();
@@ -195,8 +196,18 @@ void CQuillaryApp::FollowFile() {
 }
 
 void CQuillaryApp::ReopenDocument() {
+    m_reopening = true;
+    // The dialog in which a save came upon the other program's change shows records that go away.
     QMetaObject::invokeMethod(
-        &m_frame, [this] { ReadAgain(Reading::Telling); }, Qt::QueuedConnection);
+        &m_frame,
+        [this] {
+            m_frame.Unwinding().Start(CUnwinding::Way::Cancel, {[this] {
+                                                                    m_reopening = false;
+                                                                    ReadAgain(Reading::Telling);
+                                                                },
+                                                                [this] { m_reopening = false; }});
+        },
+        Qt::QueuedConnection);
 }
 
 void CQuillaryApp::DropDocument() {

@@ -42,6 +42,7 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
     CQuillaryDoc* OpenDocumentFile(const Path& path, OpenMode mode, Questions& questions);
     void CloseDocument();
     void ReopenDocument() override;
+    [[nodiscard]] bool IsReopening() const override { return m_reopening; }
     void DropDocument() override;
     void DocumentMoved() override;
 
@@ -68,6 +69,7 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
 
     const Desktop m_desktop;
     std::int32_t m_alternatingRowColor;
+    bool m_reopening = false;
     std::optional<std::uint64_t> m_keptChange;  // the document's change number when its file became unreadable
     QTimer m_fileChanged;                       // a moment after the last change, as these come in bursts
     CMainFrame m_frame;

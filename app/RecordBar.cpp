@@ -5,10 +5,8 @@
 
 #include "ui/CommandActions.h"
 #include "ui/ControlInfo.h"
-#include "ui/Icon.h"
 #include "ui/ToolBars.h"
 #include "ui/ToolTip.h"
-#include "ui/WideText.h"
 
 namespace quillary {
 
@@ -17,9 +15,7 @@ CRecordBar::CRecordBar(CCommandActions& actions, const std::function<void()>& ok
     setMovable(false);
     setContextMenuPolicy(Qt::PreventContextMenu);
     setIconSize(QSize(16, 16));
-    for (const ToolButton& button : ButtonsOf(kToolBarDatabase)) {
-        addAction(actions.AddButton(button.command, FromWide(button.toolTip), Icon(button.icon)));
-    }
+    actions.FillToolBar(*this, kToolBarDatabase);
     auto* gap = new QWidget;
     gap->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     addWidget(gap);

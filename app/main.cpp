@@ -20,7 +20,9 @@
 #include "platform/SingleInstance.h"
 #include "platform/WindowActivation.h"
 #include "platform/posix/LargePages.h"
+#include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixFileAccess.h"
+#include "platform/posix/PosixLocale.h"
 #include "platform/posix/PosixStorageLocations.h"
 #include "platform/posix/PreferencesFile.h"
 #include "ui/Icon.h"
@@ -89,8 +91,10 @@ int main(int argc, char** argv) {
     quillary::DesktopFolderWatcher folderWatcher;
     quillary::DesktopFolderWatcher fileWatcher;
     quillary::DesktopLauncher launcher;
+    const quillary::PosixClock clock;
+    const quillary::PosixLocale locale;
     quillary::CQuillaryApp app({files, locations, settings, trash, inputPanel, windowSettings, recentFiles,
-                                folderWatcher, fileWatcher, launcher});
+                                folderWatcher, fileWatcher, launcher, clock, locale});
     if (options->task == LaunchOptions::Task::Picture) {
         return quillary::SavePicture(app, options->database, options->picture);
     }

@@ -19,14 +19,14 @@ struct Figure {
     double aim = 0;  // at most so many times the limit; 0: none
 };
 
-using Clock = double (*)();  // in seconds
+using TimeSource = double (*)();  // in seconds
 /// What the processor spent on this thread, in the system too: for work in memory, as other programs do not count.
 double ProcessorSeconds();
 /// For work that waits for a disk.
 double WallSeconds();
 
 template <typename Work>
-double Seconds(const Work& work, Clock clock = ProcessorSeconds) {
+double Seconds(const Work& work, TimeSource clock = ProcessorSeconds) {
     const double begun = clock();
     work();
     return clock() - begun;

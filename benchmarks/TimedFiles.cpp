@@ -6,14 +6,14 @@ namespace {
 
 class Timed {
   public:
-    Timed(double& total, Clock clock) : m_total(total), m_clock(clock), m_begun(clock()) {}
+    Timed(double& total, TimeSource clock) : m_total(total), m_clock(clock), m_begun(clock()) {}
     ~Timed() { m_total += m_clock() - m_begun; }
     Timed(const Timed&) = delete;
     Timed& operator=(const Timed&) = delete;
 
   private:
     double& m_total;
-    Clock m_clock;
+    TimeSource m_clock;
     double m_begun;
 };
 

@@ -9,9 +9,9 @@ namespace quillary {
 
 class TimedFiles : public FileAccess {
   public:
-    TimedFiles(FileAccess& files, Clock clock) : clock(clock), m_files(files) {}
+    TimedFiles(FileAccess& files, TimeSource clock) : clock(clock), m_files(files) {}
 
-    const Clock clock;
+    const TimeSource clock;
     // Seconds since the last Reset.
     double recoveryCopy = 0;  // made, written, flushed and removed
     double flush = 0;         // of the database file

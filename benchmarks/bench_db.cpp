@@ -77,7 +77,7 @@ void OpenTable(CQuillaryDoc& doc, const Path& path, OpenMode mode) {
 // A table of its own that is changed and saved again and again.
 class SavedTable {
   public:
-    SavedTable(const Path& table, const ScratchFolder& folder, Clock clock)
+    SavedTable(const Path& table, const ScratchFolder& folder, TimeSource clock)
         : m_path(folder.Name() / "saved.pdb"), m_disk(folder.Name()), m_files(m_disk, clock), m_doc(m_files) {
         std::filesystem::copy_file(table, m_path);
         OpenTable(m_doc, m_path, OpenMode::Edit);

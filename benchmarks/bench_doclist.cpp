@@ -22,7 +22,9 @@
 #include "platform/DesktopRecentFiles.h"
 #include "platform/DesktopTrash.h"
 #include "platform/NativePath.h"
+#include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixFileAccess.h"
+#include "platform/posix/PosixLocale.h"
 #include "platform/posix/PosixStorageLocations.h"
 #include "platform/posix/PreferencesFile.h"
 
@@ -163,8 +165,10 @@ int Run() {
     DesktopRecentFiles recentFiles;
     CompleteClock watcher;
     DesktopLauncher launcher;
-    const Desktop desktop{files,    locations,   settings, trash,   inputPanel,
-                          settings, recentFiles, watcher,  watcher, launcher};
+    const PosixClock clock;
+    const PosixLocale locale;
+    const Desktop desktop{files,       locations, settings, trash,    inputPanel, settings,
+                          recentFiles, watcher,   watcher,  launcher, clock,      locale};
     Times times;
     for (int round = 0; round < kRounds; ++round) {
         times.limit.push_back(ReadEachFile(folder));

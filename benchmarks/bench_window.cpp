@@ -1,12 +1,16 @@
-// What the record list costs in the window, on the off-screen platform, with the largest table: beside a plain table
-// view whose cells are all the same.
+// What the record list and the record form cost in the window, on the off-screen platform, with the largest table: the
+// list beside a plain table view whose cells are all the same.
 #include <QAbstractTableModel>
 #include <QAccessible>
 #include <QApplication>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <QToolButton>
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 
@@ -16,7 +20,12 @@
 #include "platform/InputPanel.h"
 #include "platform/NativePath.h"
 #include "platform/Trash.h"
+#include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixFileAccess.h"
+#include "platform/posix/PosixLocale.h"
+#include "platform/posix/PreferencesFile.h"
+#include "query/Sort.h"
+#include "ui/CommandIds.h"
 #include "ui/FrameWindow.h"
 #include "views/DocumentHost.h"
 #include "views/DocumentSession.h"
@@ -28,6 +37,7 @@ namespace {
 
 constexpr double kScrollAim = 0.008;
 constexpr double kAccessibleAim = 0.010;
+constexpr double kFormAim = 0.050;
 
 class NoQuestions : public Questions {
   public:
@@ -36,20 +46,25 @@ class NoQuestions : public Questions {
 };
 
 /// A window for the list alone.
-class Stage : public FrameWindow, public DocumentHost, public Trash {
+class Stage : public FrameWindow, public DocumentHost, public InputPanel, public Trash {
   public:
     QWidget* Window() override { return nullptr; }
     void ShowRecordCounter(int, int) override {}
     void DocumentChanged() override {}
     void ShowHelp(std::string_view) override {}
-    InputPanel& Panel() override { std::abort(); }
+    InputPanel& Panel() override { return *this; }
     void PostCommand(int) override {}
-    void BeginDialog(CQuillaryDialog&) override {}
     void EndDialog(CQuillaryDialog&) override {}
     void CancelDialog() override {}
     void ReopenDocument() override {}
+    bool IsReopening() const override { return false; }
     void DropDocument() override {}
     bool Put(const std::filesystem::path&) override { return false; }
+    void Show() override {}
+    void Hide() override {}
+    void BeginDialog(CQuillaryDialog& dialog) override { page = &dialog; }
+
+    CQuillaryDialog* page = nullptr;
 };
 
 class ConstantCells : public QAbstractTableModel {
@@ -87,6 +102,71 @@ Measurement ReadRow(QTableView& view) {
     };
 }
 
+/// What the record form takes with the largest table, in seconds. Each leaves the form closed.
+class FormBench {
+  public:
+    FormBench(CQuillaryView& view, CDocumentSession& session, Stage& stage)
+        : m_view(view), m_session(session), m_stage(stage) {}
+
+    double Open() {
+        return Run([this](double begun) {
+            Paint();
+            m_taken = ProcessorSeconds() - begun;
+            m_stage.page->reject();
+        });
+    }
+    double Next() {
+        return Run([this](double) {
+            Paint();
+            m_taken = Seconds([this] {
+                m_stage.page->Control<QToolButton>(ID_FORM_NEXT)->click();
+                Paint();
+            });
+            m_stage.page->reject();
+        });
+    }
+    /// With a changed text, so that the list sorts anew, but without what the save takes.
+    double Ok() {
+        double begun = 0;
+        (void)Run([this, &begun](double) {
+            auto* edit = m_stage.page->Control<QLineEdit>(kChanged);
+            edit->setText(edit->text() + QLatin1Char('x'));
+            begun = ProcessorSeconds();
+            m_stage.page->accept();
+        });
+        m_view.viewport()->grab();
+        return ProcessorSeconds() - begun - SaveOnce();
+    }
+
+  private:
+    static constexpr int kChanged = 108;  // a text of one line
+
+    double Run(std::function<void(double)> act) {
+        m_row = (m_row + 7919) % (kGeneratedRecords - 1);
+        m_session.Finish();
+        m_session.Doc().SetCurrentRecord(m_row);
+        const double begun = ProcessorSeconds();
+        QTimer::singleShot(0, [&act, begun] { act(begun); });
+        m_view.OpenEditForm(false);
+        return m_taken;
+    }
+    void Paint() {
+        QCoreApplication::processEvents();
+        m_stage.page->grab();
+    }
+    double SaveOnce() {
+        m_session.Finish();
+        m_session.Doc().SetStyle(m_session.Doc().Style() == DateStyle::Long ? DateStyle::Numeric : DateStyle::Long);
+        return Seconds([this] { m_session.Save(); });
+    }
+
+    CQuillaryView& m_view;
+    CDocumentSession& m_session;
+    Stage& m_stage;
+    std::size_t m_row = 0;
+    double m_taken = 0;
+};
+
 void ShowAt(QTableView& view) {
     view.resize(1280, 800);
     view.show();
@@ -105,7 +185,11 @@ int Run(int argc, char** argv) {
     if (!WriteGeneratedDatabase(files, path, failure) || !doc->OpenDatabase(path, OpenMode::Edit, questions)) return 1;
     Stage stage;
     CDocumentSession session(std::move(doc), files, stage, stage);
-    CQuillaryView view(session, stage, stage);
+    const PosixClock clock;
+    const PosixLocale locale;
+    const PreferencesFile settings(ToPath(folder.filePath(QStringLiteral("preferences"))), "Preferences");
+    const FormSurroundings surroundings{clock, locale, settings};
+    CQuillaryView view(session, stage, stage, surroundings);
     ShowAt(view);
     ConstantCells cells;
     QTableView plain;
@@ -118,9 +202,9 @@ int Run(int argc, char** argv) {
         {"a row for a screen reader", ReadRow(view), "a plain table view, constant cells", ReadRow(plain), 2},
     };
     if (!RunFigures(figures, {argv, argv + argc})) return 2;
-    const auto absolute = [](const char* name, const Measurement& measure, double aim) {
+    const auto absolute = [](const char* name, const Measurement& measure, double aim, int times = 200) {
         double longest = 0;
-        for (int i = 0; i < 200; ++i) longest = std::max(longest, measure());
+        for (int i = 0; i < times; ++i) longest = std::max(longest, measure());
         char ours[16], limit[16];
         std::snprintf(ours, sizeof ours, "%.2f ms", longest * 1000);
         std::snprintf(limit, sizeof limit, "%.0f ms", aim * 1000);
@@ -128,6 +212,18 @@ int Run(int argc, char** argv) {
     };
     absolute("longest of 200 page steps", PageStep(view), kScrollAim);
     absolute("longest of 200 rows read", ReadRow(view), kAccessibleAim);
+    CQuillaryView fresh(session, stage, stage, surroundings);  // of which no screen reader holds cells
+    ShowAt(fresh);
+    FormBench form(fresh, session, stage);
+    session.Doc().SetSort({{"Item", false}});
+    SortRecords(session.Doc());
+    session.Save();  // records then lie in the order of the list, as in a file that was opened
+    absolute(
+        "longest of 50 forms opened", [&form] { return form.Open(); }, kFormAim, 50);
+    absolute(
+        "longest of 50 Next", [&form] { return form.Next(); }, kFormAim, 50);
+    absolute(
+        "longest of 20 OK, sorted anew, without the save", [&form] { return form.Ok(); }, kFormAim, 20);
     return 0;
 }
 

@@ -1,4 +1,4 @@
-// The keys that run a command from anywhere in the main window.
+// The keys that run a command: from anywhere in the main window, or in the record form.
 #pragma once
 
 #include <Qt>
@@ -12,5 +12,6 @@ struct Accelerator {
 };
 
 [[nodiscard]] std::span<const Accelerator> AllAccelerators();
+[[nodiscard]] std::span<const Accelerator> RecordFormAccelerators();
 
 }  // namespace quillary

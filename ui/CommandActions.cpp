@@ -4,20 +4,23 @@
 #include <QKeySequence>
 #include <QMenu>
 #include <QMenuBar>
+#include <QToolBar>
 
 #include "ui/Accelerators.h"
 #include "ui/Captions.h"
 #include "ui/CommandTarget.h"
+#include "ui/Icon.h"
 #include "ui/Menus.h"
 #include "ui/Mnemonics.h"
+#include "ui/ToolBars.h"
 #include "ui/ToolTip.h"
 #include "ui/WideText.h"
 
 namespace quillary {
 
-CCommandActions::CCommandActions(QWidget& window, Run run, Update update)
+CCommandActions::CCommandActions(QWidget& window, std::span<const Accelerator> accelerators, Run run, Update update)
     : m_window(window), m_run(std::move(run)), m_update(std::move(update)) {
-    for (const Accelerator& accelerator : AllAccelerators()) {
+    for (const Accelerator& accelerator : accelerators) {
         QAction* action = Action(accelerator.command);
         QList<QKeySequence> keys = action->shortcuts();
         keys.append(QKeySequence(accelerator.key));
@@ -36,12 +39,15 @@ QAction* CCommandActions::Action(int command) {
     return action;
 }
 
-QAction* CCommandActions::AddButton(int command, const QString& toolTip, const QIcon& icon) {
-    QAction* action = Action(command);
-    action->setIcon(icon);
-    action->setText(toolTip);  // its name for a screen reader
-    m_toolTips[command] = toolTip;
-    return action;
+void CCommandActions::FillToolBar(QToolBar& bar, int toolBarId) {
+    for (const ToolButton& button : ButtonsOf(toolBarId)) {
+        QAction* action = Action(button.command);
+        action->setIcon(Icon(button.icon));
+        m_toolTips[button.command] = FromWide(button.toolTip);
+        action->setText(FromWide(button.toolTip));  // its name for a screen reader
+        bar.addAction(action);
+        bar.widgetForAction(action)->setObjectName(action->objectName());
+    }
 }
 
 void CCommandActions::FillMenuBar(QMenuBar& bar, int menuBarId) {

@@ -5,17 +5,19 @@
 #include <QString>
 #include <functional>
 #include <map>
+#include <span>
 #include <vector>
 
 class QAction;
-class QIcon;
 class QMenu;
 class QMenuBar;
+class QToolBar;
 class QWidget;
 
 namespace quillary {
 
 class CommandState;
+struct Accelerator;
 
 class CCommandActions {
   public:
@@ -24,18 +26,17 @@ class CCommandActions {
     using Update = std::function<void(int command, CommandState& state)>;
 
     /// Makes the accelerators' actions, which work wherever the focus is in `window`.
-    CCommandActions(QWidget& window, Run run, Update update);
+    CCommandActions(QWidget& window, std::span<const Accelerator> accelerators, Run run, Update update);
 
     /// Makes `bar` show that menu bar of ui/Menus.h.
     void FillMenuBar(QMenuBar& bar, int menuBarId);
+    /// Adds the buttons of that toolbar of ui/ToolBars.h.
+    void FillToolBar(QToolBar& bar, int toolBarId);
     /// Brings all actions up to date.
     void UpdateStates();
 
-    [[nodiscard]] QAction* Action(int command);
-    /// The command's action for a toolbar, with its icon and tooltip.
-    [[nodiscard]] QAction* AddButton(int command, const QString& toolTip, const QIcon& icon);
-
   private:
+    [[nodiscard]] QAction* Action(int command);
     [[nodiscard]] std::vector<QMenu*> MakeMenus(int menuBarId);
     void AddItem(QMenu& menu, int command, const QString& text);
 

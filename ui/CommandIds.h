@@ -12,7 +12,15 @@ inline constexpr int ID_RECORD_FIND = 32787;
 inline constexpr int ID_RECORD_SHOW_ALL = 32788;
 inline constexpr int ID_DATABASE_DELETE = 32829;
 
+// The record form's
+inline constexpr int ID_FORM_DELETE = 32815;
+inline constexpr int ID_FORM_PREVIOUS = 32816;
+inline constexpr int ID_FORM_NEXT = 32817;
+inline constexpr int ID_FORM_NEW = 32825;
+inline constexpr int ID_FORM_DUPLICATE = 32826;
+
 // The framework's
+inline constexpr int ID_FILE_NEW = 57600;
 inline constexpr int ID_FILE_OPEN = 57601;
 inline constexpr int ID_FILE_SAVE = 57603;
 inline constexpr int ID_EDIT_COPY = 57634;

@@ -9,13 +9,14 @@ inline constexpr std::string_view kTopicContents = "Contents";
 inline constexpr std::string_view kTopicAbout = "About";
 inline constexpr std::string_view kTopicDatabaseOptions = "Database_Options";
 inline constexpr std::string_view kTopicDocumentList = "Document_List";
+inline constexpr std::string_view kTopicEditRecord = "Edit_Record";
 inline constexpr std::string_view kTopicEnterPassword = "Enter_Password";
 inline constexpr std::string_view kTopicFindRecord = "Find_Record";
 inline constexpr std::string_view kTopicRecordList = "Record_List";
 
 inline constexpr std::string_view kAllTopics[] = {
-    kTopicContents,      kTopicAbout,      kTopicDatabaseOptions, kTopicDocumentList,
-    kTopicEnterPassword, kTopicFindRecord, kTopicRecordList,
+    kTopicContents,   kTopicAbout,         kTopicDatabaseOptions, kTopicDocumentList,
+    kTopicEditRecord, kTopicEnterPassword, kTopicFindRecord,      kTopicRecordList,
 };
 
 }  // namespace quillary

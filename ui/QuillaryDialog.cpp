@@ -32,24 +32,11 @@ constexpr int kColumnCharacters = 80;  // a wider text is tiring to read
 
 CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, FrameWindow& frame)
     : QDialog(frame.Window()), m_frame(frame), m_topic(info.topic), m_controls(info.controls) {
-    setWindowFlags(Qt::Widget);
-    setObjectName(QString::number(info.id));
-    setAccessibleName(FromWide(info.title));
-
+    SetUp(info);
     auto* content = new QWidget;
-    auto* middle = new QHBoxLayout(content);
-    middle->setContentsMargins({});
-    auto* columnWidget = new QWidget(content);
-    columnWidget->setMaximumWidth(kColumnCharacters * fontMetrics().averageCharWidth());
-    middle->addStretch(1);
-    middle->addWidget(columnWidget, 1000);
-    middle->addStretch(1);
-
-    auto* column = new QVBoxLayout(columnWidget);
+    QVBoxLayout* column = MakeColumn(*content);
     column->setSpacing(fontMetrics().height() / 2);
-    auto* header = new CTitleHeader(FromWide(info.title), columnWidget);
-    header->setObjectName(QString::number(kTitleHeader));
-    column->addWidget(header);
+    AddHeader(*column);
     column->addSpacing(fontMetrics().height() / 2);
 
     QStringList labels;
@@ -64,17 +51,64 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, FrameWindow& frame)
     column->addWidget(MakeButtons(info.buttons));
     column->addStretch(1);
 
-    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, const QWidget* now) { FollowFocus(now); });
-
     // On a small screen the page scrolls; moving the focus brings its control into sight.
     auto* scroll = new QScrollArea(this);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setFocusPolicy(Qt::NoFocus);
     scroll->setWidgetResizable(true);
     scroll->setWidget(content);
+    layout()->addWidget(scroll);
+}
+
+CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& body, FrameWindow& frame)
+    : QDialog(frame.Window()), m_frame(frame), m_topic(info.topic), m_controls(info.controls) {
+    SetUp(info);
+    auto* top = new QWidget(this);
+    auto* bottom = new QWidget(this);
+    QVBoxLayout* above = MakeColumn(*top);
+    QVBoxLayout* below = MakeColumn(*bottom);
+    const int gap = fontMetrics().height() / 4;
+    above->setSpacing(gap);
+    above->setContentsMargins(above->contentsMargins().left(), gap, above->contentsMargins().right(), gap);
+    below->setContentsMargins(above->contentsMargins());
+    AddHeader(*above);
+    above->addWidget(&bar);
+    below->addWidget(MakeButtons(info.buttons));
+    auto* page = static_cast<QVBoxLayout*>(layout());
+    page->addWidget(top);
+    page->addWidget(&body, 1);
+    page->addWidget(bottom);
+}
+
+void CQuillaryDialog::SetUp(const DialogInfo& info) {
+    setWindowFlags(Qt::Widget);
+    setObjectName(QString::number(info.id));
+    setAccessibleName(FromWide(info.title));
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, const QWidget* now) { FollowFocus(now); });
     auto* page = new QVBoxLayout(this);
     page->setContentsMargins({});
-    page->addWidget(scroll);
+    page->setSpacing(0);
+}
+
+int CQuillaryDialog::ComfortableWidth(const QFontMetrics& metrics) {
+    return kColumnCharacters * metrics.averageCharWidth();
+}
+
+QVBoxLayout* CQuillaryDialog::MakeColumn(QWidget& content) {
+    auto* middle = new QHBoxLayout(&content);
+    middle->setContentsMargins({});
+    auto* column = new QWidget(&content);
+    column->setMaximumWidth(ComfortableWidth(content.fontMetrics()));
+    middle->addStretch(1);
+    middle->addWidget(column, 1000);
+    middle->addStretch(1);
+    return new QVBoxLayout(column);
+}
+
+void CQuillaryDialog::AddHeader(QVBoxLayout& column) {
+    auto* header = new CTitleHeader(accessibleName());
+    header->setObjectName(QString::number(kTitleHeader));
+    column.addWidget(header);
 }
 
 void CQuillaryDialog::AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel) {
@@ -194,6 +228,11 @@ void CQuillaryDialog::FollowFocus(const QWidget* now) {
     } else {
         m_frame.Panel().Hide();
     }
+}
+
+void CQuillaryDialog::RaisePanel() {
+    m_panelShown = true;
+    m_frame.Panel().Show();
 }
 
 void CQuillaryDialog::done(int result) {

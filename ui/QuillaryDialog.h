@@ -18,6 +18,8 @@ class FrameWindow;
 class CQuillaryDialog : public QDialog {
   public:
     CQuillaryDialog(const DialogInfo& info, FrameWindow& frame);
+    /// Without a table of controls: `bar` stands below the header, `body` fills the page and scrolls by itself.
+    CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& body, FrameWindow& frame);
 
     /// Shows the page and returns when it has ended.
     int exec() override;
@@ -36,6 +38,9 @@ class CQuillaryDialog : public QDialog {
         return findChild<T*>(QString::number(id));
     }
 
+    /// How wide a page's content gets on a wide screen.
+    [[nodiscard]] static int ComfortableWidth(const QFontMetrics& metrics);
+
   protected:
     /// Puts the values into the controls, before the page shows.
     virtual void Load() {}
@@ -44,17 +49,23 @@ class CQuillaryDialog : public QDialog {
     /// For Commit: tells why it does not go on and puts the focus into that control. Returns false.
     [[nodiscard]] bool Refuse(int control, const QString& why);
 
+    /// The control in which a person begins: the first one of the table.
+    virtual void FocusFirst();
+    /// The input panel is there while an editor of this page has the focus.
+    void FollowFocus(const QWidget* now);
+    void RaisePanel();
+
     void keyPressEvent(QKeyEvent* event) override;
 
     [[nodiscard]] FrameWindow& Frame() const { return m_frame; }
 
   private:
+    void SetUp(const DialogInfo& info);
+    [[nodiscard]] static QVBoxLayout* MakeColumn(QWidget& content);
+    void AddHeader(QVBoxLayout& column);
     void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel);
     [[nodiscard]] QWidget* MakeButtons(Buttons buttons);
     void ShowHelp();
-    void FocusFirst();
-    /// The input panel is there while an editor of this page has the focus.
-    void FollowFocus(const QWidget* now);
 
     [[nodiscard]] QVariantList ControlValues() const;
 

@@ -7,15 +7,27 @@ namespace quillary {
 namespace {
 
 constexpr ToolButton kDatabase[] = {
+    {ID_FILE_NEW, u"New", "new"},
     {ID_RECORD_SHOW_ALL, u"Toggle Filter", "filter"},
     {ID_RECORD_REPEAT_FIND, u"Repeat Find", "find-next"},
+};
+constexpr ToolButton kRecord[] = {
+    {ID_FORM_NEW, u"New", "new"},          {ID_FORM_DUPLICATE, u"Duplicate", "duplicate"},
+    {ID_FORM_DELETE, u"Delete", "delete"}, {ID_FORM_PREVIOUS, u"Previous", "previous"},
+    {ID_FORM_NEXT, u"Next", "next"},
 };
 
 }  // namespace
 
 std::span<const ToolButton> ButtonsOf(int toolBar) {
-    if (toolBar == kToolBarDatabase) return kDatabase;
-    return {};
+    switch (toolBar) {
+        case kToolBarDatabase:
+            return kDatabase;
+        case kToolBarRecord:
+            return kRecord;
+        default:
+            return {};
+    }
 }
 
 }  // namespace quillary

@@ -13,6 +13,7 @@ struct ToolButton {
 };
 
 inline constexpr int kToolBarDatabase = 128;
+inline constexpr int kToolBarRecord = 174;
 
 [[nodiscard]] std::span<const ToolButton> ButtonsOf(int toolBar);
 

@@ -8,4 +8,16 @@ namespace quillary {
 /// To the hand-over: open the files that have been handed over, or go on with it.
 inline constexpr auto kOpenFileMessage = static_cast<QEvent::Type>(0x464);
 
+// To the record form.
+/// From viewing to editing.
+inline constexpr auto kEditMessage = static_cast<QEvent::Type>(0x465);
+/// To the next editor; one line down while viewing.
+inline constexpr auto kNextMessage = static_cast<QEvent::Type>(0x466);
+/// To the previous editor; one line up while viewing.
+inline constexpr auto kPreviousMessage = static_cast<QEvent::Type>(0x467);
+/// Scrolls until the focused control is in sight.
+inline constexpr auto kMakeVisibleMessage = static_cast<QEvent::Type>(0x468);
+/// Raises the input panel when typing can begin in the first field.
+inline constexpr auto kRaisePanelMessage = static_cast<QEvent::Type>(0x47b);
+
 }  // namespace quillary

@@ -11,6 +11,11 @@ namespace quillary {
     return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+/// Points into `text`.
+[[nodiscard]] inline std::u16string_view ToWide(const QString& text) {
+    return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};
+}
+
 [[nodiscard]] inline QString FromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }

@@ -15,6 +15,8 @@ class DocumentHost {
     /// Reads the file again and shows it where the user was. What was not saved is given up, but only when the file can
     /// be read.
     virtual void ReopenDocument() = 0;
+    /// ReopenDocument has been called and has not acted yet.
+    [[nodiscard]] virtual bool IsReopening() const = 0;
     /// Closes the database without saving anything.
     virtual void DropDocument() = 0;
 };

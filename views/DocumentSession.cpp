@@ -53,7 +53,8 @@ bool SaveAs(CQuillaryDoc& doc, const Path& path, Failure& failure) {
 
 std::span<const CommandEntry<CDocumentSession>> CDocumentSession::Commands() {
     static constexpr CommandEntry<CDocumentSession> kCommands[] = {
-        {ID_FILE_SAVE, &CDocumentSession::OnSave, &CDocumentSession::UpdateSave},
+        {ID_FILE_NEW, &CDocumentSession::OnNew, &CDocumentSession::UpdateWriting},
+        {ID_FILE_SAVE, &CDocumentSession::OnSave, &CDocumentSession::UpdateWriting},
     };
     return kCommands;
 }
@@ -84,6 +85,7 @@ std::shared_ptr<const CQuillaryDoc::State> CDocumentSession::BeforeChange() {
 
 bool CDocumentSession::Save() {
     if (m_doc->IsReadOnly()) return true;
+    if (m_host.IsReopening()) return false;  // what is unsaved has been given up
     if (m_doc->IsModified() && !MayDropForeignRecords()) return false;
     Failure failure;
     bool saved = false;
@@ -192,7 +194,11 @@ void CDocumentSession::DeleteDatabase(Trash& trash) {
     }
 }
 
-void CDocumentSession::UpdateSave(CommandState& state) const {
+void CDocumentSession::OnNew() {
+    if (m_onUpdate) m_onUpdate(kNewRecordHint);
+}
+
+void CDocumentSession::UpdateWriting(CommandState& state) const {
     if (m_doc->IsReadOnly()) state.Disable(FromUtf8(MessageText(Message::ReadOnly)));
 }
 

@@ -2,6 +2,7 @@
 // routing.
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "db/QuillaryDoc.h"
@@ -12,6 +13,9 @@ namespace quillary {
 class DocumentHost;
 class FrameWindow;
 class Trash;
+
+/// What a document tells its views when they have to act; the numbers never change.
+inline constexpr int kNewRecordHint = 215;
 
 class CDocumentSession : public CommandMap<CDocumentSession> {
   public:
@@ -38,11 +42,16 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
     /// Stays open, after telling the user, when the file stays.
     void DeleteDatabase(Trash& trash);
 
+    /// The view receives the document's hints through this.
+    void OnUpdate(std::function<void(int hint)> onUpdate) { m_onUpdate = std::move(onUpdate); }
+
     [[nodiscard]] static std::span<const CommandEntry<CDocumentSession>> Commands();
 
   private:
+    void OnNew();
     void OnSave() { Save(); }
-    void UpdateSave(CommandState& state) const;
+    /// For all that needs a file which can be written.
+    void UpdateWriting(CommandState& state) const;
     /// False when another program has moved or deleted it.
     [[nodiscard]] bool IsFileThere() const;
     /// Saves and waits for the disk.
@@ -58,6 +67,7 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
     FileAccess& m_files;
     FrameWindow& m_frame;
     DocumentHost& m_host;
+    std::function<void(int)> m_onUpdate;
     bool m_mayDropForeignRecords = false;
 };
 

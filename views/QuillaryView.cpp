@@ -54,11 +54,13 @@ std::span<const CommandEntry<CQuillaryView>> CQuillaryView::Commands() {
     return kCommands;
 }
 
-CQuillaryView::CQuillaryView(CDocumentSession& session, FrameWindow& frame, Trash& trash)
+CQuillaryView::CQuillaryView(CDocumentSession& session, FrameWindow& frame, Trash& trash,
+                             const FormSurroundings& surroundings)
     : m_session(session),
       m_doc(session.Doc()),
       m_frame(frame),
       m_trash(trash),
+      m_surroundings(surroundings),
       m_model(session.Doc()),
       m_delegate(new CRecordCellDelegate(m_doc, m_model, this)),
       m_header(new CRecordHeader(this)) {
@@ -80,6 +82,7 @@ CQuillaryView::CQuillaryView(CDocumentSession& session, FrameWindow& frame, Tras
     connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex& cell) {
         if (!QGuiApplication::keyboardModifiers().testFlag(Qt::ControlModifier)) Tap(cell, m_tapPoint);
     });
+    session.OnUpdate([this](int hint) { OnUpdate(hint); });
     RebuildList(false, false);
     ShowSortMark();
 }
@@ -190,9 +193,26 @@ void CQuillaryView::mousePressEvent(QMouseEvent* event) {
 }
 
 void CQuillaryView::Tap(const QModelIndex& cell, const QPoint& point) {
-    if (m_model.IsFiller(cell.column()) || !m_doc.EditOnSelect() || !m_delegate->IsCheckBox(cell)) return;
-    if (!CheckImageRect(visualRect(cell)).contains(point)) return;
-    ToggleCheckBox(static_cast<std::size_t>(cell.row()), static_cast<std::size_t>(cell.column()));
+    m_doc.SetCurrentRecord(static_cast<std::size_t>(cell.row()));
+    if (!m_doc.EditOnSelect() || !m_delegate->IsCheckBox(cell)) {
+        OpenEditForm(false);
+    } else if (CheckImageRect(visualRect(cell)).contains(point)) {
+        ToggleCheckBox(static_cast<std::size_t>(cell.row()), static_cast<std::size_t>(cell.column()));
+    }
+}
+
+void CQuillaryView::OnUpdate(int hint) {
+    if (hint == kNewRecordHint) OpenEditForm(true);
+}
+
+void CQuillaryView::OpenEditForm(bool newRecord) {
+    if (newRecord && !CEditRecordDlg::HasRoomFor(1, m_doc, m_frame)) return;
+    using Opening = CEditRecordDlg::Opening;
+    CEditRecordDlg dialog(m_session, m_surroundings, newRecord ? Opening::NewRecord : Opening::CurrentRecord, m_frame);
+    dialog.exec();
+    if (dialog.HasCommitted()) RebuildList(true, true);
+    UpdateRecordCounter();
+    m_frame.DocumentChanged();
 }
 
 void CQuillaryView::ToggleCheckBox(std::size_t row, std::size_t field) {
@@ -200,7 +220,6 @@ void CQuillaryView::ToggleCheckBox(std::size_t row, std::size_t field) {
         ShowMessage(m_frame.Window(), FromUtf8(MessageText(Message::ReadOnly)));
         return;
     }
-    m_doc.SetCurrentRecord(row);
     const bool checked = m_model.CellText(static_cast<int>(row), static_cast<int>(field)) == QLatin1String("true");
     const EnteredValue toggled{field, StoredCheckBox(!checked)};
     bool changed = false;
@@ -233,7 +252,14 @@ void CQuillaryView::keyPressEvent(QKeyEvent* event) {
     const QModelIndex cell = currentIndex();
     if (event->key() == Qt::Key_Space && cell.isValid()) {
         const bool isTap = event->modifiers() == Qt::NoModifier && !event->isAutoRepeat();
-        if (isTap) Tap(cell, CheckImageRect(visualRect(cell)).center());
+        const bool toggles = m_doc.EditOnSelect() && m_delegate->IsCheckBox(cell);
+        if (isTap && toggles) Tap(cell, CheckImageRect(visualRect(cell)).center());
+        return;
+    }
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && cell.isValid()) {
+        if (event->isAutoRepeat()) return;  // the rest of one that was held down to leave a dialog
+        m_doc.SetCurrentRecord(static_cast<std::size_t>(cell.row()));
+        OpenEditForm(false);
         return;
     }
     if (event->key() == Qt::Key_Escape && event->modifiers() == Qt::NoModifier) {

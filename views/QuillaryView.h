@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "ui/CommandTarget.h"
+#include "views/EditRecordDlg.h"
 #include "views/RecordListModel.h"
 
 namespace quillary {
@@ -19,7 +20,7 @@ class Trash;
 
 class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
   public:
-    CQuillaryView(CDocumentSession& session, FrameWindow& frame, Trash& trash);
+    CQuillaryView(CDocumentSession& session, FrameWindow& frame, Trash& trash, const FormSurroundings& surroundings);
 
     void SetRowColor(const std::optional<QColor>& color);
 
@@ -35,6 +36,8 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     [[nodiscard]] Place CurrentPlace() const;
     void GoTo(const Place& place);
     void UpdateRecordCounter();
+    /// Shows the document's current record, or a new one, in the edit record form.
+    void OpenEditForm(bool newRecord);
     /// The first selected row, or -1.
     [[nodiscard]] int GetSelectedRow() const;
     /// Ends the dialog that a command has opened, if there is one, with Cancel.
@@ -83,6 +86,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     void FitColumn(int column);
     /// What a click or touch does in a cell.
     void Tap(const QModelIndex& cell, const QPoint& point);
+    void OnUpdate(int hint);
     void ToggleCheckBox(std::size_t row, std::size_t field);
     [[nodiscard]] bool IsSortKey(std::size_t field) const;
     /// Makes the cell current and its row the selected one; one beyond the last row or column means the last.
@@ -92,6 +96,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     CQuillaryDoc& m_doc;
     FrameWindow& m_frame;
     Trash& m_trash;
+    const FormSurroundings m_surroundings;
     CRecordListModel m_model;
     CRecordCellDelegate* m_delegate;
     CRecordHeader* m_header;

@@ -41,7 +41,7 @@ class DocListTest : public ::testing::Test {
     void Start() {
         m_app = std::make_unique<CQuillaryApp>(Desktop{m_files, m_locations, m_settings, m_trash, m_inputPanel,
                                                        m_windowSettings, m_recentFiles, m_watcher, m_fileWatcher,
-                                                       m_launcher});
+                                                       m_launcher, m_clock, m_locale});
         m_app->InitInstance({});
         ASSERT_TRUE(QTest::qWaitForWindowActive(&m_app->Frame()));
         WaitForScan();
@@ -121,6 +121,8 @@ class DocListTest : public ::testing::Test {
     Watcher m_watcher;
     TestFolderWatcher m_fileWatcher;
     TestLauncher m_launcher;
+    TestClock m_clock;
+    TestLocale m_locale;
     std::unique_ptr<CQuillaryApp> m_app;
     User m_user;
 };

@@ -10,7 +10,9 @@
 #include "ui/Captions.h"
 #include "ui/CommandIds.h"
 #include "ui/Menus.h"
+#include "ui/ToolBars.h"
 #include "views/DocumentSession.h"
+#include "views/EditRecordDlg.h"
 #include "views/QuillaryView.h"
 
 namespace quillary {
@@ -46,6 +48,16 @@ TEST(CommandTables, EveryMenuItemHasAHandlerAndEveryHandlerAWayToIt) {
         }
     }
     EXPECT_EQ(reachable, Handled(true));
+}
+
+TEST(CommandTables, EveryToolBarButtonHasAHandlerAndTheFormNothingElse) {
+    for (const ToolButton& button : ButtonsOf(kToolBarDatabase)) EXPECT_TRUE(Handled(true).contains(button.command));
+    std::set<int> buttons;
+    for (const ToolButton& button : ButtonsOf(kToolBarRecord)) buttons.insert(button.command);
+    std::set<int> handled;
+    AddHandled<CEditRecordDlg>(handled);
+    EXPECT_EQ(buttons, handled);
+    for (const Accelerator& accelerator : RecordFormAccelerators()) EXPECT_TRUE(handled.contains(accelerator.command));
 }
 
 TEST(CommandTables, NoTextStandsTwiceInAMenuBarAndNoKeyTwice) {

@@ -12,6 +12,8 @@
 
 #include "admin/Settings.h"
 #include "app/QuillaryApp.h"
+#include "db/Clock.h"
+#include "db/UserLocale.h"
 #include "platform/FolderWatcher.h"
 #include "platform/InputPanel.h"
 #include "platform/Launcher.h"
@@ -108,6 +110,18 @@ class TestSettings : public Settings {
     bool WriteText(std::string_view name, std::string_view value) override;
 };
 
+/// Sunday, 7 March 2004, 2:30 pm, wherever and whenever the test runs.
+class TestClock : public Clock {
+  public:
+    std::int32_t Today() const override { return 36591; }
+    std::int32_t SecondsSinceMidnight() const override { return 14 * 3600 + 30 * 60 + 59; }
+};
+
+class TestLocale : public UserLocale {
+  public:
+    DateOrder Order() const override { return DateOrder::MonthDayYear; }
+};
+
 class WindowTest : public ::testing::Test {
   protected:
     WindowTest();
@@ -126,8 +140,8 @@ class WindowTest : public ::testing::Test {
 
     /// All of the test's own, but for the disk.
     [[nodiscard]] Desktop DesktopOn(FileAccess& disk) {
-        return {disk,           locations,   settings,      trash,       inputPanel,
-                windowSettings, recentFiles, folderWatcher, fileWatcher, launcher};
+        return {disk,        locations,     settings,    trash,    inputPanel, windowSettings,
+                recentFiles, folderWatcher, fileWatcher, launcher, clock,      locale};
     }
 
     WindowFiles files;
@@ -140,6 +154,8 @@ class WindowTest : public ::testing::Test {
     TestFolderWatcher folderWatcher;
     TestFolderWatcher fileWatcher;
     TestLauncher launcher;
+    TestClock clock;
+    TestLocale locale;
     CQuillaryApp app{DesktopOn(files)};
     User user;
 };

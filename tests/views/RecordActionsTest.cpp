@@ -2,6 +2,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QHeaderView>
+#include <QLineEdit>
 #include <QTest>
 
 #include "tests/ui/WindowTest.h"
@@ -54,13 +55,33 @@ TEST_F(RecordActionsTest, ATapTogglesACheckBoxOnlyInsideItsImage) {
         {"below the image", true, {0, 7}, {}, Qt::LeftButton, false},
         {"with Ctrl it only selects", true, {}, Qt::ControlModifier, Qt::LeftButton, false},
         {"the right button only selects", true, {}, {}, Qt::RightButton, false},
-        {"the option is off", false, {}, {}, Qt::LeftButton, false},
     };
     for (const auto& r : kRows) {
         OpenPeople(r.editOnSelect);
         Tap(1, kMember, r.fromCenter, r.keys, r.button);
         EXPECT_EQ(Cell(1, kMember), r.toggles ? "true" : "false") << r.name;
         EXPECT_EQ(Counter(), "2 of 3") << r.name;
+    }
+}
+
+TEST_F(RecordActionsTest, ATapOpensTheFormWhereItTogglesNothing) {
+    const struct {
+        const char* name;
+        bool editOnSelect;
+        int column;
+    } kRows[] = {{"to look at it", false, 0},
+                 {"a check box too", false, kMember},
+                 {"to edit it", true, 0},
+                 {"behind the last field", true, kMember + 1}};
+    for (const auto& r : kRows) {
+        OpenPeople(r.editOnSelect);
+        user.ExpectDialog(173, [&](CQuillaryDialog& page) {
+            EXPECT_EQ(page.Control<QLineEdit>(101)->text(), "7") << r.name;
+            EXPECT_EQ(page.Control<QLineEdit>(101)->isReadOnly(), !r.editOnSelect) << r.name;
+            QTest::keyClick(page.Control<QWidget>(101), Qt::Key_Escape);
+        });
+        Tap(1, r.column);
+        EXPECT_TRUE(user.IsDone()) << r.name;
     }
 }
 

@@ -1,0 +1,229 @@
+// The record form: what its editors load and store, field type by field type.
+#include <QClipboard>
+#include <QGuiApplication>
+
+#include "tests/views/FormTest.h"
+#include "ui/CommandIds.h"
+#include "views/EditRecordForm.h"
+
+namespace quillary {
+namespace {
+
+using EditRecordTest = FormTest;
+
+TEST_F(EditRecordTest, EveryTypeIsLoadedEditedAndStored) {
+    OpenForEditing(AllTypesParts());
+    const struct {
+        int id;
+        const char* shown;
+        QList<int> keys;
+        const char* typed;
+        const char* stored;
+    } kRows[] = {
+        {100, "Ada\r\nwas here", {}, "so ", "so Ada\r\nwas here"},
+        {101, "12.5", {}, "-1x", "-112.5"},
+        {102, "100", {Qt::Key_End}, "7.", "1007."},
+        {103, "true", {Qt::Key_Space}, "", "false"},
+        {104, "03/07/2004", {Qt::Key_Up}, "", "36622"},
+        {105, "02:30 pm", {Qt::Key_Up}, "", "55800"},
+        {106, "green", {Qt::Key_Down}, "", "blue"},
+        {107, "(555) 123-4567", {Qt::Key_End, Qt::Key_Backspace}, "8", "5551234568"},
+        {108, "ada@example.org", {Qt::Key_Delete}, "A", "Ada@example.org"},
+        {109, "https://example.org", {Qt::Key_End}, "/x", "https://example.org/x"},
+    };
+    InForm(0, [&](CQuillaryDialog& page) {
+        for (const auto& r : kRows) {
+            EXPECT_EQ(Shown(page, r.id), r.shown) << r.id;
+            auto* editor = page.Control<QWidget>(r.id);
+            editor->setFocus();
+            QWidget* focus = app.Frame().focusWidget();
+            for (const int key : r.keys) QTest::keyClick(focus, static_cast<Qt::Key>(key));
+            QTest::keyClicks(focus, r.typed);
+        }
+        QTest::keyClick(app.Frame().focusWidget(), Qt::Key_Return);
+    });
+    const auto stored = StoredRecord(0);
+    for (std::size_t k = 0; k < std::size(kRows); ++k) EXPECT_EQ(stored[k], kRows[k].stored) << kRows[k].id;
+    EXPECT_EQ(StoredRecord(1)[0], "Bob") << "the other record";
+}
+
+TEST_F(EditRecordTest, ANumberIsCleanedUpThoughTheFocusNeverLeftIt) {
+    OpenForEditing(AllTypesParts());
+    QGuiApplication::clipboard()->setText("abc12x3");
+    InForm(0, [](CQuillaryDialog& page) {
+        auto* number = page.Control<QLineEdit>(101);
+        number->setFocus();
+        number->selectAll();
+        QTest::keyClick(number, Qt::Key_V, Qt::ControlModifier);
+        QTest::keyClick(number, Qt::Key_Return);
+    });
+    EXPECT_EQ(StoredRecord(0)[1], "12");
+}
+
+TEST_F(EditRecordTest, AStoredNewRecordIsNotStoredAsAnother) {
+    CQuillaryDoc* doc = Open(AllTypesParts().Build());
+    CEditRecordForm form(*doc, clock, locale.Order());
+    form.ShowNewRecord();
+    for (const bool first : {true, false}) {
+        bool changed = false;
+        Failure failure;
+        int control = 0;
+        EXPECT_TRUE(form.Commit(changed, failure, control)) << failure.text;
+        EXPECT_EQ(changed, first);
+        EXPECT_FALSE(form.IsNew());
+        EXPECT_EQ(doc->Shown().size(), 3U);
+        EXPECT_EQ(doc->Fields()[2].options.first, 105);
+    }
+}
+
+TEST_F(EditRecordTest, WhatWasNotTouchedKeepsItsBytes) {
+    const struct {
+        const char* name;
+        const char* type;
+        std::string stored;
+        const char* shown;
+    } kRows[] = {
+        {"a line feed alone", "T", "a\nb", "a\r\nb"},
+        {"a carriage return alone", "t", "a\rb", "a\rb"},
+        {"a no-break space", "T", "a\xA0z", "a\u00A0z"},
+        {"no plain number", "F", "1,500", "1,500"},
+        {"letters", "I1;1", "abc", "abc"},
+        {"a checked word of old", "B", "JA", "true"},
+        {"letters for a date", "D", "abc", "01/01/1904"},
+        {"before the year 100", "D", "-700000", ""},
+        {"spelt with blanks", "D", " 36591 ", "03/07/2004"},
+        {"seconds", "d", "52259", "02:30 pm"},
+        {"more than a day", "d", "90000", "01:00 am"},
+        {"a zero that is none", "d", "00", ""},
+        {"no item", "Lred;green", "blue", "blue"},
+        {"a phone with letters", "P", "call 5551234", "call 5551234"},
+        {"an unknown type", "Q7", "x", "x"},
+    };
+    for (const auto& r : kRows) {
+        ImageParts parts;
+        parts.AddSchema({"Odd", "Other"}, {r.type, "M"});
+        parts.Add(2, {r.stored, "old"});
+        OpenForEditing(parts);
+        InForm(0, [&](CQuillaryDialog& page) {
+            EXPECT_EQ(Shown(page, 100), QString::fromUtf8(r.shown)) << r.name;
+            QTest::keyClick(page.Control<QWidget>(100), Qt::Key_Tab);  // leaving it changes nothing either
+            auto* other = page.Control<QLineEdit>(101);
+            other->setFocus();
+            other->selectAll();
+            QTest::keyClicks(other, "new");
+            Click(page.Control<QWidget>(kOkButton));
+        });
+        EXPECT_EQ(StoredEntries(0), Entries({r.stored, "new"})) << r.name;
+    }
+}
+
+TEST_F(EditRecordTest, HiddenAndMissingAndSurplusEntriesStay) {
+    ImageParts parts;
+    const std::vector<std::string> names = {"A", "B", "C", "D", "E", "F", "G", "H", "I", "J", "K", "L"};
+    parts.AddSchema(names, std::vector<std::string>(names.size(), "t"));
+    const std::vector<std::string> texts = {"line\nfeed", "old", "", "",     "",         "",      "",
+                                            "",           "",    "", "kept", "kept too", "beyond"};
+    parts.Add(2, texts);
+    parts.Add(2, {"short", "old"});
+    OpenForEditing(parts);
+    for (int row = 0; row < 2; ++row) {
+        InForm(row, [](CQuillaryDialog& page) {
+            QTest::keyClicks(page.Control<QWidget>(101), "x");
+            Click(page.Control<QWidget>(kOkButton));
+        });
+    }
+    auto changed = texts;
+    changed[1] = "xold";
+    EXPECT_EQ(StoredEntries(0), Entries(changed));
+    EXPECT_EQ(StoredEntries(1), Entries({"short", "xold"}));
+}
+
+TEST_F(EditRecordTest, ARecordInWhichNothingChangedIsNotSaved) {
+    OpenForEditing(AllTypesParts());
+    const std::string before = files.contents["/people.pdb"];
+    for (const int button : {kOkButton, kCancelButton}) {
+        InForm(0, [button](CQuillaryDialog& page) {
+            QTest::keyClicks(page.Control<QWidget>(103), "  ");  // there and back
+            QTest::keyClick(page.Control<QWidget>(108), Qt::Key_Delete);
+            if (button == kOkButton) QTest::keyClicks(page.Control<QWidget>(108), "a");
+            EXPECT_EQ(page.IsChanged(), button != kOkButton);
+            Click(page.Control<QWidget>(button));
+        });
+        EXPECT_EQ(files.contents["/people.pdb"], before);
+        EXPECT_FALSE(Title().endsWith('*'));
+    }
+}
+
+TEST_F(EditRecordTest, ANewRecordStartsWithTheDefaultsAndAdvancesTheSequence) {
+    for (const bool defaults : {false, true}) {
+        ImageParts parts = AllTypesParts();
+        parts.records.clear();
+        parts.AddSchema(kAllNames,
+                        defaults ? std::vector<std::string>{"T", "F", "I100;5", "B!", "D!", "d!", "Lred", "P", "M", "W"}
+                                 : std::vector<std::string>{"t", "F", "I100;5", "B", "D", "d", "Lred", "P", "M", "W"});
+        Open(parts.Build());
+        user.ExpectDialog(173, [&](CQuillaryDialog& page) {
+            EXPECT_EQ(Shown(page, 102), "100");
+            EXPECT_EQ(Shown(page, 103), defaults ? "true" : "false");
+            EXPECT_EQ(Shown(page, 104), defaults ? "03/07/2004" : "");
+            EXPECT_EQ(Shown(page, 105), defaults ? "02:30 pm" : "");
+            EXPECT_FALSE(page.Control<QLineEdit>(101)->isReadOnly()) << "for editing, whatever the option says";
+            QTest::keyClicks(app.Frame().focusWidget(), "eve");
+            QTest::keyClick(page.Control<QWidget>(101), Qt::Key_Return);
+        });
+        QTest::keyClick(View(), Qt::Key_N, Qt::ControlModifier);
+        const std::vector<std::string> expected = {defaults ? "Eve" : "eve",
+                                                   "",
+                                                   "100",
+                                                   defaults ? "true" : "false",
+                                                   defaults ? "36591" : "",
+                                                   defaults ? "52200" : "",
+                                                   "",
+                                                   "",
+                                                   "",
+                                                   ""};
+        EXPECT_EQ(StoredRecord(0), expected);
+        EXPECT_EQ(Counter(), "1 of 1");
+        user.ExpectDialog(173, [](CQuillaryDialog& page) {
+            EXPECT_EQ(Shown(page, 102), "105");
+            QTest::keyClick(page.Control<QWidget>(101), Qt::Key_Escape);
+        });
+        Click(app.Frame().findChild<QWidget*>(QStringLiteral("57600")));
+        EXPECT_EQ(Counter(), "1 of 1");
+    }
+}
+
+TEST_F(EditRecordTest, WhatCannotBeStoredIsRefusedByNameAndStays) {
+    ImageParts parts = AllTypesParts();
+    parts.records.clear();
+    auto names = kAllNames;
+    names.push_back("Eleventh");
+    parts.AddSchema(names, {"T", "F", "I1;1", "B", "D", "d", "Lred", "P", "M", "W", "T"});
+    parts.Add(2, {"Ada"});
+    parts.Add(2, {"Bob"});
+    OpenForEditing(parts);
+    const std::string before = files.contents["/people.pdb"];
+    InForm(0, [&](CQuillaryDialog& page) {
+        auto* notes = page.Control<QWidget>(100);
+        auto* mail = page.Control<QLineEdit>(108);
+        notes->setFocus();
+        QTest::keyClick(notes, Qt::Key_Return);
+        user.ExpectMessage(
+            "A line break in \"Notes\" would hide the field \"Eleventh\". "
+            "Move \"Notes\" behind it or take the line break out.");
+        Click(page.Control<QWidget>(kOkButton));
+        EXPECT_EQ(app.Frame().focusWidget(), notes);
+        QTest::keyClick(notes, Qt::Key_Backspace);
+        QTest::keyClicks(mail, QStringLiteral("\u00FF"));
+        mail->insert(QStringLiteral("\u0142"));
+        user.ExpectMessage(QStringLiteral("These characters cannot be stored in \"Mail\": \u00FF\u0142"));
+        Click(page.Control<QWidget>(ID_FORM_NEXT));
+        EXPECT_EQ(app.Frame().focusWidget(), mail);
+        EXPECT_EQ(mail->text(), QStringLiteral("\u00FF\u0142"));
+        QTest::keyClick(mail, Qt::Key_Escape);
+    });
+    EXPECT_EQ(files.contents["/people.pdb"], before);
+}
+
+}  // namespace
+}  // namespace quillary

@@ -1,0 +1,203 @@
+#include "views/EditRecordDlg.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLayout>
+#include <QToolBar>
+#include <QToolButton>
+#include <utility>
+
+#include "admin/Settings.h"
+#include "db/UserLocale.h"
+#include "ui/Accelerators.h"
+#include "ui/CommandIds.h"
+#include "ui/FrameWindow.h"
+#include "ui/HelpTopics.h"
+#include "ui/MessageBox.h"
+#include "ui/ToolBars.h"
+#include "ui/UserMessages.h"
+#include "ui/WideText.h"
+#include "views/DocumentSession.h"
+#include "views/EditRecordForm.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr DialogInfo kDialog{173, u"Edit Record", {}, kTopicEditRecord};
+
+}  // namespace
+
+std::span<const CommandEntry<CEditRecordDlg>> CEditRecordDlg::Commands() {
+    using Dlg = CEditRecordDlg;
+    static constexpr CommandEntry<Dlg> kCommands[] = {
+        {ID_FORM_NEW, &Dlg::OnNew, &Dlg::Update<ID_FORM_NEW>},
+        {ID_FORM_DUPLICATE, &Dlg::OnDuplicate, &Dlg::Update<ID_FORM_DUPLICATE>},
+        {ID_FORM_DELETE, &Dlg::OnDelete, &Dlg::Update<ID_FORM_DELETE>},
+        {ID_FORM_PREVIOUS, &Dlg::OnPrevious, &Dlg::Update<ID_FORM_PREVIOUS>},
+        {ID_FORM_NEXT, &Dlg::OnNext, &Dlg::Update<ID_FORM_NEXT>},
+    };
+    return kCommands;
+}
+
+CEditRecordDlg::CEditRecordDlg(CDocumentSession& session, const FormSurroundings& surroundings, Opening opening,
+                               FrameWindow& frame)
+    : CEditRecordDlg(session, surroundings, opening, frame,
+                     new CEditRecordForm(session.Doc(), surroundings.clock, surroundings.locale.Order()),
+                     new QToolBar) {}
+
+CEditRecordDlg::CEditRecordDlg(CDocumentSession& session, const FormSurroundings& surroundings, Opening opening,
+                               FrameWindow& frame, CEditRecordForm* form, QToolBar* bar)
+    : CQuillaryDialog(kDialog, *bar, *form, frame),
+      m_session(session),
+      m_doc(session.Doc()),
+      m_settings(surroundings.settings),
+      m_opening(opening),
+      m_form(form),
+      m_actions(
+          *this, RecordFormAccelerators(), [this](int command) { RunCommand(command); },
+          [this](int command, CommandState& state) { UpdateCommand(command, state); }) {
+    bar->setObjectName(QString::number(kToolBarRecord));
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    bar->setIconSize(QSize(16, 16));
+    bar->setContentsMargins({});
+    bar->layout()->setContentsMargins({});
+    m_actions.FillToolBar(*bar, kToolBarRecord);
+    // Behind the editors and OK, but within reach of the Tab key.
+    auto* last = Control<QWidget>(kHelpButton);
+    for (auto* button : bar->findChildren<QToolButton*>()) {
+        if (button->objectName().toInt() == 0) continue;  // the bar's own for what does not fit
+        button->setFocusPolicy(Qt::TabFocus);
+        setTabOrder(std::exchange(last, button), button);
+    }
+    qApp->installEventFilter(this);
+    form->onTypingBegins = [this] { RaisePanel(); };
+    form->onEditing = [this] { FollowFocus(QApplication::focusWidget()); };
+}
+
+bool CEditRecordDlg::HasRoomFor(std::size_t more, const CQuillaryDoc& doc, FrameWindow& frame) {
+    if (doc.HasRoomFor(more)) return true;
+    ShowMessage(frame.Window(), FromUtf8(FormatMessage(Message::TooManyRecords, {"The record was not added."})));
+    return false;
+}
+
+bool CEditRecordDlg::IsChanged() const { return m_form->IsChanged(); }
+
+void CEditRecordDlg::Load() { m_opening == Opening::NewRecord ? ShowNewRecord() : ShowRecord(); }
+
+void CEditRecordDlg::FocusFirst() {
+    m_form->FocusFirst();
+    QEvent message(kRaisePanelMessage);
+    QApplication::sendEvent(m_form, &message);
+}
+
+void CEditRecordDlg::ShowRecord() {
+    m_form->ShowRecord();
+    ShowState();
+}
+
+void CEditRecordDlg::ShowNewRecord() {
+    m_form->ShowNewRecord();
+    ShowState();
+}
+
+void CEditRecordDlg::ShowState() {
+    m_actions.UpdateStates();
+    const auto count = static_cast<int>(m_doc.Shown().size());
+    Frame().ShowRecordCounter(count > 0 ? static_cast<int>(m_doc.CurrentRecord()) + 1 : 0, count);
+}
+
+void CEditRecordDlg::keyPressEvent(QKeyEvent* event) {
+    // Not the rest of a Return that was held down to open the form.
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isReturn || !event->isAutoRepeat()) CQuillaryDialog::keyPressEvent(event);
+}
+
+// A double click that comes without a click in this page began in the list, where its first half opened the form.
+bool CEditRecordDlg::eventFilter(QObject* watched, QEvent* event) {
+    const bool isClick = event->type() == QEvent::MouseButtonPress;
+    if (!isClick && event->type() != QEvent::MouseButtonDblClick) return false;
+    if (!watched->isWidgetType() || !isAncestorOf(static_cast<QWidget*>(watched))) return false;
+    if (isClick) qApp->removeEventFilter(this);
+    return !isClick;
+}
+
+// ---- Commands
+
+void CEditRecordDlg::SetState(int command, CommandState& state) const {
+    const bool isRecord = !m_form->IsNew();
+    const std::size_t index = m_doc.CurrentRecord();
+    switch (command) {
+        case ID_FORM_PREVIOUS:
+            state.Enable(isRecord && index >= 1);
+            return;
+        case ID_FORM_NEXT:
+            state.Enable(isRecord && index + 1 < m_doc.Shown().size());
+            return;
+        case ID_FORM_DELETE:
+        case ID_FORM_DUPLICATE:
+            state.Enable(isRecord);
+            break;
+        default:
+            break;
+    }
+    if (m_doc.IsReadOnly()) state.Disable(FromUtf8(MessageText(Message::ReadOnly)));
+}
+
+bool CEditRecordDlg::Commit() {
+    Failure failure;
+    int control = 0;
+    bool changed = false;
+    if (!m_form->Commit(changed, failure, control)) return Refuse(control, FromUtf8(failure.text));
+    m_hasCommitted = m_hasCommitted || changed;
+    return true;
+}
+
+bool CEditRecordDlg::CommitAndSave() {
+    const auto before = m_doc.ChangeNumber();
+    if (!Commit()) return false;
+    if (m_doc.ChangeNumber() != before) m_session.Save();
+    return true;
+}
+
+void CEditRecordDlg::Move(bool (CQuillaryDoc::*step)()) {
+    if (!CommitAndSave()) return;
+    (m_doc.*step)();
+    ShowRecord();
+}
+
+void CEditRecordDlg::OnNext() { Move(&CQuillaryDoc::NextRecord); }
+
+void CEditRecordDlg::OnPrevious() { Move(&CQuillaryDoc::PreviousRecord); }
+
+void CEditRecordDlg::OnNew() {
+    if (!HasRoomFor(m_form->IsNew() ? 2 : 1, m_doc, Frame())) return;
+    if (m_form->IsNew() && AskUser(Frame().Window(), QStringLiteral("Commit current record?"),
+                                   {QStringLiteral("OK"), QStringLiteral("Cancel")}) != 0) {
+        return;
+    }
+    if (CommitAndSave()) ShowNewRecord();
+}
+
+void CEditRecordDlg::OnDuplicate() {
+    if (!HasRoomFor(1, m_doc, Frame()) || !Commit()) return;
+    Failure failure;
+    if (!m_doc.AppendRecord(m_doc.Shown()[m_doc.CurrentRecord()].Entries(), failure)) {
+        ShowMessage(Frame().Window(), FromUtf8(failure.text));
+        return;
+    }
+    m_hasCommitted = true;
+    m_session.Save();
+    ShowRecord();
+}
+
+void CEditRecordDlg::OnDelete() {
+    const QString question = QStringLiteral("Are you sure that you want to delete this record?");
+    const bool asks = m_settings.ReadInt(kConfirmRecordDelete, kConfirmRecordDeleteDefault) != 0;
+    if (asks && AskUser(Frame().Window(), question, {QStringLiteral("Yes"), QStringLiteral("No")}, 1) != 0) return;
+    m_doc.RemoveRecord(m_doc.CurrentRecord());
+    m_hasCommitted = true;
+    done(Accepted);
+}
+
+}  // namespace quillary

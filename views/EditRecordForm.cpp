@@ -1,0 +1,339 @@
+#include "views/EditRecordForm.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QToolTip>
+#include <algorithm>
+
+#include "db/RecordCommit.h"
+#include "ui/QuillaryDialog.h"
+#include "ui/ToolTip.h"
+#include "ui/UserMessages.h"
+#include "ui/WideText.h"
+#include "views/FieldLabel.h"
+#include "views/RecordEditor.h"
+
+namespace quillary {
+
+namespace {
+
+// In pixels, as on the handheld's screen; what a large font needs is added.
+constexpr int kTop = 3;
+constexpr int kLabelLeft = 2;
+constexpr int kLabelWidth = 73;
+constexpr int kLabelGap = 4;
+constexpr int kRightMargin = 18;  // the scroll bar's place
+constexpr int kRowGap = 2;
+constexpr int kLineHeight = 23;
+constexpr int kLinePadding = 6;  // of an editor, around its text
+constexpr int kTextHeight = 69;
+constexpr int kTextLines = 3;
+constexpr int kCheckTop = 2;
+constexpr int kHandheldWidth = 240;
+constexpr int kWideMargin = 9;  // as the other parts of the page have it
+
+QColor ViewOnlyColor(const QPalette& palette) {
+    const bool isDark = palette.color(QPalette::Window).lightness() < 128;
+    return isDark ? QColor(0x45, 0x48, 0x4C) : QColor(0xC0, 0xC0, 0xC0);
+}
+
+// The controls in which a person types.
+bool IsTextLike(FieldType type) {
+    switch (type) {
+        case FieldType::Checkbox:
+        case FieldType::Date:
+        case FieldType::Time:
+        case FieldType::List:
+            return false;
+        default:
+            return true;
+    }
+}
+
+}  // namespace
+
+CEditRecordForm::CEditRecordForm(CQuillaryDoc& doc, const Clock& clock, DateOrder order)
+    : m_doc(doc), m_clock(clock), m_viewOnly(!doc.EditOnSelect() || doc.IsReadOnly()) {
+    setObjectName(QStringLiteral("1049"));
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    verticalScrollBar()->setSingleStep(kLineHeight + kRowGap);
+    auto* page = new QWidget;
+    page->setObjectName(QStringLiteral("188"));
+    setWidget(page);
+    page->setAutoFillBackground(false);
+    viewport()->setAutoFillBackground(false);
+    for (std::size_t field = 0; field < doc.FieldCount(); ++field) AddRow(field, clock, order);
+    SetViewOnly(m_viewOnly);
+}
+
+CEditRecordForm::~CEditRecordForm() = default;
+
+void CEditRecordForm::AddRow(std::size_t field, const Clock& clock, DateOrder order) {
+    auto editor = MakeRecordEditor(m_doc, field, clock, order, *widget());
+    const QString name = OnOneLine(FromWide(m_doc.FieldName(field)));
+    QWidget& control = editor->Widget();
+    control.setObjectName(QString::number(kFirstEditor + static_cast<int>(field)));
+    control.setAccessibleName(name);
+    control.installEventFilter(this);
+    for (QWidget* part : control.findChildren<QWidget*>()) {
+        if (!qobject_cast<QScrollBar*>(part)) part->installEventFilter(this);
+    }
+    if (!m_rows.empty()) setTabOrder(&m_rows.back().editor->Widget(), &control);
+    m_rows.push_back({std::move(editor), new CFieldLabel(name, control, widget())});
+}
+
+// ---- The record
+
+void CEditRecordForm::ShowRecord() {
+    m_isNew = false;
+    const RecordRef& record = m_doc.Shown()[m_doc.CurrentRecord()];
+    EntryTable entries;
+    entries.Fill(record.Entries(), m_doc.FieldCount());
+    for (const Row& row : m_rows) {
+        const std::size_t field = row.editor->Field();
+        row.editor->Load(entries.Has(field) ? std::optional(entries.Text(field)) : std::nullopt);
+    }
+    FocusFirst();
+}
+
+void CEditRecordForm::ShowNewRecord() {
+    m_isNew = true;
+    if (m_viewOnly) SetViewOnly(false);
+    m_newValues = NewRecordValues(m_doc, m_clock);
+    for (const Row& row : m_rows) row.editor->Load(m_newValues[row.editor->Field()]);
+    FocusFirst();
+}
+
+bool CEditRecordForm::IsChanged() const {
+    return std::any_of(m_rows.begin(), m_rows.end(), [](const Row& row) { return row.editor->IsChanged(); });
+}
+
+bool CEditRecordForm::Commit(bool& changed, Failure& failure, int& control) {
+    changed = false;
+    control = 0;
+    if (!m_isNew) return CommitChanges(changed, failure, control);
+    if (!CommitNew(failure, control)) return false;
+    m_isNew = false;
+    changed = true;
+    return true;
+}
+
+bool CEditRecordForm::CommitNew(Failure& failure, int& control) {
+    std::vector<std::string> values = m_newValues;
+    for (const Row& row : m_rows) {
+        if (!row.editor->IsChanged()) continue;
+        const std::size_t field = row.editor->Field();
+        auto stored = row.editor->Stored(failure);
+        if (!stored || !CheckHidesNothing(m_doc, field, *stored, failure)) {
+            control = kFirstEditor + static_cast<int>(field);
+            return false;
+        }
+        values[field] = std::move(*stored);
+    }
+    return CommitNewRecord(m_doc, values, failure);
+}
+
+bool CEditRecordForm::CommitChanges(bool& changed, Failure& failure, int& control) {
+    std::vector<EnteredValue> values;
+    for (const Row& row : m_rows) {
+        if (!row.editor->IsChanged()) continue;
+        const std::size_t field = row.editor->Field();
+        auto stored = row.editor->Stored(failure);
+        if (!stored) {
+            control = kFirstEditor + static_cast<int>(field);
+            return false;
+        }
+        values.push_back({field, std::move(*stored)});
+    }
+    if (CommitRecord(m_doc, m_doc.CurrentRecord(), values, changed, failure)) return true;
+    Failure ofOneField;
+    for (const EnteredValue& value : values) {
+        if (CheckHidesNothing(m_doc, value.field, value.stored, ofOneField)) continue;
+        control = kFirstEditor + static_cast<int>(value.field);
+        break;
+    }
+    return false;
+}
+
+// ---- Layout
+
+void CEditRecordForm::LayOut() {
+    // Whether the scroll bar shows makes no difference to the layout.
+    const int scrollBar = std::max(kRightMargin, verticalScrollBar()->sizeHint().width());
+    const int outside = std::max(0, width() - CQuillaryDialog::ComfortableWidth(fontMetrics())) / 2;
+    const int margin = width() > kHandheldWidth ? kWideMargin : kLabelLeft;
+    QRect column(outside + margin, 0, 0, 0);
+    column.setRight(width() - 1 - std::max(outside + margin, scrollBar));
+    int labelWidth = 0;
+    for (const Row& row : m_rows) labelWidth = std::max(labelWidth, row.label->NaturalWidth());
+    labelWidth = std::max(std::min(labelWidth, column.width() * 3 / 10), kLabelWidth);
+    int y = kTop;
+    for (const Row& row : m_rows) y += Place(row, column, labelWidth, y) + kRowGap;
+    widget()->resize(viewport()->width(), y);
+}
+
+int CEditRecordForm::Place(const Row& row, const QRect& column, int labelWidth, int y) const {
+    const FieldType type = m_doc.TypeOf(row.editor->Field());
+    const int lineHeight = std::max(kLineHeight, fontMetrics().height() + kLinePadding);
+    const int labelTop = (lineHeight - fontMetrics().height()) / 2;
+    int height = lineHeight;
+    if (type == FieldType::Text) {
+        height = std::max(kTextHeight, kTextLines * fontMetrics().lineSpacing() + 2 * kLinePadding);
+    }
+    row.label->setGeometry(column.left(), y + labelTop, labelWidth, row.label->HeightFor(labelWidth));
+    QRect place(column.left() + labelWidth + kLabelGap, y, 0, height);
+    place.setRight(column.right());
+    if (type == FieldType::Checkbox) place.setTop(y + kCheckTop);
+    row.editor->Widget().setGeometry(place);
+    return std::max(height, labelTop + row.label->height());
+}
+
+void CEditRecordForm::resizeEvent(QResizeEvent* event) {
+    QScrollArea::resizeEvent(event);
+    LayOut();
+}
+
+void CEditRecordForm::changeEvent(QEvent* event) {
+    QScrollArea::changeEvent(event);
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) LayOut();
+    if (event->type() == QEvent::PaletteChange) PaintEditors();
+}
+
+// ---- Viewing and editing
+
+void CEditRecordForm::SetViewOnly(bool viewOnly) {
+    m_viewOnly = viewOnly;
+    for (const Row& row : m_rows) row.editor->SetReadOnly(viewOnly);
+    PaintEditors();
+}
+
+void CEditRecordForm::PaintEditors() {
+    QPalette colors;  // sets nothing, so that all come from the program's palette
+    if (m_viewOnly) {
+        colors.setColor(QPalette::Base, ViewOnlyColor(palette()));
+        colors.setColor(QPalette::Button, ViewOnlyColor(palette()));
+    }
+    for (const Row& row : m_rows) row.editor->Widget().setPalette(colors);
+}
+
+void CEditRecordForm::BeginEditing() {
+    if (!m_viewOnly) return;
+    if (m_doc.IsReadOnly()) {
+        QWidget* at = QApplication::focusWidget();
+        const QPoint below(0, at ? at->height() : 0);
+        if (at) QToolTip::showText(at->mapToGlobal(below), PlainToolTip(FromUtf8(MessageText(Message::ReadOnly))), at);
+        return;
+    }
+    SetViewOnly(false);
+    if (onEditing) onEditing();
+}
+
+bool CEditRecordForm::event(QEvent* event) {
+    switch (static_cast<int>(event->type())) {
+        case kEditMessage:
+            BeginEditing();
+            return true;
+        case kNextMessage:
+            Step(1);
+            return true;
+        case kPreviousMessage:
+            Step(-1);
+            return true;
+        case kMakeVisibleMessage:
+            MakeVisible();
+            return true;
+        case kRaisePanelMessage:
+            if (!m_rows.empty() && IsTextLike(m_doc.TypeOf(0)) && !m_viewOnly && onTypingBegins) onTypingBegins();
+            return true;
+        default:
+            return QScrollArea::event(event);
+    }
+}
+
+void CEditRecordForm::Step(int direction) {
+    if (m_viewOnly) {
+        verticalScrollBar()->triggerAction(direction > 0 ? QScrollBar::SliderSingleStepAdd
+                                                         : QScrollBar::SliderSingleStepSub);
+        return;
+    }
+    const int next = FocusedRow() + direction;
+    if (next < 0 || next >= static_cast<int>(m_rows.size())) return;
+    m_rows[static_cast<std::size_t>(next)].editor->Widget().setFocus(direction > 0 ? Qt::TabFocusReason
+                                                                                   : Qt::BacktabFocusReason);
+}
+
+int CEditRecordForm::FocusedRow() const {
+    const Row* row = RowOf(QApplication::focusWidget());
+    return row ? static_cast<int>(row - m_rows.data()) : -1;
+}
+
+const CEditRecordForm::Row* CEditRecordForm::RowOf(const QObject* widget) const {
+    for (; widget && widget != this; widget = widget->parent()) {
+        const auto found = std::find_if(m_rows.begin(), m_rows.end(),
+                                        [widget](const Row& row) { return &row.editor->Widget() == widget; });
+        if (found != m_rows.end()) return &*found;
+    }
+    return nullptr;
+}
+
+void CEditRecordForm::MakeVisible() {
+    const int row = FocusedRow();
+    if (row < 0) return;
+    // The top last, for an editor that is higher than the form.
+    const QRect place = m_rows[static_cast<std::size_t>(row)].editor->Widget().geometry();
+    ensureVisible(place.left(), place.bottom(), 0, kTop);
+    ensureVisible(place.left(), place.top(), 0, kTop);
+}
+
+void CEditRecordForm::FocusFirst() {
+    if (m_rows.empty()) return;
+    m_rows.front().editor->Widget().setFocus();
+    verticalScrollBar()->setValue(0);
+}
+
+bool CEditRecordForm::eventFilter(QObject* watched, QEvent* event) {
+    const Row* row = RowOf(watched);
+    if (!row) return QScrollArea::eventFilter(watched, event);
+    switch (event->type()) {
+        case QEvent::FocusIn: {
+            QEvent message(kMakeVisibleMessage);
+            QApplication::sendEvent(this, &message);
+            return false;
+        }
+        case QEvent::MouseButtonPress: {
+            if (!m_viewOnly || static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return false;
+            row->editor->Widget().setFocus(Qt::MouseFocusReason);
+            QEvent message(kEditMessage);
+            QApplication::sendEvent(this, &message);
+            return !row->editor->HasCaret();  // beginning to edit changes no value
+        }
+        case QEvent::KeyPress:
+            return TakesKey(*row->editor, static_cast<QKeyEvent&>(*event));
+        default:
+            return false;
+    }
+}
+
+bool CEditRecordForm::TakesKey(const CRecordEditor& editor, const QKeyEvent& event) {
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    const int key = event.key();
+    if (key == Qt::Key_Up || key == Qt::Key_Down) {
+        const bool viewsPicker = m_viewOnly && !editor.HasCaret();
+        if (modifiers != Qt::NoModifier || !(viewsPicker || editor.IsLeftBy(key))) return false;
+        QEvent message(key == Qt::Key_Down ? kNextMessage : kPreviousMessage);
+        QApplication::sendEvent(this, &message);
+        return true;
+    }
+    if (!m_viewOnly) return false;
+    const bool isCharacter = !event.text().isEmpty() && event.text().front().isPrint() &&
+                             !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    if (!isCharacter && key != Qt::Key_F2) return false;
+    QEvent message(kEditMessage);
+    QApplication::sendEvent(this, &message);
+    return key == Qt::Key_F2 || !editor.HasCaret();
+}
+
+}  // namespace quillary

@@ -1,0 +1,83 @@
+// The fields of one record, each with its label and its editor, in a page that scrolls.
+#pragma once
+
+#include <QScrollArea>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "db/Clock.h"
+#include "db/Messages.h"
+#include "db/UserLocale.h"
+
+namespace quillary {
+
+class CFieldLabel;
+class CQuillaryDoc;
+class CRecordEditor;
+
+inline constexpr int kFirstEditor = 100;  // the control id of the first field's editor; the others follow
+
+class CEditRecordForm : public QScrollArea {
+  public:
+    CEditRecordForm(CQuillaryDoc& doc, const Clock& clock, DateOrder order);
+    ~CEditRecordForm() override;
+
+    /// Called when typing is to begin in the first field.
+    std::function<void()> onTypingBegins;
+    /// Called when viewing has become editing.
+    std::function<void()> onEditing;
+
+    /// Loads the document's current record.
+    void ShowRecord();
+    /// Loads the values that a new record starts with. The form is then for editing.
+    void ShowNewRecord();
+    [[nodiscard]] bool IsNew() const { return m_isNew; }
+    /// Whether the user has changed what was loaded.
+    [[nodiscard]] bool IsChanged() const;
+
+    /// Stores what was entered: replaces the current record, or appends the new one, which then is the current one. On
+    /// failure `control` is the editor whose text was refused, when it was one. `changed`: the document has.
+    [[nodiscard]] bool Commit(bool& changed, Failure& failure, int& control);
+
+    void FocusFirst();
+
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  protected:
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+  private:
+    struct Row {
+        std::unique_ptr<CRecordEditor> editor;
+        CFieldLabel* label;
+    };
+
+    void AddRow(std::size_t field, const Clock& clock, DateOrder order);
+    void LayOut();
+    /// Puts a row at `y`; its height.
+    [[nodiscard]] int Place(const Row& row, const QRect& column, int labelWidth, int y) const;
+    void SetViewOnly(bool viewOnly);
+    void PaintEditors();
+    /// In a database that cannot be written, tells so instead.
+    void BeginEditing();
+    void Step(int direction);
+    void MakeVisible();
+    [[nodiscard]] int FocusedRow() const;
+    [[nodiscard]] const Row* RowOf(const QObject* widget) const;
+    [[nodiscard]] bool CommitNew(Failure& failure, int& control);
+    [[nodiscard]] bool CommitChanges(bool& changed, Failure& failure, int& control);
+    [[nodiscard]] bool TakesKey(const CRecordEditor& editor, const QKeyEvent& event);
+
+    CQuillaryDoc& m_doc;
+    const Clock& m_clock;
+    std::vector<Row> m_rows;  // one for each field; the widgets belong to the scrolled page
+    std::vector<std::string> m_newValues;
+    bool m_isNew = false;
+    bool m_viewOnly = false;
+};
+
+}  // namespace quillary
