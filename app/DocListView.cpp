@@ -85,7 +85,8 @@ void CDocListView::FitColumns() {
         room -= width;
         return width;
     };
-    int taken = take(CDocListModel::kDate, date) + take(CDocListModel::kSize, size);
+    int taken = take(CDocListModel::kDate, date);
+    taken += take(CDocListModel::kSize, size);
     taken +=
         take(CDocListModel::kFolder, std::max(kFewestFolderLetters * letter, (viewport()->width() - taken) * 2 / 5));
     header()->resizeSection(CDocListModel::kName, viewport()->width() - taken);

@@ -4,7 +4,6 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QTimer>
-#include <memory>
 #include <system_error>
 
 #include "admin/Settings.h"
@@ -131,9 +130,9 @@ bool CQuillaryApp::CommitData(bool mayAsk) {
     const auto way = CUnwinding::AskForWay(&m_frame, QStringLiteral("Save the changes before closing?"));
     if (!way) return false;
     // An accepted dialog's command saves as soon as the desktop's question is answered.
-    const auto isRefused = std::make_shared<bool>(false);
-    m_frame.Unwinding().Start(*way, {[] {}, [isRefused] { *isRefused = true; }});
-    return !*isRefused && (!m_session || m_session->Leave());
+    m_frame.Unwinding().Start(*way, {[] {}});
+    const bool isRefused = !OpenDialog::All().empty() && OpenDialog::All().back()->isVisible();
+    return !isRefused && (!m_session || m_session->Leave());
 }
 
 std::unique_ptr<CQuillaryDoc> CQuillaryApp::Read(const Path& path, OpenMode mode, Questions& questions, bool mayAsk) {

@@ -68,7 +68,12 @@ std::vector<QMenu*> CCommandActions::MakeMenus(int menuBarId) {
     for (const Popup& popup : popups) {
         auto* menu = new QMenu(captions[static_cast<qsizetype>(menus.size())], &m_window);
         menu->setToolTipsVisible(true);  // a disabled command says there why it is
-        QObject::connect(menu, &QMenu::aboutToShow, &m_window, [this] { UpdateStates(); });
+        QObject::connect(menu, &QMenu::aboutToShow, &m_window, [this, menu] {
+            UpdateStates();
+            ShowKeys(*menu, true);
+        });
+        // With keys of its own, an item would be in the way of its command's while the menu bar has the focus.
+        QObject::connect(menu, &QMenu::aboutToHide, &m_window, [this, menu] { ShowKeys(*menu, false); });
         QStringList texts;
         for (const MenuItem& item : popup.items) texts << FromWide(item.text);
         texts = WithMnemonics(texts);
@@ -84,10 +89,18 @@ std::vector<QMenu*> CCommandActions::MakeMenus(int menuBarId) {
 
 void CCommandActions::AddItem(QMenu& menu, int command, const QString& text) {
     QAction* item = menu.addAction(text);
-    item->setShortcuts(Action(command)->shortcuts());
-    item->setShortcutContext(Qt::WidgetShortcut);  // shown here; the command's own action hears them
+    item->setData(command);
+    item->setShortcutContext(Qt::WidgetShortcut);
+    (void)Action(command);
     QObject::connect(item, &QAction::triggered, &m_window, [this, command] { m_run(command); });
     m_menuItems.emplace(command, item);
+}
+
+void CCommandActions::ShowKeys(const QMenu& menu, bool on) {
+    for (QAction* item : menu.actions()) {
+        const auto own = m_actions.find(item->data().toInt());
+        if (own != m_actions.end()) item->setShortcuts(on ? own->second->shortcuts() : QList<QKeySequence>());
+    }
 }
 
 void CCommandActions::UpdateStates() {

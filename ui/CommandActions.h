@@ -39,6 +39,7 @@ class CCommandActions {
     [[nodiscard]] QAction* Action(int command);
     [[nodiscard]] std::vector<QMenu*> MakeMenus(int menuBarId);
     void AddItem(QMenu& menu, int command, const QString& text);
+    void ShowKeys(const QMenu& menu, bool on);
 
     QWidget& m_window;
     Run m_run;

@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include <QCheckBox>
+#include <QPlainTextEdit>
 #include <QScreen>
 #include <QTest>
 #include <atomic>
@@ -12,6 +13,7 @@
 #include "platform/posix/PosixFileAccess.h"
 #include "tests/posix/TestFolder.h"
 #include "tests/ui/WindowTest.h"
+#include "views/QuillaryView.h"
 
 namespace quillary {
 namespace {
@@ -101,6 +103,20 @@ TEST_F(EndingTest, TheEndOfTheSessionAsksAboutAChangedDialog) {
         EXPECT_FALSE(doc->IsModified()) << row.answer;
         QTest::qWait(0);
     }
+}
+
+TEST_F(EndingTest, TheSessionGoesOnWhenADialogRefusesWhatIsToBeSaved) {
+    Open(PeopleParts().Build());
+    user.ExpectDialog(173, [&](CQuillaryDialog& page) {
+        QTest::keyClick(page.Control<QWidget>(100), Qt::Key_F2);
+        page.Control<QPlainTextEdit>(100)->insertPlainText(u"\u017b"_qs);
+        user.ExpectMessage(kDialogChanged, "Save");
+        user.ExpectMessage(u"These characters cannot be stored in \"Name\": \u017b"_qs);
+        EXPECT_FALSE(app.CommitData(true));
+        EXPECT_TRUE(page.isVisible());
+        app.Frame().CancelDialog();
+    });
+    QTest::keyClick(View(), Qt::Key_Return);
 }
 
 TEST_F(EndingTest, SignalsDuringASaveLeaveItWhole) {

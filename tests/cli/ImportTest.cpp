@@ -46,6 +46,7 @@ const std::vector<RefusalCase> kRefusals = {
     {"an empty name", "A,,C\n", "Row 1, column 2: The blank field must have a name."},
     {"a name of blanks", "A,  \n", "Row 1, column 2: The blank field must have a name."},
     {"a line break in a name", "\"A\nB\"\n", "Row 1, column 1: The name of a field holds no control character."},
+    {"a C1 control in a name", "A\xC2\x81\n", "Row 1, column 1: The name of a field holds no control character."},
     {"a name twice", "A,B,A\n", "Row 1, column 3: an earlier column has the same name."},
     {"too many columns", Repeated("x,", 20) + "y\n", "Row 1, column 21: a database has at most 20 fields."},
     {"a short row", "A,B\n1,2\n1\n", "Row 3, column B: the row ends before it, with 1 value."},

@@ -2,6 +2,7 @@
 #include <QAccessible>
 #include <QAction>
 #include <QMenuBar>
+#include <QTest>
 #include <map>
 #include <set>
 
@@ -107,6 +108,14 @@ TEST_F(CommandRoutingTest, StatesFollowTheDatabase) {
     });
     ChooseMenu("Tools", "About Quillary...");
     EXPECT_TRUE(IsEnabled(ID_FILE_OPEN));
+}
+
+TEST_F(CommandRoutingTest, KeysWorkWhileTheMenuBarHasTheFocus) {
+    Open(PeopleParts().Build());
+    auto* bar = app.Frame().findChild<QMenuBar*>();
+    bar->setFocus();
+    user.ExpectDialog(142, [this](CQuillaryDialog&) { app.Frame().CancelDialog(); });
+    QTest::keyClick(bar, Qt::Key_F, Qt::ControlModifier);
 }
 
 TEST_F(CommandRoutingTest, AScreenReaderFindsEachMenusItemsWhicheverBarShows) {

@@ -12,6 +12,7 @@ namespace quillary {
 
 bool WindowFiles::WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body,
                                 FileError& error) {
+    ++saves;
     if (full.empty() || recoveryPath.native().rfind(full.native(), 0) != 0)
         return MemoryFiles::WriteRecovery(recoveryPath, head, body, error);
     error = {FileError::Kind::Full, "No space left on device"};

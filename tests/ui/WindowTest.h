@@ -31,6 +31,7 @@ class WindowFiles : public MemoryFiles {
     bool writable = true;
     Path full;                  // the file whose recovery copy cannot be written, so that no save begins
     bool keepRecovery = false;  // as a save that stopped before it removed its copy
+    int saves = 0;
 
     bool CanWrite(const Path& path) override { return writable && MemoryFiles::CanWrite(path); }
     bool Remove(const Path& path, FileError& error) override {

@@ -162,7 +162,10 @@ TEST_F(RecordActionsTest, ADoubleClickOnAnEdgeFitsTheColumn) {
     QHeaderView* header = View()->horizontalHeader();
     const QPoint edge{header->sectionViewportPosition(0) + header->sectionSize(0) - 1, header->height() / 2};
     QTest::mouseMove(header->viewport(), edge);
+    files.saves = 0;
     QTest::mouseDClick(header->viewport(), Qt::LeftButton, {}, edge);
+    QTest::qWait(0);
+    EXPECT_EQ(files.saves, 1);
     const int wanted = View()->fontMetrics().horizontalAdvance(QString(12, u'W'));
     EXPECT_GE(header->sectionSize(0), wanted);
     EXPECT_LT(header->sectionSize(0), wanted + 20);

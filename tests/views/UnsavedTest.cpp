@@ -2,6 +2,8 @@
 #include <QCheckBox>
 #include <QTest>
 
+#include "platform/posix/PosixFileAccess.h"
+#include "tests/posix/TestFolder.h"
 #include "tests/ui/WindowTest.h"
 #include "views/QuillaryView.h"
 
@@ -80,6 +82,16 @@ TEST_F(UnsavedTest, AChangeOnDiskShowsByItselfWhenNothingIsUnsaved) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return Counter() == "2 of 2"; })) << "after the dialog";
 }
 
+TEST_F(UnsavedTest, TheFolderBehindALinkIsWatchedToo) {
+    const TestFolder folder;
+    const Path file = folder.Write("real/people.pdb", PeopleParts().Build());
+    std::filesystem::create_symlink(file, folder / "people.pdb");
+    PosixFileAccess disk;
+    CQuillaryApp onDisk(DesktopOn(disk));
+    ASSERT_TRUE(onDisk.OpenDocumentFile(folder / "people.pdb"));
+    EXPECT_EQ(fileWatcher.watched, (std::vector<Path>{folder.Root(), file.parent_path()}));
+}
+
 TEST_F(UnsavedTest, AReadOnlyDatabaseFollowsItsFileWhateverItsFieldsBecome) {
     files.writable = false;
     Open(PeopleParts().Build())->SetFieldWidth(0, 99);  // in memory only
@@ -153,15 +165,16 @@ TEST_F(UnsavedTest, SavingElsewhereLeavesTheOthersFileAlone) {
     user.ExpectMessage("A database with this name already exists at this location.");
     user.ExpectFileChooser(u"/\u017b.pdb"_qs);
     user.ExpectMessage(u"These characters cannot be stored in the database's name: \u017b"_qs);
-    user.ExpectFileChooser("/Friends");
+    user.ExpectFileChooser("/new/Friends");
     ChooseMenu("Tools", "Options...");
     EXPECT_EQ(Title(), "Friends");
     QTest::qWait(0);
-    EXPECT_EQ(recentFiles.paths.back(), "/Friends.pdb");
+    EXPECT_EQ(recentFiles.paths.back(), "/new/Friends.pdb");
+    EXPECT_EQ(fileWatcher.watched, std::vector<Path>{"/new"});
     EXPECT_EQ(Cell(0, 2), "December 07, 2003");
     EXPECT_EQ(files.contents["/taken.pdb"], "taken");
     EXPECT_EQ(CloseAndReadFile(), Other());
-    EXPECT_TRUE(HoldsLongDates("/Friends.pdb"));
+    EXPECT_TRUE(HoldsLongDates("/new/Friends.pdb"));
 }
 
 TEST_F(UnsavedTest, LeavingAsksOnlyWhenSavingFails) {
