@@ -152,30 +152,4 @@ bool EncodeDatabase(DatabaseContent& content, Image& image, Failure& failure) {
     return true;
 }
 
-FilterSettings LoadFilter(const AppInfoBlock& block, const std::vector<Field>& fields) {
-    FilterSettings filter;
-    if (block.FormatVersion() < kFormatVersion) return filter;
-    const StoredCondition first = block.Condition(0);
-    filter.matchAny = first.selector != 0 && first.codes >> 4 != 0;
-    for (std::size_t k = 0; k < kMaxConditions; ++k) {
-        const StoredCondition stored = block.Condition(k);
-        const bool allFields = stored.selector == kAllFieldsSelector;
-        const std::size_t field = stored.selector - kFirstFieldSelector;
-        if (stored.selector == 0 || (!allFields && field >= fields.size())) continue;
-        filter.conditions.push_back({allFields, allFields ? std::string() : fields[field].name,
-                                     static_cast<std::uint8_t>(stored.codes & 0x0F), stored.text});
-    }
-    return filter;
-}
-
-SortSettings LoadSort(const AppInfoBlock& block, const std::vector<Field>& fields) {
-    SortSettings sort;
-    if (block.FormatVersion() < kFormatVersion) return sort;
-    for (std::size_t k = 0; k < kMaxSortKeys; ++k) {
-        const StoredSortKey key = block.SortKey(k);
-        if (key.field < fields.size()) sort.push_back({fields[key.field].name, key.descending});
-    }
-    return sort;
-}
-
 }  // namespace quillary

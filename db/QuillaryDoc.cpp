@@ -35,32 +35,6 @@ std::string CutName(std::string_view name, const AnsiText& page) {
     return {};
 }
 
-// Replaces the bytes of a schema text behind which the entries up to `last` could not be found. No text made here holds
-// any; a damaged file's would change what its later entries read as from save to save.
-std::string WithoutHidingBytes(std::string_view text, std::size_t entry, std::size_t last) {
-    std::string plain(text);
-    std::replace_if(
-        plain.begin(), plain.end(), [entry, last](unsigned char byte) { return byte > entry && byte <= last; }, '?');
-    return plain;
-}
-
-std::vector<Field> FieldsOf(CDatabaseReader& reader) {
-    std::vector<Field> fields(reader.ColumnCount());
-    for (std::size_t k = 0; k < fields.size(); ++k) {
-        Field& field = fields[k];
-        field.name = WithoutHidingBytes(reader.ColumnName(k).value_or(std::string_view{}), k, fields.size());
-        std::string type =
-            WithoutHidingBytes(reader.ColumnTypeText(k).value_or(std::string_view{}), k, fields.size() - 1);
-        DecodeFieldType(type, field.type, field.options);
-        field.storedType = std::move(type);
-        field.width = reader.ColumnWidth(k);
-        if (const auto width = reader.ColumnWidthText(k)) {
-            field.storedWidth = WithoutHidingBytes(*width, k, fields.size() - 1);
-        }
-    }
-    return fields;
-}
-
 Failure ReaderFailure(const FileError& error) {
     Failure failure;
     switch (error.kind) {
@@ -206,24 +180,7 @@ bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
         m_readerError.Set(reader.LastError());
         return false;
     }
-    DatabaseContent content;
-    content.header = reader.Header();
-    content.appInfo = reader.AppInfo();
-    content.fields = FieldsOf(reader);
-    content.infoText = WithoutHidingBytes(reader.Preference(0).value_or(std::string_view{}), 0, 1);  // the lock's entry
-    content.infoLockHash = ReadDecimal(reader.Preference(1).value_or(std::string_view{}));
-    content.filter = LoadFilter(content.appInfo, content.fields);
-    content.sort = LoadSort(content.appInfo, content.fields);
-
-    const bool filterIsStored = content.appInfo.FormatVersion() >= kFormatVersion;
-    content.shown.reserve(reader.DataRecordCount());
-    for (bool more = reader.FirstDataRecord(); more; more = reader.NextDataRecord()) {
-        const RecordRef& record = reader.DataRecord();
-        const std::uint8_t category = filterIsStored ? record.category : kCategoryShown;
-        const bool shown = (category & ~kDirtyBit) == kCategoryShown;
-        (shown ? content.shown : content.hidden).push_back({record.data, record.size, category});
-    }
-
+    DatabaseContent content = ContentOf(reader);
     m_path = path;
     m_fileImage = loaded.image;
     m_stamp = loaded.stamp;
