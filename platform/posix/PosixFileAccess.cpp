@@ -104,10 +104,11 @@ bool PosixLockedFile::Stamp(FileStamp& stamp, FileError& error) {
     bool isExact = false;
     if (m_wasWritten) {
         m_wasWritten = false;
-        const std::int64_t now = Now();
+        std::int64_t now = Now();
+        if (now % 1000 == 0) ++now;  // so that a file system that keeps less shows
         const timespec times[2] = {{0, UTIME_OMIT}, {now / 1000000000, now % 1000000000}};
         if (futimens(m_file.Descriptor(), times) == 0 && !HasItsName(status, error)) return false;
-        isExact = now % 1000 != 0 && Nanoseconds(status.st_mtim) == now;
+        isExact = Nanoseconds(status.st_mtim) == now;
     }
     stamp = MakeStamp(status);
     if (isExact) stamp.mayHideAWrite = false;
