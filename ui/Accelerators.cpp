@@ -13,6 +13,7 @@ constexpr Accelerator kAccelerators[] = {
 };
 constexpr Accelerator kRecordForm[] = {
     {Qt::CTRL | Qt::Key_N, ID_FORM_NEW},
+    {Qt::CTRL | Qt::Key_S, ID_FILE_SAVE},
     {Qt::CTRL | Qt::Key_PageUp, ID_FORM_PREVIOUS},
     {Qt::CTRL | Qt::Key_PageDown, ID_FORM_NEXT},
 };

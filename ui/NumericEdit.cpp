@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "db/NumericEntry.h"
+#include "ui/TypedText.h"
 #include "ui/WideText.h"
 
 namespace quillary {
@@ -35,20 +36,24 @@ bool Accepts(const QString& typed) {
 CNumericEdit::CNumericEdit(QWidget* parent) : QLineEdit(parent) {
     setInputMethodHints(Qt::ImhFormattedNumbersOnly);
     setValidator(new NumericValidator(*this));
+    connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (!isModified()) m_given = text;
+    });
     connect(this, &QLineEdit::inputRejected, this, [] { QApplication::beep(); });
 }
 
 void CNumericEdit::CleanUp() {
-    if (!isModified()) return;
-    const QString held = text();
-    setText(FromWide(CleanNumericText(ToWide(held))));
+    if (!isModified() || text() == m_given) return;
+    const QString given = m_given;
+    setText(FromWide(CleanNumericText(ToWide(text()))));
     setModified(true);
+    m_given = given;
 }
 
 void CNumericEdit::keyPressEvent(QKeyEvent* event) {
     // Return, Tab and Escape have a text too, but write none.
     const QString typed = event->text();
-    const bool writes = !typed.isEmpty() && typed.front().isPrint() && !(event->modifiers() & Qt::ControlModifier);
+    const bool writes = IsWriting(typed) && !(event->modifiers() & Qt::ControlModifier);
     if (writes && !isReadOnly() && !Accepts(typed)) {
         QApplication::beep();
     } else {

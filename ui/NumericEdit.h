@@ -18,6 +18,9 @@ class CNumericEdit : public QLineEdit {
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+
+  private:
+    QString m_given;  // the text that was set
 };
 
 }  // namespace quillary

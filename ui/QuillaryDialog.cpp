@@ -167,6 +167,8 @@ QWidget* CQuillaryDialog::MakeButtons(Buttons buttons) {
     }
     // On a small screen they get as narrow as their texts.
     for (QAbstractButton* button : box->buttons()) {
+        // A page is no window, in which the toolkit would give OK back what another button with the focus takes.
+        static_cast<QPushButton*>(button)->setAutoDefault(false);
         button->setMinimumWidth(fontMetrics().horizontalAdvance(button->text()) + fontMetrics().height());
     }
     connect(box, &QDialogButtonBox::accepted, this, &CQuillaryDialog::accept);
@@ -200,8 +202,15 @@ QVariantList CQuillaryDialog::ControlValues() const {
 void CQuillaryDialog::ShowHelp() { m_frame.ShowHelp(m_topic); }
 
 void CQuillaryDialog::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto* button = qobject_cast<QPushButton*>(focusWidget());
     if (event->key() == Qt::Key_F1) {
         ShowHelp();
+    } else if (isReturn && button && button->hasFocus()) {
+        button->click();
+    } else if (event->key() == Qt::Key_V && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {
+        QKeyEvent paste(QEvent::KeyPress, Qt::Key_V, Qt::ControlModifier);
+        if (QWidget* editor = focusWidget()) QCoreApplication::sendEvent(editor, &paste);
     } else {
         QDialog::keyPressEvent(event);
     }

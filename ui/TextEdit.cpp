@@ -64,6 +64,7 @@ CTextEdit::CTextEdit(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 void CTextEdit::SetText(const QString& text) {
+    clear();  // a long word of the old text would be laid out anew in the other mode
     setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     ChooseWrapping(text);
     setPlainText(ToDocument(text));

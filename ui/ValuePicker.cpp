@@ -62,6 +62,7 @@ CValuePicker::CValuePicker(const QString& format, const QString& emptyText, QWid
     row->addWidget(m_check);
     row->addWidget(m_editor, 1);
     setFocusProxy(m_editor);
+    m_check->setFocusPolicy(Qt::ClickFocus);  // one stop for the Tab key; erasing empties the editor too
 
     // UTC has no missing hours. The C locale writes am and pm as the record list does.
     m_editor->setTimeSpec(Qt::UTC);

@@ -36,6 +36,7 @@ std::span<const CommandEntry<CEditRecordDlg>> CEditRecordDlg::Commands() {
         {ID_FORM_DELETE, &Dlg::OnDelete, &Dlg::Update<ID_FORM_DELETE>},
         {ID_FORM_PREVIOUS, &Dlg::OnPrevious, &Dlg::Update<ID_FORM_PREVIOUS>},
         {ID_FORM_NEXT, &Dlg::OnNext, &Dlg::Update<ID_FORM_NEXT>},
+        {ID_FILE_SAVE, &Dlg::OnSave, &Dlg::Update<ID_FILE_SAVE>},
     };
     return kCommands;
 }
@@ -107,19 +108,25 @@ void CEditRecordDlg::ShowState() {
     Frame().ShowRecordCounter(count > 0 ? static_cast<int>(m_doc.CurrentRecord()) + 1 : 0, count);
 }
 
-void CEditRecordDlg::keyPressEvent(QKeyEvent* event) {
-    // Not the rest of a Return that was held down to open the form.
-    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (!isReturn || !event->isAutoRepeat()) CQuillaryDialog::keyPressEvent(event);
-}
-
-// A double click that comes without a click in this page began in the list, where its first half opened the form.
+// What began in the list ends there: the second half of a double click, whose first half opened the form, and the rest
+// of a Return that was held down.
 bool CEditRecordDlg::eventFilter(QObject* watched, QEvent* event) {
-    const bool isClick = event->type() == QEvent::MouseButtonPress;
-    if (!isClick && event->type() != QEvent::MouseButtonDblClick) return false;
-    if (!watched->isWidgetType() || !isAncestorOf(static_cast<QWidget*>(watched))) return false;
-    if (isClick) qApp->removeEventFilter(this);
-    return !isClick;
+    auto* widget = watched->isWidgetType() ? static_cast<QWidget*>(watched) : nullptr;
+    if (!widget || (widget != this && !isAncestorOf(widget))) return false;
+    switch (event->type()) {
+        case QEvent::MouseButtonPress:
+            m_clicked = true;
+            return false;
+        case QEvent::MouseButtonDblClick:
+            return !m_clicked;
+        case QEvent::KeyPress: {
+            const auto& key = static_cast<const QKeyEvent&>(*event);
+            m_pressed = m_pressed || !key.isAutoRepeat();
+            return !m_pressed && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter);
+        }
+        default:
+            return false;
+    }
 }
 
 // ---- Commands
@@ -189,6 +196,14 @@ void CEditRecordDlg::OnDuplicate() {
     m_hasCommitted = true;
     m_session.Save();
     ShowRecord();
+}
+
+void CEditRecordDlg::OnSave() {
+    if (!Commit()) return;
+    m_session.Save();
+    QWidget* const focus = QApplication::focusWidget();
+    ShowRecord();
+    if (focus) focus->setFocus();
 }
 
 void CEditRecordDlg::OnDelete() {

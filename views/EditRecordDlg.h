@@ -42,7 +42,6 @@ class CEditRecordDlg : public CQuillaryDialog, public CommandMap<CEditRecordDlg>
     void Load() override;
     [[nodiscard]] bool Commit() override;
     void FocusFirst() override;
-    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     CEditRecordDlg(CDocumentSession& session, const FormSurroundings& surroundings, Opening opening, FrameWindow& frame,
@@ -53,6 +52,7 @@ class CEditRecordDlg : public CQuillaryDialog, public CommandMap<CEditRecordDlg>
     void OnNew();
     void OnNext();
     void OnPrevious();
+    void OnSave();
     void Move(bool (CQuillaryDoc::*step)());
     template <int command>
     void Update(CommandState& state) const {
@@ -75,6 +75,8 @@ class CEditRecordDlg : public CQuillaryDialog, public CommandMap<CEditRecordDlg>
     CEditRecordForm* m_form;
     CCommandActions m_actions;
     bool m_hasCommitted = false;
+    bool m_clicked = false;  // in this page
+    bool m_pressed = false;  // a key, in this page
 };
 
 }  // namespace quillary

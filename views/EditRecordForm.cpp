@@ -9,6 +9,7 @@
 #include "db/RecordCommit.h"
 #include "ui/QuillaryDialog.h"
 #include "ui/ToolTip.h"
+#include "ui/TypedText.h"
 #include "ui/UserMessages.h"
 #include "ui/WideText.h"
 #include "views/FieldLabel.h"
@@ -306,10 +307,15 @@ bool CEditRecordForm::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::MouseButtonPress: {
             if (!m_viewOnly || static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return false;
             row->editor->Widget().setFocus(Qt::MouseFocusReason);
+            if (m_doc.IsReadOnly()) return !row->editor->HasCaret();
             QEvent message(kEditMessage);
             QApplication::sendEvent(this, &message);
             return !row->editor->HasCaret();  // beginning to edit changes no value
         }
+        case QEvent::MouseButtonRelease:
+            // Only now, as a release takes a tooltip away.
+            if (m_doc.IsReadOnly() && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) BeginEditing();
+            return false;
         case QEvent::KeyPress:
             return TakesKey(*row->editor, static_cast<QKeyEvent&>(*event));
         default:
@@ -328,8 +334,8 @@ bool CEditRecordForm::TakesKey(const CRecordEditor& editor, const QKeyEvent& eve
         return true;
     }
     if (!m_viewOnly) return false;
-    const bool isCharacter = !event.text().isEmpty() && event.text().front().isPrint() &&
-                             !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
+    const bool isCharacter =
+        IsWriting(event.text()) && !(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier));
     if (!isCharacter && key != Qt::Key_F2) return false;
     QEvent message(kEditMessage);
     QApplication::sendEvent(this, &message);

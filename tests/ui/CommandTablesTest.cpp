@@ -51,14 +51,14 @@ TEST(CommandTables, EveryMenuItemHasAHandlerAndEveryHandlerAWayToIt) {
     EXPECT_EQ(reachable, Handled(true));
 }
 
-TEST(CommandTables, EveryToolBarButtonHasAHandlerAndTheFormNothingElse) {
+TEST(CommandTables, EveryToolBarButtonHasAHandlerAndWhatTheFormHandlesCanBeReached) {
     for (const ToolButton& button : ButtonsOf(kToolBarDatabase)) EXPECT_TRUE(Handled(true).contains(button.command));
-    std::set<int> buttons;
-    for (const ToolButton& button : ButtonsOf(kToolBarRecord)) buttons.insert(button.command);
+    std::set<int> reached;
+    for (const ToolButton& button : ButtonsOf(kToolBarRecord)) reached.insert(button.command);
+    for (const Accelerator& accelerator : RecordFormAccelerators()) reached.insert(accelerator.command);
     std::set<int> handled;
     AddHandled<CEditRecordDlg>(handled);
-    EXPECT_EQ(buttons, handled);
-    for (const Accelerator& accelerator : RecordFormAccelerators()) EXPECT_TRUE(handled.contains(accelerator.command));
+    EXPECT_EQ(reached, handled);
 }
 
 TEST(CommandTables, NoTextStandsTwiceInAMenuBarAndNoKeyTwice) {

@@ -1,5 +1,6 @@
 // What a person does in the record form with whole records: go through them, add, copy, delete, look without changing.
 #include <QAccessible>
+#include <QClipboard>
 #include <QLabel>
 #include <QMessageBox>
 #include <QScrollArea>
@@ -10,6 +11,7 @@
 #include "db/Layout.h"
 #include "tests/views/FormTest.h"
 #include "ui/CommandIds.h"
+#include "ui/ToolBars.h"
 #include "views/EditRecordDlg.h"
 
 namespace quillary {
@@ -23,8 +25,8 @@ class FormCommandsTest : public FormTest {
     /// The commands that are enabled, of New, Duplicate, Delete, Previous and Next.
     static std::string Enabled(const CQuillaryDialog& page) {
         std::string letters;
-        for (const auto& entry : CEditRecordDlg::Commands()) {
-            const auto* button = page.Control<QToolButton>(entry.id);
+        for (const ToolButton& command : ButtonsOf(kToolBarRecord)) {
+            const auto* button = page.Control<QToolButton>(command.command);
             if (button->isEnabled()) letters += button->toolTip().remove("<qt>").left(2).toStdString();
         }
         return letters;
@@ -331,6 +333,38 @@ TEST_F(FormCommandsTest, TheListSortsAnewOnlyAfterSomethingWasStored) {
         EXPECT_EQ(Cell(0, 0), button == kOkButton ? "100% of 0" : "Ada");
     }
     EXPECT_EQ(StoredRecord(2)[0], "ZAda");
+}
+
+TEST_F(FormCommandsTest, ReturnPasteAndSaveWorkWhereverTheFocusIs) {
+    OpenForEditing(AllTypesParts());
+    InForm(0, [&](CQuillaryDialog& page) {
+        auto* notes = page.Control<QWidget>(100);
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+        QCoreApplication::sendEvent(notes, &held);
+        EXPECT_EQ(Shown(page, 100), "Ada\r\nwas here") << "the rest of the Return that opened the form";
+        QGuiApplication::clipboard()->setText("7");
+        for (const int id : {100, 101, 108}) {
+            page.Control<QWidget>(id)->setFocus();
+            QTest::keyClick(page.Control<QWidget>(id), Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier);
+        }
+        QTest::keyClick(page.Control<QWidget>(108), Qt::Key_S, Qt::ControlModifier);
+        EXPECT_EQ(StoredRecord(0)[0], "7Ada\r\nwas here");
+        EXPECT_EQ(StoredRecord(0)[1], "712.5");
+        EXPECT_EQ(StoredRecord(0)[8], "7ada@example.org");
+        EXPECT_FALSE(page.IsChanged());
+        EXPECT_TRUE(page.Control<QWidget>(108)->hasFocus());
+        page.Control<QWidget>(kOkButton)->setFocus();
+        page.Control<QWidget>(108)->setFocus();
+        QTest::keyClick(page.Control<QWidget>(108), Qt::Key_Return);
+        EXPECT_EQ(page.result(), QDialog::Accepted);
+        EXPECT_FALSE(page.isVisible());
+    });
+    InForm(0, [&](CQuillaryDialog& page) {
+        page.Control<QWidget>(kCancelButton)->setFocus();
+        QTest::keyClick(page.Control<QWidget>(kCancelButton), Qt::Key_Return);
+        EXPECT_EQ(page.result(), QDialog::Rejected);
+        EXPECT_FALSE(page.isVisible());
+    });
 }
 
 TEST_F(FormCommandsTest, TheSecondHalfOfADoubleClickDoesNothing) {
