@@ -38,6 +38,7 @@ class MemoryFile : public LockedFile {
 }  // namespace
 
 std::unique_ptr<LockedFile> MemoryFiles::Open(const Path& path, LockKind, FileError& error) {
+    const std::lock_guard lock(m_mutex);
     const auto found = contents.find(path.string());
     if (found == contents.end()) {
         error.kind = FileError::Kind::NotFound;
@@ -47,6 +48,7 @@ std::unique_ptr<LockedFile> MemoryFiles::Open(const Path& path, LockKind, FileEr
 }
 
 std::unique_ptr<LockedFile> MemoryFiles::Create(const Path& path, FileError& error) {
+    const std::lock_guard lock(m_mutex);
     const auto [at, isNew] = contents.try_emplace(path.string());
     if (!isNew) {
         error.kind = FileError::Kind::Exists;
@@ -56,11 +58,13 @@ std::unique_ptr<LockedFile> MemoryFiles::Create(const Path& path, FileError& err
 }
 
 bool MemoryFiles::Remove(const Path& path, FileError&) {
+    const std::lock_guard lock(m_mutex);
     contents.erase(path.string());
     return true;
 }
 
 bool MemoryFiles::Rename(const Path& from, const Path& to, FileError& error) {
+    const std::lock_guard lock(m_mutex);
     auto node = contents.extract(from.string());
     if (node.empty()) {
         error.kind = FileError::Kind::NotFound;
@@ -76,6 +80,7 @@ bool MemoryFiles::Rename(const Path& from, const Path& to, FileError& error) {
 }
 
 bool MemoryFiles::ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) {
+    const std::lock_guard lock(m_mutex);
     const auto found = contents.find(recoveryPath.string());
     if (found == contents.end()) {
         error.kind = FileError::Kind::NotFound;
@@ -86,6 +91,7 @@ bool MemoryFiles::ReadRecovery(const Path& recoveryPath, Image& image, FileError
 }
 
 bool MemoryFiles::WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body, FileError&) {
+    const std::lock_guard lock(m_mutex);
     contents[recoveryPath.string()] = std::string(head).append(body);
     return true;
 }

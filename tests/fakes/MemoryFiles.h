@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <string>
 
 #include "db/FileAccess.h"
@@ -22,6 +23,9 @@ class MemoryFiles : public FileAccess {
     bool ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) override;
     bool WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body,
                        FileError& error) override;
+
+  private:
+    std::mutex m_mutex;  // a save's flush on its own thread removes the recovery copy
 };
 
 }  // namespace quillary
