@@ -45,8 +45,17 @@ enum class Message {
     NotRenamed,  // %s: the system's reason
     RecoveryCopyKeepsName,
     ForeignRecords,  // %s: number
+    // Field definitions
+    NoColumns,
+    BlankFieldName,
+    TooManyFields,
+    ControlCharacter,  // %s: where
+    SemicolonInItem,   // %s: the item
+    WouldHideFields,   // %s: number of texts, %s: the first one's own message
     // Passwords
     WrongDatabasePassword,
+    PasswordsDiffer,
+    WrongLockPassword,
     // Texts
     UnstorableCharacters,  // %s: where they stand, %s: the characters
     HidesField,            // %s: the byte's name, %s: field, %s: hidden field, %s: field, %s: the byte's name
