@@ -32,6 +32,10 @@ constexpr CommandOption kFindOptions[] = {
     {"--after", "ROW", "begin behind this row (0)"},
     {"--all", "", "every matching row"},
 };
+constexpr CommandOption kFieldsOptions[] = {
+    {"--lenient", "", "leave values empty that cannot be converted"},
+    kDropForeign,
+};
 constexpr CommandOption kHashOptions[] = {
     {"--database", "", "as the password of a database"},
     {"--lock", "", "as the lock of an info text"},
@@ -76,7 +80,14 @@ const Command kCommands[] = {
     {"find", "FILE TEXT [--field NAME] [--after ROW] [--all]", "Print the number of the first row that shows a text",
      "Case makes no difference. Rows count from 1. Status 0: found, 1: not found, 3: it could not be searched.", 2, 2,
      kFindOptions, ExitStatus::Failed, RunFind},
-    {"fields", "FILE", "Print the fields as JSON", "", 1, 1, {}, ExitStatus::Refused, RunFields},
+    {"fields", "FILE [SCHEMA.json] [--lenient]", "Print the fields as JSON, or change them to those of a JSON file",
+     "SCHEMA.json (\"-\" is standard input) has the form that is printed, in the new order. \"from\" is the position "
+     "of a\n"
+     "field's values now; a field without it is new, and a field of FILE that none comes from is removed with its\n"
+     "values. An absent width stays, absent options are the type's defaults. A text that becomes a date is read in "
+     "the\n"
+     "order that \"convertFrom\" among the options names: M/D/Y (unless it is given), D.M.Y or Y-M-D.",
+     1, 2, kFieldsOptions, ExitStatus::Refused, RunFields},
     {"check", "FILE [--json]", "Report everything in which the file departs from the format",
      "Prints OFFSET: TEXT lines. Status 0: nothing to report, 1: something, 3: the file is no database. Needs no\n"
      "password.",

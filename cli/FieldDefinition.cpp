@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "admin/FieldNames.h"
 #include "cli/Text.h"
 #include "db/Layout.h"
 #include "db/Messages.h"
@@ -40,8 +41,7 @@ class Parser {
         if (typeEnd != rest.npos && typeEnd + 1 < rest.size() && !ReadOptions(rest.substr(typeEnd + 1))) {
             return std::nullopt;
         }
-        if (const auto refusal = RefusedFieldName(name)) return Refused(*refusal);
-        auto stored = Stored(name);
+        auto stored = Stored(name, StoredFieldName);
         if (!stored) return std::nullopt;
         m_field.name = std::move(*stored);
         return m_field;
@@ -66,15 +66,12 @@ class Parser {
         return std::nullopt;
     }
 
-    std::optional<std::string> Stored(std::string_view text) {
+    std::optional<std::string> Stored(std::string_view text, decltype(StoredFieldName) store) {
         const auto wide = Utf8ToWide(text);
         if (!wide) return Refused(Quoted(text) + " is no UTF-8 text.");
-        std::u16string unstorable;
-        auto stored = m_page.FromWide(*wide, &unstorable);
-        if (!stored) {
-            const std::string place = "the definition " + Quoted(m_definition);
-            return Refused(FormatMessage(Message::UnstorableCharacters, {place, WideToUtf8(unstorable)}));
-        }
+        Failure failure;
+        auto stored = store(*wide, m_page, failure);
+        if (!stored) return Refused(failure.text);
         return stored;
     }
 
@@ -92,11 +89,7 @@ class Parser {
     }
     bool ReadItems(std::string_view text) {
         for (const std::string_view item : SplitOptions(text)) {
-            if (HasControlCharacter(item)) {
-                Refused("An item of a list holds no control character.");
-                return false;
-            }
-            auto stored = Stored(item);
+            auto stored = Stored(item, StoredListItem);
             if (!stored) return false;
             m_field.options.items.push_back(std::move(*stored));
         }
@@ -137,12 +130,6 @@ class Parser {
 };
 
 }  // namespace
-
-std::optional<std::string> RefusedFieldName(std::string_view name) {
-    if (name.find_first_not_of(" \t\r\n") == name.npos) return "The blank field must have a name.";
-    if (HasControlCharacter(name)) return "The name of a field holds no control character.";
-    return std::nullopt;
-}
 
 std::optional<Field> ParseFieldDefinition(std::string_view definition, const AnsiText& page, DefinitionError& error) {
     return Parser(definition, page, error).Parse();

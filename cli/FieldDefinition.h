@@ -22,7 +22,4 @@ struct DefinitionError {
 [[nodiscard]] std::optional<std::vector<Field>> ParseFieldDefinitions(const std::vector<std::string>& definitions,
                                                                       const AnsiText& page, DefinitionError& error);
 
-/// The message about a text that cannot be the name of a field (UTF-8), or nullopt. Names may occur twice.
-[[nodiscard]] std::optional<std::string> RefusedFieldName(std::string_view name);
-
 }  // namespace quillary

@@ -92,12 +92,4 @@ ExitStatus RunInfo(Session& session, const Arguments& arguments) {
     return ExitStatus::Done;
 }
 
-ExitStatus RunFields(Session& session, const Arguments& arguments) {
-    CQuillaryDoc doc(session.Files(), session.Page());
-    if (!session.Open(doc, arguments.words[0], OpenMode::Read)) return ExitStatus::Refused;
-    session.Out().HoldsJson();
-    session.Out().Append(FieldsAsJson(doc) + "\n");
-    return ExitStatus::Done;
-}
-
 }  // namespace quillary

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "cli/FieldDefinition.h"
+#include "admin/FieldNames.h"
 #include "cli/Text.h"
 #include "cli/ValueEntry.h"
 #include "db/Layout.h"
@@ -75,8 +75,8 @@ bool TableReader::ReadHeader() {
     for (std::size_t column = 0; column < m_cells.size(); ++column) {
         const auto name = Value(column);
         if (!name) return false;
-        if (const auto refusal = RefusedFieldName(WideToUtf8(m_page.ToWide(*name))))
-            return FailWith(AtColumn(column, *refusal));
+        Failure refusal;
+        if (!StoredFieldName(m_page.ToWide(*name), m_page, refusal)) return FailWith(AtColumn(column, refusal.text));
         if (std::find(m_names.begin(), m_names.end(), *name) != m_names.end()) {
             return FailWith(AtColumn(column, "an earlier column has the same name."));
         }

@@ -153,6 +153,17 @@ bool AnsiText::StoreSingleBytes(std::u16string_view text, std::string& bytes) co
     return storable;
 }
 
+std::string AnsiText::Cut(std::string_view bytes, std::size_t mostBytes) const {
+    if (bytes.size() <= mostBytes || IsSingleByte()) return std::string(bytes.substr(0, mostBytes));
+    std::u16string wide = ToWide(bytes);
+    while (!wide.empty()) {
+        wide.pop_back();
+        const auto cut = FromWide(wide);
+        if (cut && cut->size() <= mostBytes) return *cut;
+    }
+    return {};
+}
+
 std::optional<std::string> AnsiText::FromWide(std::u16string_view text, std::u16string* unstorable) const {
     std::string bytes;
     if (!m_converter && StoreSingleBytes(text, bytes)) return bytes;

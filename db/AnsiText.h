@@ -42,6 +42,9 @@ class AnsiText {
     void AppendUtf8(std::string_view bytes, std::string& out) const;
     [[nodiscard]] std::string ToUtf8(std::string_view bytes) const;
 
+    /// At most so many bytes of `bytes`, never cut inside a character.
+    [[nodiscard]] std::string Cut(std::string_view bytes, std::size_t mostBytes) const;
+
     /// The bytes that store `text`, or nullopt when it holds a character that the page lacks or stores with a byte FF
     /// or 00 (U+00FF in Windows-1252); `unstorable` then receives these characters, each once.
     [[nodiscard]] std::optional<std::string> FromWide(std::u16string_view text,

@@ -64,7 +64,7 @@ constexpr Row kMessages[] = {
     {Message::TooManyFields, "A database has at most 20 fields."},
     {Message::ControlCharacter, "A line break, tab or other control character cannot stand in %s."},
     {Message::SemicolonInItem, "An item of a list cannot hold \";\", which separates the items in the file: \"%s\""},
-    {Message::WouldHideFields, "The fields were not changed: %s texts would hide a later field. The first: %s"},
+    {Message::WouldHideFields, "The fields were not changed. Texts that would hide a later field: %s. The first: %s"},
     {Message::WrongDatabasePassword, "The password you have entered does not match the database password."},
     {Message::PasswordsDiffer, "The new passwords are different."},
     {Message::WrongLockPassword, "You have entered an incorrect password."},

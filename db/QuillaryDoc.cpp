@@ -22,19 +22,6 @@ std::int32_t AddSaturated(std::int32_t a, std::int32_t b) {
                                                               std::numeric_limits<std::int32_t>::max()));
 }
 
-// At most the header's 31 bytes, never cut inside a character.
-std::string CutName(std::string_view name, const AnsiText& page) {
-    std::string cut(name.substr(0, kMaxNameBytes));
-    if (name.size() <= kMaxNameBytes || page.IsSingleByte()) return cut;
-    std::u16string wide = page.ToWide(name);
-    while (!wide.empty()) {
-        wide.pop_back();
-        const auto bytes = page.FromWide(wide);
-        if (bytes && bytes->size() <= kMaxNameBytes) return *bytes;
-    }
-    return {};
-}
-
 Failure ReaderFailure(const FileError& error) {
     Failure failure;
     switch (error.kind) {
@@ -215,7 +202,7 @@ bool CQuillaryDoc::OpenDatabase(const Path& path, OpenMode mode, Questions& ques
 
 void CQuillaryDoc::NewDatabase(std::string_view name, std::vector<Field> fields) {
     Close();
-    m_content.header = DatabaseHeader(CutName(name, m_page));
+    m_content.header = DatabaseHeader(m_page.Cut(name, kMaxNameBytes));
     m_content.fields = std::move(fields);
     Changed();
 }
@@ -284,7 +271,7 @@ bool CQuillaryDoc::SaveAs(const Path& path, std::string_view name, Failure& fail
     (void)FinishSave(failure);  // saving elsewhere is the way out when the file's own disk refuses
     failure = {};
     DatabaseContent next = m_content;
-    next.header.SetName(CutName(name, m_page));
+    next.header.SetName(m_page.Cut(name, kMaxNameBytes));
     auto image = std::make_shared<Image>();
     if (!EncodeDatabase(next, *image, failure)) return false;
     std::shared_ptr<LockedFile> file;
@@ -364,6 +351,12 @@ void CQuillaryDoc::SetSequenceNext(std::size_t k, std::int32_t next) {
     Changed();
 }
 
+void CQuillaryDoc::SetFields(std::vector<Field> fields) {
+    if (fields == m_content.fields) return;
+    m_content.fields = std::move(fields);
+    Changed();
+}
+
 bool CQuillaryDoc::NextRecord() {
     if (m_current + 1 >= Shown().size()) return false;
     ++m_current;
@@ -410,6 +403,14 @@ void CQuillaryDoc::ReplaceRecord(std::size_t row, std::string_view entries) {
 void CQuillaryDoc::RemoveRecord(std::size_t row) {
     m_content.shown.erase(m_content.shown.begin() + static_cast<std::ptrdiff_t>(row));
     if (m_current >= Shown().size()) m_current = Shown().empty() ? 0 : Shown().size() - 1;
+    Changed();
+}
+
+void CQuillaryDoc::ReplaceAllRecords(std::vector<RecordRef> shown, std::vector<RecordRef> hidden, RecordArena arena) {
+    m_content.shown = std::move(shown);
+    m_content.hidden = std::move(hidden);
+    // The old records stay alive in the storage that a snapshot shares.
+    m_storage = std::make_shared<Storage>(Storage{nullptr, std::move(arena)});
     Changed();
 }
 

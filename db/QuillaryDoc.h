@@ -100,6 +100,8 @@ class CQuillaryDoc {
     /// limit.
     void AdvanceSequences();
     void SetSequenceNext(std::size_t k, std::int32_t next);
+    /// The records are to fit: with another layout, ReplaceAllRecords follows.
+    void SetFields(std::vector<Field> fields);
 
     // ---- Records. Rows count from 0 among the shown records.
 
@@ -122,6 +124,8 @@ class CQuillaryDoc {
     [[nodiscard]] bool AppendRecord(std::string_view entries, Failure& failure);
     void ReplaceRecord(std::size_t row, std::string_view entries);
     void RemoveRecord(std::size_t row);
+    /// As many as there are, each in the place of its old form; `arena` holds them.
+    void ReplaceAllRecords(std::vector<RecordRef> shown, std::vector<RecordRef> hidden, RecordArena arena);
     /// Puts the hidden records, in their order, behind the shown ones.
     void ShowAllRecords();
     /// The record at the position in entry k of `order` moves to position k. `order` is a permutation of the shown

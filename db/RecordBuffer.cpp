@@ -93,6 +93,21 @@ void EntryTable::Fill(std::string_view entries, std::size_t fieldCount) {
     }
 }
 
+bool EntryTable::FillByWalking(std::string_view entries, std::size_t fieldCount) {
+    m_entries = entries;
+    std::fill_n(m_begin.begin(), fieldCount, kMissing);
+    for (std::size_t at = 0; at < entries.size();) {
+        if (entries[at] != '\0' || at + 1 == entries.size()) return false;
+        const auto number = static_cast<std::uint8_t>(entries[at + 1]);
+        const std::size_t begin = at + 2;
+        at = begin + TextFrom(entries, begin).size();
+        if (number >= fieldCount || m_begin[number] != kMissing) continue;
+        m_begin[number] = static_cast<std::uint32_t>(begin);
+        m_end[number] = static_cast<std::uint32_t>(at);
+    }
+    return true;
+}
+
 std::optional<std::vector<Entry>> WalkEntries(std::string_view entries) {
     std::vector<Entry> walked;
     for (std::size_t at = 0; at < entries.size();) {

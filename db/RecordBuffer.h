@@ -41,6 +41,9 @@ class EntryTable {
   public:
     /// `fieldCount` is 0..20. The texts point into `entries`.
     void Fill(std::string_view entries, std::size_t fieldCount);
+    /// By walking from entry to entry instead; of entries with one number, the first. False, with nothing filled, when
+    /// the record is not made so.
+    [[nodiscard]] bool FillByWalking(std::string_view entries, std::size_t fieldCount);
     [[nodiscard]] bool Has(std::size_t number) const { return m_begin[number] != kMissing; }
     /// Empty for a missing entry.
     [[nodiscard]] std::string_view Text(std::size_t number) const {

@@ -22,8 +22,7 @@ std::string_view ByteName(char byte) {
 }
 
 bool SetHides(const CQuillaryDoc& doc, std::size_t field, char byte, std::size_t hidden, Failure& failure) {
-    const std::string name = WideToUtf8(doc.FieldName(field));
-    failure.Set(Message::HidesField, {ByteName(byte), name, WideToUtf8(doc.FieldName(hidden)), name, ByteName(byte)});
+    SetHidesField(byte, WideToUtf8(doc.FieldName(field)), WideToUtf8(doc.FieldName(hidden)), failure);
     return false;
 }
 
@@ -64,6 +63,10 @@ std::optional<std::string> OrderedEntries(const CQuillaryDoc& doc, std::string_v
 }
 
 }  // namespace
+
+void SetHidesField(char byte, std::string_view name, std::string_view hidden, Failure& failure) {
+    failure.Set(Message::HidesField, {ByteName(byte), name, hidden, name, ByteName(byte)});
+}
 
 std::optional<std::string> StoredText(const CQuillaryDoc& doc, std::size_t field, std::u16string_view typed,
                                       Failure& failure) {

@@ -29,6 +29,9 @@ struct EnteredValue {
 /// box.
 [[nodiscard]] std::vector<std::string> NewRecordValues(const CQuillaryDoc& doc, const Clock& clock);
 
+/// Says that `byte` in the field `name` would hide the field `hidden` (HidesField). Both in UTF-8.
+void SetHidesField(char byte, std::string_view name, std::string_view hidden, Failure& failure);
+
 /// Refuses a text that would hide a later field (HidesField).
 [[nodiscard]] bool CheckHidesNothing(const CQuillaryDoc& doc, std::size_t field, std::string_view stored,
                                      Failure& failure);

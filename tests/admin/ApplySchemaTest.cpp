@@ -1,0 +1,239 @@
+#include "admin/ApplySchema.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/fakes/TestDatabase.h"
+
+namespace quillary {
+namespace {
+
+using testing::ElementsAre;
+
+struct ConversionCase {
+    const char* why;
+    const char* from;  // stored type
+    const char* to;
+    const char* old;
+    const char* converted;
+    DateOrder order = DateOrder::MonthDayYear;
+    std::size_t emptied = 0;
+    std::size_t unchecked = 0;
+};
+
+constexpr auto kDay = DateOrder::DayMonthYear;
+constexpr auto kYear = DateOrder::YearMonthDay;
+
+// Day 36295 is 16 May 2003, 36296 the 17th; day 0 is 1 January 1904; the century is 2000.
+const ConversionCase kConversions[] = {
+    {"checked is 1, however it was written", "B", "F", "Ja", "1"},
+    {"anything else is 0", "B", "I1;1", "on", "0"},
+    {"a date's count stays in a number", "D", "F", "36296", "36296"},
+    {"a time's too", "d", "I1;1", "3661", "3661"},
+    {"a check box keeps its text", "B", "B!", "JA", "JA"},
+    {"a date leaves nothing in one", "D", "B", "36296", "false", {}, 0, 1},
+    {"nor a time", "d", "B", "0", "false", {}, 0, 1},
+    {"but there was none to lose", "D", "B", "", "false"},
+    {"a text may read as checked", "t", "B", "yes", "yes"},
+    {"month first", "t", "D", "5/17/2003", "36296"},
+    {"day first, with dots", "t", "D", "17.5.2003", "36296", kDay},
+    {"year first, with dashes", "La;b", "D", "2003-05-17", "36296", kYear},
+    {"what follows the numbers does not matter", "t", "D", "5/17/2003 at noon", "36296"},
+    {"a year below 100 is of this century", "t", "D", "5/17/03", "36296"},
+    {"to its end", "t", "D", "1/1/99", "71224"},
+    {"from 100 on it is a year", "t", "D", "12/31/100", "-658532"},
+    {"a missing year is 0", "t", "D", "5/17/", "35201"},
+    {"the wrong order is no date", "t", "D", "17.5.2003", "", {}, 1},
+    {"nor are two numbers", "t", "D", "5/17", "", {}, 1},
+    {"nor a word in front", "t", "D", "on 5/17/2003", "", {}, 1},
+    {"nor a day that never was", "t", "D", "2/30/2003", "", {}, 1},
+    {"an empty text is no date and no loss", "t", "D", "", ""},
+    {"nor is what an empty date shows", "t", "D", "No Date", ""},
+    {"a day keeps its count", "D!", "D", "abc", "abc"},
+    {"seconds are read as days", "d", "D", "3600", "3600"},
+    {"a time with am or pm", "t", "d", "1:30 pm", "48600"},
+    {"seconds are dropped", "Lx", "d", "13:30:59", "48600"},
+    {"no time", "t", "d", "25:00", "", {}, 1},
+    {"no time at all", "t", "d", "", ""},
+    {"days are read as seconds", "D", "d", "36296", "36296"},
+    {"a time keeps its count", "d", "d!", "00", "00"},
+    {"a number stays a number's text", "F", "D", "1.5", "1.5"},
+    {"a date as it shows", "D", "T", "36296", "05/17/2003"},
+    {"none as it shows", "D", "P", "", "No Date"},
+    {"a time as it shows", "d", "W", "48600", "01:30 pm"},
+    {"a check box as it shows", "B", "M", "1", "true"},
+    {"line ends become one kind", "t", "La", "a\nb\r\nc", "a\r\nb\r\nc"},
+    {"a phone number as it shows", "P", "t", "5551234", "555-1234"},
+    {"an item of a list", "Lred;blue", "t", "green", "green"},
+};
+
+class ApplySchemaTest : public testing::Test {
+  protected:
+    void Make(const std::vector<std::string>& types) {
+        std::vector<Field> fields;
+        for (const std::string& type : types)
+            fields.push_back(MakeField(std::string(1, char('A' + fields.size())), type));
+        doc.NewDatabase("x", fields);
+    }
+    void Append(std::string_view entries) { ASSERT_TRUE(doc.AppendRecord(entries, failure)); }
+    std::vector<FieldDefinition> Definitions() { return DefinitionsOf(doc); }
+    void Apply(std::vector<FieldDefinition> definitions) {
+        auto prepared = PrepareSchema(doc, std::move(definitions), 2000, failure);
+        ASSERT_TRUE(prepared) << failure.text;
+        ApplySchema(doc, std::move(*prepared));
+    }
+
+    MemoryFiles files;
+    CQuillaryDoc doc{files};
+    Failure failure;
+};
+
+TEST_F(ApplySchemaTest, ConvertsByOldAndNewType) {
+    for (const ConversionCase& c : kConversions) {
+        Make({c.from, "t"});
+        Append(Entries({c.old, "last"}));
+        auto definitions = Definitions();
+        const Field retyped = MakeField("A", c.to);
+        definitions[0].field.type = retyped.type;
+        definitions[0].field.options = retyped.options;
+        definitions[0].convertFrom = c.order;
+        std::swap(definitions[0], definitions[1]);  // so that the records are rebuilt for one type, too
+        const auto prepared = PrepareSchema(doc, definitions, 2000, failure);
+        ASSERT_TRUE(prepared) << c.why << failure.text;
+        EXPECT_EQ(c.emptied, prepared->emptied) << c.why;
+        EXPECT_EQ(c.unchecked, prepared->unchecked) << c.why;
+        EXPECT_EQ(Entries({"last", c.converted}), prepared->shown[0].Entries()) << c.why;
+    }
+}
+
+TEST_F(ApplySchemaTest, RecordsGetTheNewLayoutShownAndHidden) {
+    Make({"t", "F", "P"});
+    Append(Entries({"x", "1", "call"}));
+    const auto before = doc.Snapshot();
+    auto definitions = Definitions();
+    std::rotate(definitions.begin(), definitions.begin() + 2, definitions.end());  // P t F
+    definitions.pop_back();
+    definitions.insert(definitions.begin(), {MakeField("Done", "B!"), std::nullopt});
+    definitions.push_back({MakeField("Day", "D!"), std::nullopt});
+    Apply(definitions);
+    EXPECT_THAT(ShownTexts(doc), ElementsAre(ElementsAre("false", "call", "x", "")));
+    EXPECT_EQ("Done", doc.Fields()[0].name);
+    doc.Restore(*before);
+    EXPECT_THAT(ShownTexts(doc), ElementsAre(ElementsAre("x", "1", "call")));
+
+    ImageParts parts;
+    parts.AddSchema({"A", "B"}, {"t", "B"});
+    parts.Add(2, {"seen", "1"});
+    parts.Add(0x43, {"unseen", "ja"});
+    files.contents["h.pdb"] = parts.Build();
+    ScriptedQuestions questions;
+    ASSERT_TRUE(doc.OpenDatabase("h.pdb", OpenMode::Edit, questions));
+    definitions = Definitions();
+    definitions[1].field.type = FieldType::Number;
+    Apply(definitions);
+    EXPECT_EQ(Entries({"unseen", "1"}), doc.Hidden()[0].Entries());
+    EXPECT_EQ(0x43, doc.Hidden()[0].category);
+    ASSERT_TRUE(doc.SaveDatabase(failure)) << failure.text;
+    ASSERT_TRUE(doc.OpenDatabase("h.pdb", OpenMode::Read, questions));
+    EXPECT_EQ(Entries({"unseen", "1"}), doc.Hidden()[0].Entries());
+}
+
+// In the first record a line feed stands where the scan takes it for field 10, in the second nothing can be walked.
+TEST_F(ApplySchemaTest, EntriesAreWhatTheyAreAndNotWhatTheScanFinds) {
+    Make(std::vector<std::string>(11, "t"));
+    std::vector<std::string> texts(11, "");
+    texts[0] = "a\nb";
+    texts[10] = "true text";
+    Append(Entries(texts) + std::string("\0\x15lost", 6));
+    Append("x" + Entries({"only"}).substr(1));
+    auto definitions = Definitions();
+    std::swap(definitions[9], definitions[10]);
+    definitions.erase(definitions.begin() + 1, definitions.begin() + 9);
+    Apply(definitions);
+    EXPECT_EQ(Entries({"a\r\nb", "true text", ""}), doc.Shown()[0].Entries());
+    EXPECT_EQ(Entries({"only", "", ""}), doc.Shown()[1].Entries());
+}
+
+TEST_F(ApplySchemaTest, TextsThatWouldHideAFieldStopIt) {
+    Make({"t", "t"});
+    Append(
+        Entries({"a\x02"
+                 "b",
+                 "x"}));
+    Append(Entries({"\x02", "\x02"}));
+    auto definitions = Definitions();
+    definitions.push_back({MakeField("City", "t"), std::nullopt});
+    EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
+    EXPECT_EQ(
+        "The fields were not changed. Texts that would hide a later field: 3. The first: A control character in \"A\" "
+        "would "
+        "hide the field \"City\". Move \"A\" behind it or take the control character out.",
+        failure.text);
+    definitions = {definitions[2], definitions[0]};  // A behind every field that its bytes name
+    Apply(definitions);
+
+    // What was hidden before may stay so.
+    Make({"t", "t", "t"});
+    Append(
+        Entries({"a\x02"
+                 "b",
+                 "x", "y"}));
+    definitions = Definitions();
+    definitions[1].field.type = FieldType::List;
+    Apply(definitions);
+    EXPECT_EQ(Entries({"a\x02"
+                       "b",
+                       "x", "y"}),
+              doc.Shown()[0].Entries());
+}
+
+TEST_F(ApplySchemaTest, NamesWidthsAndOptionsTouchNoRecord) {
+    Make({"T", "P", "Lx"});
+    const std::string odd = Entries({"a\nb", "5551234"});  // as it is: one entry short, a line feed alone
+    Append(odd);
+    auto definitions = Definitions();
+    const std::uint64_t change = doc.ChangeNumber();
+    auto same = PrepareSchema(doc, definitions, 2000, failure);
+    EXPECT_FALSE(ApplySchema(doc, std::move(*same)));
+    EXPECT_EQ(change, doc.ChangeNumber());
+    definitions[0].field.name = " new ";
+    definitions[1].field.width = 7;
+    definitions[2].field.options.items = {"x", ""};
+    Apply(definitions);
+    EXPECT_EQ(odd, doc.Shown()[0].Entries());
+    EXPECT_EQ(" new ", doc.Fields()[0].name);
+    EXPECT_LT(change, doc.ChangeNumber());
+}
+
+TEST_F(ApplySchemaTest, ThereIsOneFieldAtLeastAndTwentyAtMost) {
+    Make({"t"});
+    EXPECT_FALSE(PrepareSchema(doc, {}, 2000, failure));
+    EXPECT_EQ(Message::NoColumns, failure.message);
+    std::vector<FieldDefinition> definitions(21, {MakeField("x", "t"), std::nullopt});
+    EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
+    EXPECT_EQ(Message::TooManyFields, failure.message);
+    definitions.pop_back();
+    EXPECT_TRUE(PrepareSchema(doc, definitions, 2000, failure));
+}
+
+// The conversions that lose nothing, there and back.
+TEST_F(ApplySchemaTest, TheInverseGivesTheRecordsBack) {
+    Make({"D", "d", "F", "B", "t"});
+    const std::string entries = Entries({"36296", "48600", "-1.5", "true", "text"});
+    Append(entries);
+    const auto original = doc.Fields();
+    auto there = Definitions();
+    const FieldType types[] = {FieldType::Text, FieldType::List, FieldType::Phone, FieldType::Text, FieldType::EMail};
+    for (std::size_t k = 0; k < there.size(); ++k) there[k].field.type = types[k];
+    std::rotate(there.begin(), there.begin() + 2, there.end());
+    Apply(there);
+    EXPECT_NE(entries, doc.Shown()[0].Entries());
+    auto back = Definitions();
+    std::rotate(back.begin(), back.begin() + 3, back.end());
+    for (std::size_t k = 0; k < back.size(); ++k) back[k].field = original[k];
+    Apply(back);
+    EXPECT_EQ(entries, doc.Shown()[0].Entries());
+}
+
+}  // namespace
+}  // namespace quillary
