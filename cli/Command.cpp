@@ -57,6 +57,17 @@ constexpr CommandOption kOptionsOptions[] = {
     {"--edit-on-select", "on|off", "on select, go to Edit View"},
     kDropForeign,
 };
+constexpr CommandOption kPasswordOptions[] = {
+    {"--new-password-file", "PATH", "the first line is the new password; an empty one is none"},
+    kDropForeign,
+};
+constexpr CommandOption kTextOptions[] = {
+    {"--set", "PATH", "store this text (\"-\": standard input) in place of the present one"},
+    {"--lock", "", "lock the text, after --set"},
+    {"--unlock", "", "take the lock away, before --set"},
+    {"--lock-password-file", "PATH", "the first line is the password of the lock"},
+    kDropForeign,
+};
 constexpr CommandOption kJsonOnly[] = {kJson};
 
 constexpr CommandOption kCommonOptions[] = {
@@ -116,6 +127,16 @@ const Command kCommands[] = {
      ExitStatus::Refused, RunRecord},
     {"options", "FILE [--long-dates on|off] [--edit-on-select on|off]", "Print or set the options of a database", "", 1,
      1, kOptionsOptions, ExitStatus::Refused, RunOptions},
+    {"password", "FILE set|clear", "Set, change or remove the password of a database",
+     "set needs --new-password-file. The present password is given as for every command, for clear too. A password\n"
+     "guards the opening in Quillary and qly and enciphers nothing.",
+     2, 2, kPasswordOptions, ExitStatus::Refused, RunPassword},
+    {"text", "FILE [--set PATH|-] [--lock|--unlock]", "Print or set the info text of a database, lock or unlock it",
+     "The text is UTF-8. --set stores the whole file but one last line end. A locked text can be printed, but refuses\n"
+     "--set without --unlock, and then stays unlocked. --lock and --unlock need --lock-password-file; an empty "
+     "password\n"
+     "locks nothing.",
+     1, 1, kTextOptions, ExitStatus::Refused, RunText},
 };
 
 }  // namespace

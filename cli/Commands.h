@@ -18,5 +18,7 @@ class Session;
 [[nodiscard]] ExitStatus RunImport(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunRecord(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunOptions(Session& session, const Arguments& arguments);
+[[nodiscard]] ExitStatus RunPassword(Session& session, const Arguments& arguments);
+[[nodiscard]] ExitStatus RunText(Session& session, const Arguments& arguments);
 
 }  // namespace quillary

@@ -65,6 +65,19 @@ std::optional<std::string> Session::Stored(std::string_view argument, std::strin
     return stored;
 }
 
+std::optional<std::u16string> Session::ReadSecret(const std::string& path) const {
+    std::string line;
+    std::string reason;
+    const std::string place = path == "-" ? "standard input" : path;
+    if (!ReadFirstLine(path, line, reason)) {
+        Complain("The password cannot be read from " + place + " (" + reason + ").");
+        return std::nullopt;
+    }
+    auto wide = Utf8ToWide(line);
+    if (!wide) Complain("The password in " + place + " is no UTF-8 text.");
+    return wide;
+}
+
 void Session::ReadPassword() {
     if (m_password) return;
     m_password.emplace();

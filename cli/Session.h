@@ -44,6 +44,9 @@ class Session : private Questions {
     /// An argument as it is stored; `place` says in the message what cannot hold its characters.
     [[nodiscard]] std::optional<std::string> Stored(std::string_view argument, std::string_view place) const;
 
+    /// A password, the first line of the file at `path`; nullopt with a message when it cannot be read or is no UTF-8.
+    [[nodiscard]] std::optional<std::u16string> ReadSecret(const std::string& path) const;
+
     /// False with a message when `path` is not opened. Tells a command that reads of an unused recovery copy.
     [[nodiscard]] bool Open(CQuillaryDoc& doc, const std::string& path, OpenMode mode);
     /// Says that the file at `path` is read without the recovery copy that was found, when that is so.

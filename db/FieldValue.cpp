@@ -75,18 +75,6 @@ void AppendTime(std::string_view stored, std::string& out) {
     out.append(text.data(), at);
 }
 
-// Every line end, LF or CR LF, as CR LF; a lone CR stays.
-void AppendUniformLines(std::string_view text, std::string& out) {
-    for (;;) {
-        const auto lineFeed = text.find('\n');
-        if (lineFeed == text.npos) break;
-        const bool paired = lineFeed > 0 && text[lineFeed - 1] == '\r';
-        out.append(text, 0, paired ? lineFeed - 1 : lineFeed).append("\r\n");
-        text.remove_prefix(lineFeed + 1);
-    }
-    out.append(text);
-}
-
 using PhoneBuffer = std::array<char, 10>;
 
 // The digits of a phone number in `buffer`, or nothing when it is none: a letter, or not 7 or 10 digits.
@@ -130,6 +118,17 @@ double Saturated(std::string_view number) {
 }
 
 }  // namespace
+
+void AppendUniformLines(std::string_view text, std::string& out) {
+    for (;;) {
+        const auto lineFeed = text.find('\n');
+        if (lineFeed == text.npos) break;
+        const bool paired = lineFeed > 0 && text[lineFeed - 1] == '\r';
+        out.append(text, 0, paired ? lineFeed - 1 : lineFeed).append("\r\n");
+        text.remove_prefix(lineFeed + 1);
+    }
+    out.append(text);
+}
 
 void AppendDisplayText(FieldType type, std::string_view stored, DateStyle style, const AnsiText& page,
                        std::string& out) {

@@ -22,6 +22,9 @@ void AppendDisplayText(FieldType type, std::string_view stored, DateStyle style,
                        std::string& out);
 [[nodiscard]] std::string DisplayText(FieldType type, std::string_view stored, DateStyle style, const AnsiText& page);
 
+/// Appends `text` with every line end, LF or CR LF, as CR LF; a lone CR stays.
+void AppendUniformLines(std::string_view text, std::string& out);
+
 /// "TRUE", "1", "YES" or "JA" in any case.
 [[nodiscard]] bool IsChecked(std::string_view stored);
 

@@ -5,6 +5,8 @@ namespace quillary {
 
 // The view's
 inline constexpr int ID_DATABASE_OPTIONS = 32772;  // "Options..."
+inline constexpr int ID_DATABASE_INFO = 32778;
+inline constexpr int ID_DATABASE_CHANGE_PASSWORD = 32779;
 inline constexpr int ID_RECORD_BOTTOM = 32784;
 inline constexpr int ID_RECORD_TOP = 32785;
 inline constexpr int ID_RECORD_REPEAT_FIND = 32786;
@@ -18,6 +20,10 @@ inline constexpr int ID_FORM_PREVIOUS = 32816;
 inline constexpr int ID_FORM_NEXT = 32817;
 inline constexpr int ID_FORM_NEW = 32825;
 inline constexpr int ID_FORM_DUPLICATE = 32826;
+
+// The database info dialog's
+inline constexpr int ID_INFO_UNLOCK = 1052;
+inline constexpr int ID_INFO_LOCK = 32797;
 
 // The framework's
 inline constexpr int ID_FILE_NEW = 57600;

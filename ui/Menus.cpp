@@ -17,6 +17,9 @@ constexpr Popup kPopupsWithoutDatabase[] = {
 };
 
 constexpr MenuItem kDatabase[] = {
+    {ID_DATABASE_INFO, u"Info..."},
+    {ID_DATABASE_CHANGE_PASSWORD, u"Change Password..."},
+    {},
     {ID_DATABASE_DELETE, u"Delete..."},
 };
 constexpr MenuItem kRecord[] = {

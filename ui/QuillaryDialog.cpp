@@ -206,6 +206,8 @@ void CQuillaryDialog::keyPressEvent(QKeyEvent* event) {
     auto* button = qobject_cast<QPushButton*>(focusWidget());
     if (event->key() == Qt::Key_F1) {
         ShowHelp();
+    } else if (isReturn && event->isAutoRepeat()) {
+        return;  // the rest of one that was held down to come here
     } else if (isReturn && button && button->hasFocus()) {
         button->click();
     } else if (event->key() == Qt::Key_V && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {

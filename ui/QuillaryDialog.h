@@ -57,11 +57,13 @@ class CQuillaryDialog : public QDialog {
 
     void keyPressEvent(QKeyEvent* event) override;
 
+    /// The middle of a page's part, `content`: as wide as is comfortable.
+    [[nodiscard]] static QVBoxLayout* MakeColumn(QWidget& content);
+
     [[nodiscard]] FrameWindow& Frame() const { return m_frame; }
 
   private:
     void SetUp(const DialogInfo& info);
-    [[nodiscard]] static QVBoxLayout* MakeColumn(QWidget& content);
     void AddHeader(QVBoxLayout& column);
     void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel);
     [[nodiscard]] QWidget* MakeButtons(Buttons buttons);

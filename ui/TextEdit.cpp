@@ -88,6 +88,7 @@ bool CTextEdit::event(QEvent* event) {
     const bool handled = QPlainTextEdit::event(event);
     const QEvent::Type type = event->type();
     if (type == QEvent::FocusIn || type == QEvent::FocusOut) update();
+    if (type == QEvent::FocusIn) m_pressed = false;
     if (type == QEvent::Paint && hasFocus()) {
         QPainter painter(this);
         painter.setPen(palette().color(QPalette::Highlight));
@@ -98,6 +99,8 @@ bool CTextEdit::event(QEvent* event) {
 
 void CTextEdit::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    m_pressed = m_pressed || !event->isAutoRepeat();
+    if (isReturn && !m_pressed) return;  // the rest of one that was held down to come here
     const QString typed = event->text();
     const QString capital = typed.isEmpty() || !typed.front().isLetter() ? typed : Capitalized(typed);
     if (isReturn && event->modifiers() & Qt::ShiftModifier && !isReadOnly()) {

@@ -31,6 +31,7 @@ class CTextEdit : public QPlainTextEdit {
     void ChooseWrapping(const QString& added);
 
     bool m_capitalize = false;
+    bool m_pressed = false;  // a key, since the focus came
 };
 
 }  // namespace quillary

@@ -6,6 +6,8 @@
 #include <QScrollBar>
 #include <algorithm>
 
+#include "admin/ChangePasswordDlg.h"
+#include "admin/DatabaseInfoDlg.h"
 #include "admin/DatabaseOptionsDlg.h"
 #include "db/QuillaryDoc.h"
 #include "db/RecordCommit.h"
@@ -42,7 +44,9 @@ QString ForClipboard(const QString& text) {
 std::span<const CommandEntry<CQuillaryView>> CQuillaryView::Commands() {
     using View = CQuillaryView;
     static constexpr CommandEntry<View> kCommands[] = {
+        {ID_DATABASE_CHANGE_PASSWORD, &View::OnChangePassword, &View::UpdateChange},
         {ID_DATABASE_DELETE, &View::OnDelete, &View::UpdateChange},
+        {ID_DATABASE_INFO, &View::OnInfo},  // read only, it can be looked at
         {ID_DATABASE_OPTIONS, &View::OnOptions, &View::UpdateChange},
         {ID_EDIT_COPY, &View::OnCopy, &View::UpdateCopy},
         {ID_RECORD_BOTTOM, &View::OnBottom, &View::UpdateTopAndBottom},
@@ -355,6 +359,20 @@ void CQuillaryView::OnOptions() {
         m_doc.Restore(*before);
         RebuildList(false, false);
     }
+}
+
+void CQuillaryView::OnInfo() {
+    CDatabaseInfoDlg dialog(m_doc, m_frame);
+    if (dialog.exec() != QDialog::Accepted) return;
+    const auto before = m_session.BeforeChange();
+    m_doc.SetInfo(dialog.Text(), dialog.Lock());
+    if (!m_session.Save()) m_doc.Restore(*before);
+}
+
+void CQuillaryView::OnChangePassword() {
+    const auto before = m_session.BeforeChange();
+    CChangePasswordDlg dialog(m_doc, m_frame);
+    if (dialog.exec() == QDialog::Accepted && !m_session.Save()) m_doc.Restore(*before);
 }
 
 void CQuillaryView::OnFind() {

@@ -58,9 +58,11 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
   private:
     static constexpr int kNoFindYet = -2;
 
+    void OnChangePassword();
     void OnCopy();
     void OnDelete();
     void OnFind();
+    void OnInfo();
     void OnOptions();
     void OnRepeatFind();
     void OnShowAll();

@@ -9,8 +9,11 @@
 #include <memory>
 #include <set>
 
+#include "admin/ChangePasswordDlg.h"
+#include "admin/DatabaseInfoDlg.h"
 #include "admin/DatabaseOptionsDlg.h"
 #include "admin/EnterPasswordDlg.h"
+#include "admin/LockPasswordDlg.h"
 #include "query/FindRecordDlg.h"
 #include "tests/views/FormTest.h"
 #include "ui/AboutDlg.h"
@@ -32,6 +35,9 @@ class DialogTest : public WindowTest {
     std::vector<std::unique_ptr<CQuillaryDialog>> AllDialogs() {
         std::vector<std::unique_ptr<CQuillaryDialog>> dialogs;
         dialogs.push_back(std::make_unique<CAboutDlg>(app.Frame()));
+        dialogs.push_back(std::make_unique<CChangePasswordDlg>(m_doc, app.Frame()));
+        dialogs.push_back(std::make_unique<CDatabaseInfoDlg>(m_doc, app.Frame()));
+        dialogs.push_back(std::make_unique<CLockPasswordDlg>(m_doc, 0, app.Frame()));
         dialogs.push_back(std::make_unique<CDatabaseOptionsDlg>(DatabaseOptions{}, app.Frame()));
         dialogs.push_back(std::make_unique<CEnterPasswordDlg>(m_doc, app.Frame()));
         dialogs.push_back(std::make_unique<CFindRecordDlg>(m_doc, QString(), -2, app.Frame()));
