@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 #include "admin/DatabaseInfo.h"
 #include "admin/LockPasswordDlg.h"
@@ -26,12 +25,12 @@ constexpr DialogInfo kDialog{137, u"Database Info", {}, kTopicDatabaseInfo};
 }  // namespace
 
 CDatabaseInfoDlg::CDatabaseInfoDlg(const CQuillaryDoc& doc, FrameWindow& frame)
-    : CDatabaseInfoDlg(doc, frame, new QWidget, new QWidget) {}
+    : CDatabaseInfoDlg(doc, frame, new QWidget, new CTextEdit) {}
 
-CDatabaseInfoDlg::CDatabaseInfoDlg(const CQuillaryDoc& doc, FrameWindow& frame, QWidget* bar, QWidget* body)
-    : CQuillaryDialog(kDialog, *bar, *body, frame),
+CDatabaseInfoDlg::CDatabaseInfoDlg(const CQuillaryDoc& doc, FrameWindow& frame, QWidget* bar, CTextEdit* edit)
+    : CQuillaryDialog(kDialog, *bar, Centered(*edit), frame),
       m_doc(doc),
-      m_edit(new CTextEdit),
+      m_edit(edit),
       m_unlockButton(new QPushButton),
       m_lockButton(new QPushButton),
       m_text(doc.InfoTextBytes()),
@@ -53,9 +52,6 @@ CDatabaseInfoDlg::CDatabaseInfoDlg(const CQuillaryDoc& doc, FrameWindow& frame, 
 
     m_edit->setObjectName(QString::number(kText));
     m_edit->setAccessibleName(QStringLiteral("Info Text"));
-    QVBoxLayout* column = MakeColumn(*body);
-    column->setContentsMargins(column->contentsMargins().left(), 0, column->contentsMargins().right(), 0);
-    column->addWidget(m_edit);
 
     if (m_doc.IsReadOnly()) {
         const QString why = PlainToolTip(FromUtf8(MessageText(Message::ReadOnly)));

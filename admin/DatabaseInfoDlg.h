@@ -29,7 +29,7 @@ class CDatabaseInfoDlg : public CQuillaryDialog {
     void FocusFirst() override;
 
   private:
-    CDatabaseInfoDlg(const CQuillaryDoc& doc, FrameWindow& frame, QWidget* bar, QWidget* body);
+    CDatabaseInfoDlg(const CQuillaryDoc& doc, FrameWindow& frame, QWidget* bar, CTextEdit* edit);
     [[nodiscard]] bool IsTextChanged() const;
     void AskForLockPassword();
     /// Whether the text can be edited, and the one button that there is.

@@ -2,9 +2,11 @@
 
 #include <QAction>
 #include <QKeySequence>
+#include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
+#include <QToolButton>
 
 #include "ui/Accelerators.h"
 #include "ui/Captions.h"
@@ -47,6 +49,18 @@ void CCommandActions::FillToolBar(QToolBar& bar, int toolBarId) {
         action->setText(FromWide(button.toolTip));  // its name for a screen reader
         bar.addAction(action);
         bar.widgetForAction(action)->setObjectName(action->objectName());
+    }
+}
+
+void CCommandActions::FillDialogBar(QToolBar& bar, int toolBarId) {
+    bar.setContextMenuPolicy(Qt::PreventContextMenu);
+    bar.setIconSize(QSize(16, 16));
+    bar.setContentsMargins({});
+    bar.layout()->setContentsMargins({});
+    FillToolBar(bar, toolBarId);
+    for (auto* button : bar.findChildren<QToolButton*>()) {
+        // All but the bar's own for what does not fit.
+        if (button->objectName().toInt() != 0) button->setFocusPolicy(Qt::TabFocus);
     }
 }
 

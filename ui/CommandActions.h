@@ -32,6 +32,8 @@ class CCommandActions {
     void FillMenuBar(QMenuBar& bar, int menuBarId);
     /// Adds the buttons of that toolbar of ui/ToolBars.h.
     void FillToolBar(QToolBar& bar, int toolBarId);
+    /// The same for a bar that stands in a dialog.
+    void FillDialogBar(QToolBar& bar, int toolBarId);
     /// Brings all actions up to date.
     void UpdateStates();
 

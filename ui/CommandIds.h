@@ -7,6 +7,7 @@ namespace quillary {
 inline constexpr int ID_DATABASE_OPTIONS = 32772;  // "Options..."
 inline constexpr int ID_DATABASE_INFO = 32778;
 inline constexpr int ID_DATABASE_CHANGE_PASSWORD = 32779;
+inline constexpr int ID_DATABASE_FIELDS = 32780;  // "Field Definitions..."
 inline constexpr int ID_RECORD_BOTTOM = 32784;
 inline constexpr int ID_RECORD_TOP = 32785;
 inline constexpr int ID_RECORD_REPEAT_FIND = 32786;
@@ -24,6 +25,19 @@ inline constexpr int ID_FORM_DUPLICATE = 32826;
 // The database info dialog's
 inline constexpr int ID_INFO_UNLOCK = 1052;
 inline constexpr int ID_INFO_LOCK = 32797;
+
+// The field definitions editor's
+inline constexpr int ID_FIELD_INSERT = 32794;
+inline constexpr int ID_FIELD_REMOVE = 32795;
+inline constexpr int ID_FIELD_UP = 32808;
+inline constexpr int ID_FIELD_DOWN = 32809;
+
+// Those of the editor of a list's items
+inline constexpr int ID_ITEM_ADD = 32804;
+inline constexpr int ID_ITEM_DELETE = 32805;
+inline constexpr int ID_ITEM_UP = 32806;
+inline constexpr int ID_ITEM_DOWN = 32810;
+inline constexpr int ID_ITEM_RENAME = 32814;
 
 // The framework's
 inline constexpr int ID_FILE_NEW = 57600;

@@ -14,13 +14,27 @@ inline constexpr std::string_view kTopicDocumentList = "Document_List";
 inline constexpr std::string_view kTopicEditRecord = "Edit_Record";
 inline constexpr std::string_view kTopicEnterLockPassword = "Enter_Lock_Password";
 inline constexpr std::string_view kTopicEnterPassword = "Enter_Password";
+inline constexpr std::string_view kTopicFieldDefinitions = "Field_Definitions";
+inline constexpr std::string_view kTopicFieldTypeText = "Datatype_Details_Text";
+inline constexpr std::string_view kTopicFieldTypeNumber = "Datatype_Details_Number";
+inline constexpr std::string_view kTopicFieldTypeSequence = "Datatype_Details_Sequence";
+inline constexpr std::string_view kTopicFieldTypeCheckbox = "Datatype_Details_Checkbox";
+inline constexpr std::string_view kTopicFieldTypeDate = "Datatype_Details_Date";
+inline constexpr std::string_view kTopicFieldTypeTime = "Datatype_Details_Time";
+inline constexpr std::string_view kTopicFieldTypeList = "Datatype_Details_List";
+inline constexpr std::string_view kTopicFieldTypePhone = "Datatype_Details_Phone";
+inline constexpr std::string_view kTopicFieldTypeEMail = "Datatype_Details_EMail";
+inline constexpr std::string_view kTopicFieldTypeUrl = "Datatype_Details_URL";
 inline constexpr std::string_view kTopicFindRecord = "Find_Record";
 inline constexpr std::string_view kTopicRecordList = "Record_List";
 
 inline constexpr std::string_view kAllTopics[] = {
-    kTopicContents,        kTopicAbout,        kTopicChangePassword, kTopicDatabaseInfo,
-    kTopicDatabaseOptions, kTopicDocumentList, kTopicEditRecord,     kTopicEnterLockPassword,
-    kTopicEnterPassword,   kTopicFindRecord,   kTopicRecordList,
+    kTopicContents,        kTopicAbout,           kTopicChangePassword,    kTopicDatabaseInfo,
+    kTopicDatabaseOptions, kTopicDocumentList,    kTopicEditRecord,        kTopicEnterLockPassword,
+    kTopicEnterPassword,   kTopicFindRecord,      kTopicRecordList,        kTopicFieldDefinitions,
+    kTopicFieldTypeText,   kTopicFieldTypeNumber, kTopicFieldTypeSequence, kTopicFieldTypeCheckbox,
+    kTopicFieldTypeDate,   kTopicFieldTypeTime,   kTopicFieldTypeList,     kTopicFieldTypePhone,
+    kTopicFieldTypeEMail,  kTopicFieldTypeUrl,
 };
 
 }  // namespace quillary

@@ -20,6 +20,8 @@ constexpr MenuItem kDatabase[] = {
     {ID_DATABASE_INFO, u"Info..."},
     {ID_DATABASE_CHANGE_PASSWORD, u"Change Password..."},
     {},
+    {ID_DATABASE_FIELDS, u"Field Definitions..."},
+    {},
     {ID_DATABASE_DELETE, u"Delete..."},
 };
 constexpr MenuItem kRecord[] = {

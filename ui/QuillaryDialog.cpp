@@ -11,7 +11,10 @@
 #include <QMetaProperty>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QToolBar>
+#include <QToolButton>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "platform/InputPanel.h"
 #include "ui/FrameWindow.h"
@@ -64,19 +67,19 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& 
     : QDialog(frame.Window()), m_frame(frame), m_topic(info.topic), m_controls(info.controls) {
     SetUp(info);
     auto* top = new QWidget(this);
-    auto* bottom = new QWidget(this);
     QVBoxLayout* above = MakeColumn(*top);
-    QVBoxLayout* below = MakeColumn(*bottom);
     const int gap = fontMetrics().height() / 4;
     above->setSpacing(gap);
     above->setContentsMargins(above->contentsMargins().left(), gap, above->contentsMargins().right(), gap);
-    below->setContentsMargins(above->contentsMargins());
     AddHeader(*above);
     above->addWidget(&bar);
-    below->addWidget(MakeButtons(info.buttons));
     auto* page = static_cast<QVBoxLayout*>(layout());
     page->addWidget(top);
     page->addWidget(&body, 1);
+    auto* bottom = new QWidget(this);  // now, for the Tab key to come to it last
+    QVBoxLayout* below = MakeColumn(*bottom);
+    below->setContentsMargins(above->contentsMargins());
+    below->addWidget(MakeButtons(info.buttons));
     page->addWidget(bottom);
 }
 
@@ -103,6 +106,31 @@ QVBoxLayout* CQuillaryDialog::MakeColumn(QWidget& content) {
     middle->addWidget(column, 1000);
     middle->addStretch(1);
     return new QVBoxLayout(column);
+}
+
+QWidget& CQuillaryDialog::Centered(QWidget& content) {
+    auto* body = new QWidget;
+    QVBoxLayout* column = MakeColumn(*body);
+    column->setContentsMargins(column->contentsMargins().left(), 0, column->contentsMargins().right(), 0);
+    column->addWidget(&content);
+    return *body;
+}
+
+QWidget& CQuillaryDialog::Scrolled(QWidget& content) {
+    auto* scroll = new QScrollArea;
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(&Centered(content));
+    return *scroll;
+}
+
+void CQuillaryDialog::PutLastInTabOrder(const QToolBar& bar) {
+    auto* last = Control<QWidget>(kHelpButton);
+    for (auto* button : bar.findChildren<QToolButton*>()) {
+        // All but the bar's own for what does not fit.
+        if (button->objectName().toInt() != 0) setTabOrder(std::exchange(last, button), button);
+    }
 }
 
 void CQuillaryDialog::AddHeader(QVBoxLayout& column) {
@@ -199,7 +227,7 @@ QVariantList CQuillaryDialog::ControlValues() const {
     return values;
 }
 
-void CQuillaryDialog::ShowHelp() { m_frame.ShowHelp(m_topic); }
+void CQuillaryDialog::ShowHelp() { m_frame.ShowHelp(Topic()); }
 
 void CQuillaryDialog::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;

@@ -7,6 +7,7 @@
 
 #include "ui/ControlInfo.h"
 
+class QToolBar;
 class QVBoxLayout;
 
 namespace quillary {
@@ -57,13 +58,21 @@ class CQuillaryDialog : public QDialog {
 
     void keyPressEvent(QKeyEvent* event) override;
 
-    /// The middle of a page's part, `content`: as wide as is comfortable.
-    [[nodiscard]] static QVBoxLayout* MakeColumn(QWidget& content);
+    /// What F1 and the Help button open.
+    [[nodiscard]] virtual std::string_view Topic() const { return m_topic; }
+
+    /// Puts the bar's buttons behind all else, but within reach of the Tab key.
+    void PutLastInTabOrder(const QToolBar& bar);
+    /// A body of comfortable width in the middle of the page, as high as the page allows.
+    [[nodiscard]] static QWidget& Centered(QWidget& content);
+    /// The same, and it scrolls where the page is too small for it.
+    [[nodiscard]] static QWidget& Scrolled(QWidget& content);
 
     [[nodiscard]] FrameWindow& Frame() const { return m_frame; }
 
   private:
     void SetUp(const DialogInfo& info);
+    [[nodiscard]] static QVBoxLayout* MakeColumn(QWidget& content);
     void AddHeader(QVBoxLayout& column);
     void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel);
     [[nodiscard]] QWidget* MakeButtons(Buttons buttons);

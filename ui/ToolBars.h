@@ -13,6 +13,8 @@ struct ToolButton {
 };
 
 inline constexpr int kToolBarDatabase = 128;
+inline constexpr int kToolBarFieldDefinitions = 136;
+inline constexpr int kToolBarListItems = 156;
 inline constexpr int kToolBarRecord = 174;
 
 [[nodiscard]] std::span<const ToolButton> ButtonsOf(int toolBar);

@@ -2,10 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
-#include <QLayout>
 #include <QToolBar>
-#include <QToolButton>
-#include <utility>
 
 #include "admin/Settings.h"
 #include "db/UserLocale.h"
@@ -59,18 +56,8 @@ CEditRecordDlg::CEditRecordDlg(CDocumentSession& session, const FormSurroundings
           *this, RecordFormAccelerators(), [this](int command) { RunCommand(command); },
           [this](int command, CommandState& state) { UpdateCommand(command, state); }) {
     bar->setObjectName(QString::number(kToolBarRecord));
-    bar->setContextMenuPolicy(Qt::PreventContextMenu);
-    bar->setIconSize(QSize(16, 16));
-    bar->setContentsMargins({});
-    bar->layout()->setContentsMargins({});
-    m_actions.FillToolBar(*bar, kToolBarRecord);
-    // Behind the editors and OK, but within reach of the Tab key.
-    auto* last = Control<QWidget>(kHelpButton);
-    for (auto* button : bar->findChildren<QToolButton*>()) {
-        if (button->objectName().toInt() == 0) continue;  // the bar's own for what does not fit
-        button->setFocusPolicy(Qt::TabFocus);
-        setTabOrder(std::exchange(last, button), button);
-    }
+    m_actions.FillDialogBar(*bar, kToolBarRecord);
+    PutLastInTabOrder(*bar);
     qApp->installEventFilter(this);
     form->onTypingBegins = [this] { RaisePanel(); };
     form->onEditing = [this] { FollowFocus(QApplication::focusWidget()); };

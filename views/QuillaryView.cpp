@@ -9,7 +9,8 @@
 #include "admin/ChangePasswordDlg.h"
 #include "admin/DatabaseInfoDlg.h"
 #include "admin/DatabaseOptionsDlg.h"
-#include "db/QuillaryDoc.h"
+#include "admin/FieldDefinitionsDlg.h"
+#include "db/Clock.h"
 #include "db/RecordCommit.h"
 #include "query/Find.h"
 #include "query/FindRecordDlg.h"
@@ -46,6 +47,7 @@ std::span<const CommandEntry<CQuillaryView>> CQuillaryView::Commands() {
     static constexpr CommandEntry<View> kCommands[] = {
         {ID_DATABASE_CHANGE_PASSWORD, &View::OnChangePassword, &View::UpdateChange},
         {ID_DATABASE_DELETE, &View::OnDelete, &View::UpdateChange},
+        {ID_DATABASE_FIELDS, &View::OnFieldDefinitions, &View::UpdateChange},
         {ID_DATABASE_INFO, &View::OnInfo},  // read only, it can be looked at
         {ID_DATABASE_OPTIONS, &View::OnOptions, &View::UpdateChange},
         {ID_EDIT_COPY, &View::OnCopy, &View::UpdateCopy},
@@ -166,6 +168,7 @@ void CQuillaryView::StoreWidth(int column) {
 void CQuillaryView::ShowSortMark() {
     const SortSettings& keys = m_doc.Sort();
     const auto field = keys.size() == 1 ? m_doc.FieldByName(keys.front().field) : std::nullopt;
+    m_header->setSortIndicatorShown(field.has_value());
     if (!field) return;
     m_header->ShowSortMark(static_cast<int>(*field),
                            keys.front().descending ? Qt::DescendingOrder : Qt::AscendingOrder);
@@ -355,10 +358,27 @@ void CQuillaryView::OnOptions() {
     const auto before = m_session.BeforeChange();
     m_doc.SetStyle(dialog.Options().longDates ? DateStyle::Long : DateStyle::Numeric);
     m_doc.SetEditOnSelect(dialog.Options().editOnSelect);
-    if (!RebuildList(false, true)) {
-        m_doc.Restore(*before);
+    SaveOrRestore(*before, false);
+}
+
+void CQuillaryView::OnFieldDefinitions() {
+    PreparedSchema schema;
+    if (!RunFieldDefinitions(m_doc, CenturyOf(m_surroundings.clock), m_frame, schema)) return;
+    const auto before = m_session.BeforeChange();
+    const std::string searched = m_findColumn >= 0 ? m_doc.Fields()[static_cast<std::size_t>(m_findColumn)].name : "";
+    if (!ApplySchema(m_doc, std::move(schema))) return;
+    // Repeat Find goes on in the same field.
+    const auto field = m_doc.FieldByName(searched);
+    if (m_findColumn >= 0) m_findColumn = field ? static_cast<int>(*field) : kNoFindYet;
+    SaveOrRestore(*before, true);
+}
+
+void CQuillaryView::SaveOrRestore(const CQuillaryDoc::State& before, bool resort) {
+    if (!RebuildList(resort, true)) {
+        m_doc.Restore(before);
         RebuildList(false, false);
     }
+    ShowSortMark();
 }
 
 void CQuillaryView::OnInfo() {

@@ -5,6 +5,7 @@
 #include <QTableView>
 #include <optional>
 
+#include "db/QuillaryDoc.h"
 #include "ui/CommandTarget.h"
 #include "views/EditRecordDlg.h"
 #include "views/RecordListModel.h"
@@ -12,7 +13,6 @@
 namespace quillary {
 
 class CDocumentSession;
-class CQuillaryDoc;
 class CRecordCellDelegate;
 class CRecordHeader;
 class FrameWindow;
@@ -61,6 +61,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     void OnChangePassword();
     void OnCopy();
     void OnDelete();
+    void OnFieldDefinitions();
     void OnFind();
     void OnInfo();
     void OnOptions();
@@ -74,6 +75,9 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     /// For all that changes the database.
     void UpdateChange(CommandState& state) const;
     void UpdateTopAndBottom(CommandState& state) const;
+
+    /// Shows and saves a change of the whole database; takes it back, after telling the user, when saving fails.
+    void SaveOrRestore(const CQuillaryDoc::State& before, bool resort);
 
     void SetUpHeaders();
     void BuildColumns();

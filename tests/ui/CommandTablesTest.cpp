@@ -6,6 +6,8 @@
 #include <map>
 #include <set>
 
+#include "admin/FieldDefinitionsDlg.h"
+#include "admin/ListItemsEditor.h"
 #include "tests/ui/WindowTest.h"
 #include "ui/Accelerators.h"
 #include "ui/Captions.h"
@@ -51,13 +53,21 @@ TEST(CommandTables, EveryMenuItemHasAHandlerAndEveryHandlerAWayToIt) {
     EXPECT_EQ(reachable, Handled(true));
 }
 
-TEST(CommandTables, EveryToolBarButtonHasAHandlerAndWhatTheFormHandlesCanBeReached) {
+TEST(CommandTables, EveryToolBarButtonHasAHandlerAndWhatTheDialogsHandleCanBeReached) {
     for (const ToolButton& button : ButtonsOf(kToolBarDatabase)) EXPECT_TRUE(Handled(true).contains(button.command));
     std::set<int> reached;
     for (const ToolButton& button : ButtonsOf(kToolBarRecord)) reached.insert(button.command);
     for (const Accelerator& accelerator : RecordFormAccelerators()) reached.insert(accelerator.command);
     std::set<int> handled;
     AddHandled<CEditRecordDlg>(handled);
+    EXPECT_EQ(reached, handled);
+    reached = {ID_ITEM_RENAME};  // in the menu of an item
+    for (const int bar : {kToolBarFieldDefinitions, kToolBarListItems}) {
+        for (const ToolButton& button : ButtonsOf(bar)) reached.insert(button.command);
+    }
+    handled.clear();
+    AddHandled<CFieldDefinitionsDlg>(handled);
+    AddHandled<CListItemsEditor>(handled);
     EXPECT_EQ(reached, handled);
 }
 
@@ -98,6 +108,7 @@ TEST_F(CommandRoutingTest, StatesFollowTheDatabase) {
     files.writable = false;
     Open(parts.Build());
     EXPECT_FALSE(IsEnabled(ID_DATABASE_OPTIONS)) << "read only";
+    EXPECT_FALSE(IsEnabled(ID_DATABASE_FIELDS)) << "read only";
     EXPECT_TRUE(IsEnabled(ID_FILE_OPEN)) << "read only";
     files.writable = true;
     user.ExpectDialog(100, [this](CQuillaryDialog& about) {
