@@ -9,6 +9,7 @@ namespace quillary {
 struct Accelerator {
     QKeyCombination key;
     int command;
+    bool repeats = false;  // while the key is held
 };
 
 [[nodiscard]] std::span<const Accelerator> AllAccelerators();

@@ -27,6 +27,7 @@ CCommandActions::CCommandActions(QWidget& window, std::span<const Accelerator> a
         QList<QKeySequence> keys = action->shortcuts();
         keys.append(QKeySequence(accelerator.key));
         action->setShortcuts(keys);
+        action->setAutoRepeat(accelerator.repeats);
     }
 }
 

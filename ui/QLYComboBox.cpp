@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QScreen>
 #include <QScrollBar>
+#include <QStyleOptionComboBox>
 #include <QWheelEvent>
 #include <algorithm>
 
@@ -55,7 +56,8 @@ void CQLYComboBox::showPopup() {
 
 void CQLYComboBox::initStyleOption(QStyleOptionComboBox* option) const {
     QComboBox::initStyleOption(option);
-    option->currentText = OnOneLine(option->currentText);
+    const int room = style()->subControlRect(QStyle::CC_ComboBox, option, QStyle::SC_ComboBoxEditField, this).width();
+    option->currentText = option->fontMetrics.elidedText(OnOneLine(option->currentText), Qt::ElideRight, room);
 }
 
 void CQLYComboBox::keyPressEvent(QKeyEvent* event) {

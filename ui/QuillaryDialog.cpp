@@ -231,12 +231,13 @@ void CQuillaryDialog::ShowHelp() { m_frame.ShowHelp(Topic()); }
 
 void CQuillaryDialog::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    auto* button = qobject_cast<QPushButton*>(focusWidget());
+    auto* button = qobject_cast<QAbstractButton*>(focusWidget());
+    const bool isPressedByReturn = qobject_cast<QPushButton*>(button) || qobject_cast<QToolButton*>(button);
     if (event->key() == Qt::Key_F1) {
         ShowHelp();
     } else if (isReturn && event->isAutoRepeat()) {
         return;  // the rest of one that was held down to come here
-    } else if (isReturn && button && button->hasFocus()) {
+    } else if (isReturn && isPressedByReturn && button->hasFocus()) {
         button->click();
     } else if (event->key() == Qt::Key_V && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {
         QKeyEvent paste(QEvent::KeyPress, Qt::Key_V, Qt::ControlModifier);

@@ -93,8 +93,8 @@ bool CDocumentSession::Save() {
         const WaitCursor wait;
         saved = m_doc->SaveDatabase(failure);
     }
-    if (saved) return true;
     m_frame.DocumentChanged();
+    if (saved) return true;
     if (failure.message == Message::ChangedByAnother) return SettleForeignChange(failure);
     if (!IsFileThere()) {
         failure.Set(Message::FileGone, {m_doc->FilePath().string()});
@@ -114,7 +114,9 @@ bool CDocumentSession::SettleForeignChange(const Failure& failure) {
     if (answer == Reload) m_host.ReopenDocument();
     if (answer != Overwrite) return false;
     Failure again;
-    if (SaveToDisk(true, again)) return true;
+    const bool saved = SaveToDisk(true, again);
+    m_frame.DocumentChanged();
+    if (saved) return true;
     ShowMessage(m_frame.Window(), FromUtf8(again.text));
     return false;
 }

@@ -188,9 +188,8 @@ void CEditRecordDlg::OnDuplicate() {
 void CEditRecordDlg::OnSave() {
     if (!Commit()) return;
     m_session.Save();
-    QWidget* const focus = QApplication::focusWidget();
-    ShowRecord();
-    if (focus) focus->setFocus();
+    m_form->FollowRecord();
+    ShowState();
 }
 
 void CEditRecordDlg::OnDelete() {

@@ -100,6 +100,16 @@ void CEditRecordForm::ShowRecord() {
     FocusFirst();
 }
 
+void CEditRecordForm::FollowRecord() {
+    EntryTable entries;
+    entries.Fill(m_doc.Shown()[m_doc.CurrentRecord()].Entries(), m_doc.FieldCount());
+    for (const Row& row : m_rows) {
+        const std::size_t field = row.editor->Field();
+        if (row.editor->IsChanged())
+            row.editor->Follow(entries.Has(field) ? std::optional(entries.Text(field)) : std::nullopt);
+    }
+}
+
 void CEditRecordForm::ShowNewRecord() {
     m_isNew = true;
     if (m_viewOnly) SetViewOnly(false);
@@ -314,8 +324,9 @@ bool CEditRecordForm::eventFilter(QObject* watched, QEvent* event) {
         }
         case QEvent::MouseButtonRelease:
             // Only now, as a release takes a tooltip away.
-            if (m_doc.IsReadOnly() && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) BeginEditing();
-            return false;
+            if (!m_doc.IsReadOnly() || static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return false;
+            BeginEditing();
+            return !row->editor->HasCaret();  // the widget has not seen the press either
         case QEvent::KeyPress:
             return TakesKey(*row->editor, static_cast<QKeyEvent&>(*event));
         default:

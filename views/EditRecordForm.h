@@ -31,6 +31,8 @@ class CEditRecordForm : public QScrollArea {
 
     /// Loads the document's current record.
     void ShowRecord();
+    /// Goes on with the current record after a commit; nothing that shows moves.
+    void FollowRecord();
     /// Loads the values that a new record starts with. The form is then for editing.
     void ShowNewRecord();
     [[nodiscard]] bool IsNew() const { return m_isNew; }

@@ -8,6 +8,7 @@
 #include "db/FieldValue.h"
 #include "db/RecordCommit.h"
 #include "ui/DatePicker.h"
+#include "ui/LineEdit.h"
 #include "ui/NumericEdit.h"
 #include "ui/QLYButton.h"
 #include "ui/QLYComboBox.h"
@@ -41,6 +42,11 @@ class TextEditor : public CRecordEditor {
         m_loaded = Display(stored);
         m_edit->SetText(m_loaded);
     }
+    void Follow(std::optional<std::string_view> stored) override {
+        if (m_edit->Text() != Display(stored)) return Load(stored);
+        m_loaded = m_edit->Text();
+        m_edit->document()->setModified(false);
+    }
     void SetReadOnly(bool readOnly) override { m_edit->SetReadOnly(readOnly); }
     [[nodiscard]] bool IsChanged() const override {
         return m_edit->document()->isModified() && m_edit->Text() != m_loaded;
@@ -66,12 +72,16 @@ class TextEditor : public CRecordEditor {
 class LineEditor : public CRecordEditor {
   public:
     LineEditor(const CQuillaryDoc& doc, std::size_t field, QWidget& parent)
-        : LineEditor(doc, field, *new QLineEdit(&parent)) {}
+        : LineEditor(doc, field, *new CLineEdit(&parent)) {}
     [[nodiscard]] QWidget& Widget() const override { return m_edit; }
     void Load(std::optional<std::string_view> stored) override {
         m_loaded = Display(stored);
         m_edit.setText(m_loaded);
         m_edit.home(false);  // a long text shows its beginning
+    }
+    void Follow(std::optional<std::string_view> stored) override {
+        if (m_edit.text() != Display(stored)) return Load(stored);
+        m_loaded = m_edit.text();
     }
     void SetReadOnly(bool readOnly) override { m_edit.setReadOnly(readOnly); }
     [[nodiscard]] bool IsChanged() const override { return m_edit.text() != m_loaded; }

@@ -27,6 +27,8 @@ class CRecordEditor {
     [[nodiscard]] virtual QWidget& Widget() const = 0;
     /// Shows a stored text; nullopt when the record has no entry for the field.
     virtual void Load(std::optional<std::string_view> stored) = 0;
+    /// Goes on from a stored text that was made of what the editor holds, with caret and undo where they are.
+    virtual void Follow(std::optional<std::string_view> stored) { Load(stored); }
     virtual void SetReadOnly(bool readOnly) = 0;
 
     /// Whether the user has changed what was loaded.

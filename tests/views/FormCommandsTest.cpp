@@ -353,6 +353,12 @@ TEST_F(FormCommandsTest, ReturnPasteAndSaveWorkWhereverTheFocusIs) {
         EXPECT_EQ(StoredRecord(0)[8], "7ada@example.org");
         EXPECT_FALSE(page.IsChanged());
         EXPECT_TRUE(page.Control<QWidget>(108)->hasFocus());
+        QTest::keyClick(page.Control<QWidget>(108), Qt::Key_8);
+        EXPECT_EQ(Shown(page, 108), "78ada@example.org") << "a save leaves the caret where it is";
+        QTest::keyClick(page.Control<QWidget>(108), Qt::Key_Z, Qt::ControlModifier);
+        QGuiApplication::clipboard()->setText("x\ty\r\n");
+        QTest::keyClick(page.Control<QWidget>(108), Qt::Key_V, Qt::ControlModifier);
+        EXPECT_EQ(Shown(page, 108), "7x yada@example.org") << "nothing invisible gets into one line";
         page.Control<QWidget>(kOkButton)->setFocus();
         page.Control<QWidget>(108)->setFocus();
         QTest::keyClick(page.Control<QWidget>(108), Qt::Key_Return);
