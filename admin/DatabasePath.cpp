@@ -27,6 +27,37 @@ bool IsImpossibleName(std::string_view name) {
     return name.find_first_of("/\\") != name.npos || HasControlCharacter(name);
 }
 
+std::optional<std::string> StoredDatabaseName(std::u16string_view typed, const AnsiText& page, Failure& failure) {
+    const std::string name = WideToUtf8(typed);
+    if (typed.empty()) {
+        failure.Set(Message::NameMissing);
+    } else if (IsImpossibleName(name)) {
+        failure.Set(Message::ImpossibleName, {name});
+    } else if (typed.size() > kMostNameCharacters) {
+        failure.Set(Message::NameTooLong, {name});
+    } else {
+        std::u16string unstorable;
+        auto stored = page.FromWide(typed, &unstorable);
+        if (stored) return stored;
+        failure.Set(Message::UnstorableCharacters, {"the database's name", WideToUtf8(unstorable)});
+    }
+    return std::nullopt;
+}
+
+std::u16string_view WithoutBlanksAround(std::u16string_view name) {
+    const auto first = name.find_first_not_of(u' ');
+    return first == name.npos ? std::u16string_view() : name.substr(first, name.find_last_not_of(u' ') - first + 1);
+}
+
+std::string DatabaseFolder(const StorageLocations& locations, const Settings& settings) {
+    const std::int32_t location = settings.ReadInt(kLocationNdx, 0);
+    if (location >= 1) {
+        const auto cards = locations.CardFolders();
+        if (static_cast<std::size_t>(location) <= cards.size()) return cards[static_cast<std::size_t>(location) - 1];
+    }
+    return locations.MainFolder();
+}
+
 std::optional<std::string> BuildDatabasePath(std::string_view name, const StorageLocations& locations,
                                              const Settings& settings, Failure& failure) {
     if (name.empty()) {
@@ -37,12 +68,7 @@ std::optional<std::string> BuildDatabasePath(std::string_view name, const Storag
         failure.Set(Message::ImpossibleName, {name});
         return std::nullopt;
     }
-    std::string path = locations.MainFolder();
-    const std::int32_t location = settings.ReadInt(kLocationNdx, 0);
-    if (location >= 1) {
-        const auto cards = locations.CardFolders();
-        if (static_cast<std::size_t>(location) <= cards.size()) path = cards[static_cast<std::size_t>(location) - 1];
-    }
+    std::string path = DatabaseFolder(locations, settings);
     path += name;
     if (!EndsInExtension(path)) path += ".pdb";
     return path;

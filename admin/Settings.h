@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -12,13 +13,27 @@ class Settings {
     virtual ~Settings() = default;
     [[nodiscard]] virtual std::int32_t ReadInt(std::string_view name, std::int32_t fallback) const = 0;
     [[nodiscard]] virtual std::string ReadText(std::string_view name, std::string_view fallback) const = 0;
+    struct Number {
+        std::string_view name;
+        std::int32_t value;
+    };
+    /// Keeps all of them or none. `reason` says why in the system's words when it is none.
+    virtual bool WriteInts(std::span<const Number> numbers, std::string& reason) = 0;
     /// False when the value could not be kept.
-    virtual bool WriteInt(std::string_view name, std::int32_t value) = 0;
+    bool WriteInt(std::string_view name, std::int32_t value) {
+        const Number number{name, value};
+        std::string untold;
+        return WriteInts({&number, 1}, untold);
+    }
     virtual bool WriteText(std::string_view name, std::string_view value) = 0;
 };
 
 /// Where new databases are saved: 0 = main folder, k = the k-th storage card.
 inline constexpr std::string_view kLocationNdx = "LocationNdx";
+/// How many results one query of the catalogue asks for.
+inline constexpr std::string_view kMaxRemoteResults = "MaxRemoteResults";
+inline constexpr std::int32_t kMaxRemoteResultsDefault = 25;
+
 /// Of every second row of the record list, 0x00BBGGRR; white (the default) colours none.
 inline constexpr std::string_view kAlternatingRowColor = "AlternatingRowColor";
 inline constexpr std::int32_t kNoRowColor = 0xFFFFFF;

@@ -16,6 +16,7 @@
 #include <QStyle>
 #include <QStyleOption>
 #include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cstdlib>
@@ -28,6 +29,9 @@
 #include "app/DocListView.h"
 #include "platform/FolderWatcher.h"
 #include "platform/NativePath.h"
+#include "ui/Captions.h"
+#include "ui/CommandIds.h"
+#include "ui/Icon.h"
 #include "ui/Mnemonics.h"
 #include "ui/WideText.h"
 
@@ -47,6 +51,7 @@ QString CountText(std::size_t count) {
 }
 
 constexpr int kMostFolderLetters = 50;
+constexpr int kTextCharacters = 50;  // of a page on which the button has its text beside the icon
 
 /// Shows both ends of a folder that is too long for it.
 class FolderBox : public QComboBox {
@@ -70,6 +75,7 @@ CDocListPage::CDocListPage(const Desktop& desktop, QWidget& window, Requests req
           desktop.files, [this](std::vector<DocListRow> rows) { OnFound(std::move(rows)); },
           [this](const CDocListScanner::Result& result) { OnScanned(result); }),
       m_view(new CDocListView(m_model)),
+      m_new(new QToolButton),
       m_folders(new FolderBox),
       m_other(new QPushButton(QStringLiteral("Open &Other..."))),
       m_body(new QStackedWidget),
@@ -163,9 +169,17 @@ void CDocListPage::BuildLayout() {
     folders->setBuddy(m_folders);
     folders->hide();
     m_folders->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_folders->setMinimumContentsLength(8);
+    m_folders->setMinimumContentsLength(6);
     m_folders->addItem(QStringLiteral("All Folders"));
+    m_other->setObjectName(QString::number(ID_FILE_OPEN));
     connect(m_other, &QPushButton::clicked, this, [this] { m_requests.openOther(); });
+    m_new->setIcon(Icon("new"));
+    m_new->setText(u'&' + FromWide(Caption(kCaptionNew)));
+    m_new->setFocusPolicy(Qt::StrongFocus);
+    m_new->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);  // as high as its neighbours
+    m_new->setObjectName(QString::number(ID_FILE_NEW));
+    m_new->setToolTip(FromWide(Caption(kCaptionNew)));
+    connect(m_new, &QToolButton::clicked, this, [this] { m_requests.create(); });
 
     m_emptyPage = MakeEmptyPage();
     m_body->addWidget(m_view);
@@ -179,6 +193,7 @@ void CDocListPage::BuildLayout() {
     auto* top = new QHBoxLayout;
     top->setContentsMargins(gap, gap, gap, gap);
     m_folders->setMaximumWidth(kMostFolderLetters * gap);
+    top->addWidget(m_new);
     top->addWidget(m_folders, 1000);  // on a small screen before the free space
     top->addStretch(1);
     top->setSpacing(gap);
@@ -193,7 +208,8 @@ void CDocListPage::BuildLayout() {
     column->addLayout(top);
     column->addWidget(m_body, 1);
     column->addLayout(bottom);
-    setTabOrder(m_view, m_folders);
+    setTabOrder(m_view, m_new);
+    setTabOrder(m_new, m_folders);
     setTabOrder(m_folders, m_other);
     ShowState();
 }
@@ -204,16 +220,15 @@ QWidget* CDocListPage::MakeEmptyPage() {
     if (example.contains(QRegularExpression(QStringLiteral("[^A-Za-z0-9_./-]")))) {
         example = u'\'' + example.replace(QStringLiteral("'"), QStringLiteral("'\\''")) + u'\'';
     }
-    enum class Look { Heading, Text, Command };
+    enum class Look { Heading, Text, Command, Button };
     const struct {
         Look look;
         QString text;
     } kLines[] = {
         {Look::Heading, QStringLiteral("No databases yet")},
         {Look::Text, QStringLiteral("The databases in %1 and on storage cards show here.").arg(folder)},
-        {Look::Text, QStringLiteral("To make one, type in a terminal:")},
-        {Look::Command, QStringLiteral("qly new %1 --name Things --field Name:text --field Since:date").arg(example)},
-        {Look::Text, QStringLiteral("Or make one of a table:")},
+        {Look::Button, {}},
+        {Look::Text, QStringLiteral("To make one of a table, type in a terminal:")},
         {Look::Command, QStringLiteral("qly import table.csv %1").arg(example)},
         {Look::Text, QStringLiteral("A database that you have downloaded: put it into that folder, or open it where it "
                                     "is with Open Other...")},
@@ -226,6 +241,14 @@ QWidget* CDocListPage::MakeEmptyPage() {
     lines->addStretch(1);
     const int gap = fontMetrics().height();
     for (const auto& line : kLines) {
+        if (line.look == Look::Button) {
+            auto* create = new QPushButton(QStringLiteral("New &Database..."));
+            connect(create, &QPushButton::clicked, this, [this] { m_requests.create(); });
+            lines->addSpacing(gap / 2);
+            lines->addWidget(create, 0, Qt::AlignLeft);
+            page->setFocusProxy(create);
+            continue;
+        }
         auto* label = new QLabel(line.text);
         label->setTextFormat(Qt::PlainText);
         label->setWordWrap(true);
@@ -260,6 +283,8 @@ void CDocListPage::FitColumns() { m_view->FitColumns(); }
 
 void CDocListPage::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    const bool isWide = width() >= kTextCharacters * fontMetrics().averageCharWidth();
+    m_new->setToolButtonStyle(isWide ? Qt::ToolButtonTextBesideIcon : Qt::ToolButtonIconOnly);
     m_requests.resized();
 }
 

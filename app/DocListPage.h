@@ -19,6 +19,7 @@ class QMenu;
 class QPushButton;
 class QStackedWidget;
 class QTimer;
+class QToolButton;
 
 namespace quillary {
 
@@ -30,6 +31,7 @@ class CDocListPage : public QWidget {
     struct Requests {
         std::function<void(const Path&)> open;
         std::function<void()> openOther;  // a file that the list does not show
+        std::function<void()> create;     // a new database
         std::function<void()> changed;    // the set of databases may be another
         std::function<void()> resized;
         std::function<void()> shown;
@@ -81,6 +83,7 @@ class CDocListPage : public QWidget {
     QString m_notice;
 
     CDocListView* m_view;
+    QToolButton* m_new;
     QComboBox* m_folders;
     QPushButton* m_other;
     QStackedWidget* m_body;

@@ -27,7 +27,8 @@ void CMyDocListTemplate::ShowDocList(const Path& select) {
             FilterPass();
         };
         m_page = std::make_unique<CDocListPage>(
-            m_desktop, m_frame, CDocListPage::Requests{m_requests.open, m_requests.openOther, changed, pass, pass});
+            m_desktop, m_frame,
+            CDocListPage::Requests{m_requests.open, m_requests.openOther, m_requests.create, changed, pass, pass});
     }
     if (!select.empty()) m_page->SelectNext(select);
     m_frame.ShowDocList(*m_page);

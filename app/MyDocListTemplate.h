@@ -17,6 +17,7 @@ class CMyDocListTemplate {
     struct Requests {
         std::function<void(const Path&)> open;
         std::function<void()> openOther;
+        std::function<void()> create;  // a new database
     };
     CMyDocListTemplate(CMainFrame& frame, const Desktop& desktop, Requests requests);
     ~CMyDocListTemplate();

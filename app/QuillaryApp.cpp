@@ -6,7 +6,10 @@
 #include <QTimer>
 #include <system_error>
 
+#include "admin/FieldDefinitionsDlg.h"
+#include "admin/PreferencesDlg.h"
 #include "admin/Settings.h"
+#include "app/CreateDatabase.h"
 #include "app/RecoveryCopy.h"
 #include "app/Splash.h"
 #include "app/WindowQuestions.h"
@@ -33,7 +36,10 @@ constexpr int kSettlingMilliseconds = 100;
 
 std::span<const CommandEntry<CQuillaryApp>> CQuillaryApp::Commands() {
     static constexpr CommandEntry<CQuillaryApp> kCommands[] = {
+        {ID_FILE_NEW, &CQuillaryApp::OnFileNew},
         {ID_FILE_OPEN, &CQuillaryApp::OnFileOpen},
+        {ID_APP_PREFERENCES, &CQuillaryApp::OnPreferences},
+        {ID_DATABASE_PREFERENCES, &CQuillaryApp::OnPreferences},
         {ID_APP_ABOUT, &CQuillaryApp::OnAbout},
     };
     return kCommands;
@@ -70,7 +76,8 @@ void CQuillaryApp::InitInstance(const Path& path) {
     ReadProfile();
     m_template = std::make_unique<CMyDocListTemplate>(
         m_frame, m_desktop,
-        CMyDocListTemplate::Requests{[this](const Path& path) { OpenDocumentFile(path); }, [this] { OpenOther(); }});
+        CMyDocListTemplate::Requests{[this](const Path& path) { OpenDocumentFile(path); }, [this] { OpenOther(); },
+                                     [this] { m_frame.Dispatch(ID_FILE_NEW); }});
     LogStep(QStringLiteral("document list template"));
     m_frame.KeepGeometry(m_desktop.windowSettings);
     LogStep(path.empty() ? QStringLiteral("shell command: nothing") : QStringLiteral("shell command: open file"));
@@ -250,6 +257,18 @@ void CQuillaryApp::CloseDocument() {
     m_session.reset();
 }
 
+// While a database is open, the document takes the command: a new record.
+void CQuillaryApp::OnFileNew() {
+    const auto defineFields = [this] { return RunFieldDefinitions({}, AnsiText::Windows1252(), m_frame); };
+    const auto path = CreateDatabase({m_desktop.files, m_desktop.locations, m_desktop.settings}, m_frame, defineFields);
+    if (path) {
+        CMyDocListTemplate::SetRefreshFlag();
+        OpenDocumentFile(*path);
+    } else {
+        ShowDocList();
+    }
+}
+
 void CQuillaryApp::OnFileOpen() {
     if (!m_session) {
         OpenOther();
@@ -270,6 +289,13 @@ void CQuillaryApp::OpenOther() {
         if (chooser.exec() != QDialog::Accepted) return;
     }
     OpenDocumentFile(ToPath(chooser.selectedFiles().first()));
+}
+
+void CQuillaryApp::OnPreferences() {
+    CPreferencesDlg dialog(m_desktop.settings, m_desktop.locations, m_frame);
+    if (dialog.exec() != QDialog::Accepted) return;
+    m_alternatingRowColor = dialog.Values().rowColor;
+    if (m_view) m_view->SetRowColor(RowColor(m_alternatingRowColor));
 }
 
 void CQuillaryApp::OnAbout() { CAboutDlg(m_frame).exec(); }

@@ -52,8 +52,10 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
     [[nodiscard]] static std::span<const CommandEntry<CQuillaryApp>> Commands();
 
   private:
+    void OnFileNew();
     void OnFileOpen();
     void OpenOther();
+    void OnPreferences();
     void OnAbout();
     /// `mayAsk`: whether the user decides about a copy that an interrupted save has left.
     [[nodiscard]] std::unique_ptr<CQuillaryDoc> Read(const Path& path, OpenMode mode, Questions& questions,

@@ -72,6 +72,7 @@ class Locations : public StorageLocations {
     explicit Locations(const Path& main) : m_main(main.string() + '/') {}
     std::string MainFolder() const override { return m_main; }
     std::vector<std::string> CardFolders() const override { return {}; }
+    std::vector<std::string> FoldersIn(const std::string& /*folder*/) const override { return {}; }
 
   private:
     std::string m_main;

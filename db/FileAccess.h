@@ -91,6 +91,8 @@ class FileAccess {
         error = {FileError::Kind::Other, "Operation not supported"};
         return false;
     }
+    /// Makes the folder and those above it; one that is there is no error. A disk without folders has nothing to make.
+    [[nodiscard]] virtual bool MakeFolder(const Path& /*folder*/, FileError& /*error*/) { return true; }
     /// True when the path names something that can be opened for reading.
     [[nodiscard]] virtual bool CanRead(const Path& path) = 0;
     /// True when both the file and its folder can be written.

@@ -59,6 +59,7 @@ constexpr Row kMessages[] = {
      "first, then rename it."},
     {Message::ForeignRecords,
      "Of the records in this file, %s would not come back when it is written, being of other programs or kinds."},
+    {Message::FolderNotMade, "The folder %s could not be made (%s)."},
     {Message::NoColumns, "Please define at least one column."},
     {Message::BlankFieldName, "The blank field must have a name."},
     {Message::TooManyFields, "A database has at most 20 fields."},
@@ -76,12 +77,15 @@ constexpr Row kMessages[] = {
     {Message::TextsOverlap,
      "The texts of this record lie in each other, and apart they would be too large. The record was not changed."},
     {Message::NameMissing, "You must provide a database name before continuing."},
+    {Message::NameTooLong, "The database's name \"%s\" is longer than 28 characters."},
     {Message::ImpossibleName, "\"%s\" cannot be the name of a database file."},
     {Message::NotANumber, "\"%s\" is no number."},
     {Message::NotADate, "\"%s\" is no date."},
     {Message::NotATime, "\"%s\" is no time."},
     {Message::NotACheckBox, "\"%s\" is neither true nor false."},
     {Message::NotAListItem, "\"%s\" is no item of the list."},
+    {Message::ResultsOutOfRange, "Enter an integer between 1 and 100."},
+    {Message::PreferencesNotStored, "The preferences could not be stored (%s)."},
 };
 static_assert(std::size(kMessages) == static_cast<std::size_t>(Message::Count));
 

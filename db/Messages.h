@@ -45,6 +45,7 @@ enum class Message {
     NotRenamed,  // %s: the system's reason
     RecoveryCopyKeepsName,
     ForeignRecords,  // %s: number
+    FolderNotMade,   // %s: its path, %s: the system's reason
     // Field definitions
     NoColumns,
     BlankFieldName,
@@ -62,12 +63,16 @@ enum class Message {
     OutOfOrder,            // %s: field
     TextsOverlap,
     NameMissing,
+    NameTooLong,     // %s: the name
     ImpossibleName,  // %s: the name
     NotANumber,      // %s: text
     NotADate,
     NotATime,
     NotACheckBox,
     NotAListItem,
+    // Preferences
+    ResultsOutOfRange,
+    PreferencesNotStored,  // %s: the system's reason
     Count
 };
 
@@ -80,12 +85,15 @@ enum class Message {
 /// Why an operation did not do what was asked: what callers branch on, and what the user reads (UTF-8).
 struct Failure {
     Message message = Message::None;
-    std::string text;
+    std::string text = {};
+    std::string reason = {};  // the system's, where the text does not give it
 
     void Set(Message which, std::initializer_list<std::string_view> arguments = {}) {
         message = which;
         text = FormatMessage(which, arguments);
+        reason.clear();
     }
+    [[nodiscard]] std::string WithReason() const { return reason.empty() ? text : text + " (" + reason + ")"; }
 };
 
 }  // namespace quillary

@@ -351,7 +351,12 @@ bool CreateDatabaseFile(FileAccess& files, const Path& path, const Image& image,
     }
     std::shared_ptr<LockedFile> file = files.Create(path, error);
     if (!file) {
-        failure.Set(error.kind == FileError::Kind::Exists ? Message::NameExists : Message::UnableToOpenForWriting);
+        if (error.kind == FileError::Kind::Exists) {
+            failure.Set(Message::NameExists);
+        } else {
+            failure.Set(Message::UnableToOpenForWriting);
+            failure.reason = error.reason;
+        }
         (void)files.Remove(recoveryPath, ignored);
         return false;
     }

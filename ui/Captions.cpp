@@ -13,10 +13,8 @@ struct Row {
 };
 
 constexpr Row kCaptions[] = {
-    {kCaptionTools, u"Tools"},
-    {kCaptionProgram, u"Quillary"},
-    {kCaptionDatabase, u"Database"},
-    {kCaptionRecord, u"Record"},
+    {kCaptionTools, u"Tools"},   {kCaptionProgram, u"Quillary"}, {kCaptionDatabase, u"Database"},
+    {kCaptionRecord, u"Record"}, {kCaptionNew, u"New"},
 };
 
 }  // namespace

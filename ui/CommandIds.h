@@ -5,6 +5,7 @@ namespace quillary {
 
 // The view's
 inline constexpr int ID_DATABASE_OPTIONS = 32772;  // "Options..."
+inline constexpr int ID_DATABASE_PREFERENCES = 32777;
 inline constexpr int ID_DATABASE_INFO = 32778;
 inline constexpr int ID_DATABASE_CHANGE_PASSWORD = 32779;
 inline constexpr int ID_DATABASE_FIELDS = 32780;  // "Field Definitions..."
@@ -38,6 +39,9 @@ inline constexpr int ID_ITEM_DELETE = 32805;
 inline constexpr int ID_ITEM_UP = 32806;
 inline constexpr int ID_ITEM_DOWN = 32810;
 inline constexpr int ID_ITEM_RENAME = 32814;
+
+// The application's
+inline constexpr int ID_APP_PREFERENCES = ID_DATABASE_OPTIONS;  // while no database is open
 
 // The framework's
 inline constexpr int ID_FILE_NEW = 57600;

@@ -18,12 +18,15 @@ enum class ControlKind {
     TextEdit,      // QLineEdit, its label above it
     Hyperlink,     // CHyperlinkLabel, opens the dialog's help topic
     PasswordEdit,  // QLineEdit that hides what is typed, its label above it
+    Number,        // QLineEdit with a CSpinEdit around it, its label above it
+    Color,         // CColorButton, its label above it
 };
 
 struct ControlInfo {
     int id;  // the number by which Control<>() finds the widget; 0 for a text that never changes
     ControlKind kind;
     std::u16string_view label;  // what a person reads, and what a screen reader says
+    int spinId = 0;             // the spin control's number, of a Number
 };
 
 enum class Buttons { OkCancel, Ok };

@@ -9,6 +9,7 @@ inline constexpr std::string_view kTopicContents = "Contents";
 inline constexpr std::string_view kTopicAbout = "About";
 inline constexpr std::string_view kTopicChangePassword = "Change_Password";
 inline constexpr std::string_view kTopicDatabaseInfo = "Database_Info";
+inline constexpr std::string_view kTopicCreateDatabase = "Create_Database";
 inline constexpr std::string_view kTopicDatabaseOptions = "Database_Options";
 inline constexpr std::string_view kTopicDocumentList = "Document_List";
 inline constexpr std::string_view kTopicEditRecord = "Edit_Record";
@@ -26,15 +27,36 @@ inline constexpr std::string_view kTopicFieldTypePhone = "Datatype_Details_Phone
 inline constexpr std::string_view kTopicFieldTypeEMail = "Datatype_Details_EMail";
 inline constexpr std::string_view kTopicFieldTypeUrl = "Datatype_Details_URL";
 inline constexpr std::string_view kTopicFindRecord = "Find_Record";
+inline constexpr std::string_view kTopicPath = "Path";
+inline constexpr std::string_view kTopicPreferences = "Quillary_Preferences";
 inline constexpr std::string_view kTopicRecordList = "Record_List";
 
 inline constexpr std::string_view kAllTopics[] = {
-    kTopicContents,        kTopicAbout,           kTopicChangePassword,    kTopicDatabaseInfo,
-    kTopicDatabaseOptions, kTopicDocumentList,    kTopicEditRecord,        kTopicEnterLockPassword,
-    kTopicEnterPassword,   kTopicFindRecord,      kTopicRecordList,        kTopicFieldDefinitions,
-    kTopicFieldTypeText,   kTopicFieldTypeNumber, kTopicFieldTypeSequence, kTopicFieldTypeCheckbox,
-    kTopicFieldTypeDate,   kTopicFieldTypeTime,   kTopicFieldTypeList,     kTopicFieldTypePhone,
-    kTopicFieldTypeEMail,  kTopicFieldTypeUrl,
+    kTopicContents,
+    kTopicAbout,
+    kTopicChangePassword,
+    kTopicCreateDatabase,
+    kTopicDatabaseInfo,
+    kTopicDatabaseOptions,
+    kTopicDocumentList,
+    kTopicEditRecord,
+    kTopicEnterLockPassword,
+    kTopicEnterPassword,
+    kTopicFieldDefinitions,
+    kTopicFieldTypeText,
+    kTopicFieldTypeNumber,
+    kTopicFieldTypeSequence,
+    kTopicFieldTypeCheckbox,
+    kTopicFieldTypeDate,
+    kTopicFieldTypeTime,
+    kTopicFieldTypeList,
+    kTopicFieldTypePhone,
+    kTopicFieldTypeEMail,
+    kTopicFieldTypeUrl,
+    kTopicFindRecord,
+    kTopicPath,
+    kTopicPreferences,
+    kTopicRecordList,
 };
 
 }  // namespace quillary

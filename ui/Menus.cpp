@@ -11,12 +11,14 @@ namespace {
 
 constexpr MenuItem kToolsWithoutDatabase[] = {
     {ID_APP_ABOUT, u"About Quillary..."},
+    {ID_APP_PREFERENCES, u"Preferences..."},
 };
 constexpr Popup kPopupsWithoutDatabase[] = {
     {kCaptionTools, kToolsWithoutDatabase},
 };
 
 constexpr MenuItem kDatabase[] = {
+    {ID_DATABASE_PREFERENCES, u"Preferences..."},
     {ID_DATABASE_INFO, u"Info..."},
     {ID_DATABASE_CHANGE_PASSWORD, u"Change Password..."},
     {},

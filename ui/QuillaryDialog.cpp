@@ -17,11 +17,13 @@
 #include <utility>
 
 #include "platform/InputPanel.h"
+#include "ui/ColorButton.h"
 #include "ui/FrameWindow.h"
 #include "ui/HyperlinkLabel.h"
 #include "ui/MessageBox.h"
 #include "ui/Mnemonics.h"
 #include "ui/OpenDialog.h"
+#include "ui/SpinEdit.h"
 #include "ui/TitleHeader.h"
 #include "ui/WideText.h"
 
@@ -30,6 +32,19 @@ namespace quillary {
 namespace {
 
 constexpr int kColumnCharacters = 80;  // a wider text is tiring to read
+
+constexpr bool HasLabelAbove(ControlKind kind) {
+    switch (kind) {
+        case ControlKind::ComboBox:
+        case ControlKind::TextEdit:
+        case ControlKind::PasswordEdit:
+        case ControlKind::Number:
+        case ControlKind::Color:
+            return true;
+        default:
+            return false;
+    }
+}
 
 }  // namespace
 
@@ -141,6 +156,7 @@ void CQuillaryDialog::AddHeader(QVBoxLayout& column) {
 
 void CQuillaryDialog::AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel) {
     QWidget* widget = nullptr;
+    CSpinEdit* spin = nullptr;
     Qt::Alignment place;  // across the column
     switch (control.kind) {
         case ControlKind::Text: {
@@ -157,9 +173,13 @@ void CQuillaryDialog::AddControl(QVBoxLayout& column, const ControlInfo& control
             widget = new QCheckBox(markedLabel);
             place = Qt::AlignLeft;
             break;
-        case ControlKind::ComboBox:
-            widget = new QComboBox;
+        case ControlKind::ComboBox: {
+            auto* box = new QComboBox;
+            // As wide as the column, whatever its entries.
+            box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+            widget = box;
             break;
+        }
         case ControlKind::TextEdit:
         case ControlKind::PasswordEdit: {
             auto* edit = new QLineEdit;
@@ -167,15 +187,26 @@ void CQuillaryDialog::AddControl(QVBoxLayout& column, const ControlInfo& control
             widget = edit;
             break;
         }
+        case ControlKind::Number:
+            spin = new CSpinEdit;
+            spin->setObjectName(QString::number(control.spinId));
+            widget = spin;
+            place = Qt::AlignLeft;
+            break;
+        case ControlKind::Color:
+            widget = new CColorButton(FromWide(control.label));
+            place = Qt::AlignLeft;
+            break;
     }
-    if (control.kind == ControlKind::ComboBox || dynamic_cast<QLineEdit*>(widget)) {
+    if (HasLabelAbove(control.kind)) {
         auto* label = new QLabel(markedLabel);
         label->setWordWrap(true);
         label->setBuddy(widget);
         column.addWidget(label);
     }
-    if (control.id != 0) widget->setObjectName(QString::number(control.id));
-    widget->setAccessibleName(FromWide(control.label));
+    QWidget* named = spin ? &spin->Edit() : widget;
+    if (control.id != 0) named->setObjectName(QString::number(control.id));
+    for (QWidget* part : {named, widget}) part->setAccessibleName(FromWide(control.label));
     column.addWidget(widget, 0, place);
 }
 

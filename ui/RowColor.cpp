@@ -21,6 +21,8 @@ std::optional<QColor> RowColor(std::int32_t preference) {
     return QColor(color & 0xFF, color >> 8 & 0xFF, color >> 16);
 }
 
+std::int32_t RowColorPreference(const QColor& color) { return color.blue() << 16 | color.green() << 8 | color.red(); }
+
 QColor TextColorOn(const QColor& background) {
     const double luminance =
         0.2126 * Linear(background.redF()) + 0.7152 * Linear(background.greenF()) + 0.0722 * Linear(background.blueF());

@@ -28,4 +28,25 @@ namespace quillary {
     return text;
 }
 
+/// A path for places of several lines: it can go on in a new line behind a separator, and in a long name anywhere.
+[[nodiscard]] inline QString Breakable(const QString& path) {
+    constexpr int kLongName = 12;
+    QString out;
+    int unbroken = 0;
+    for (const QChar c : path) {
+        const bool isInside = c.isLowSurrogate() || c.category() == QChar::Mark_NonSpacing;
+        if (unbroken >= kLongName && !isInside) {
+            out += QChar(0x200B);
+            unbroken = 0;
+        }
+        out += c;
+        ++unbroken;
+        if (c == u'/') {
+            out += QChar(0x200B);
+            unbroken = 0;
+        }
+    }
+    return out;
+}
+
 }  // namespace quillary

@@ -36,17 +36,12 @@ QString FreeName(const Path& path) {
 bool SaveAs(CQuillaryDoc& doc, const Path& path, Failure& failure) {
     const std::string name = DatabaseNameFor(path);
     const auto wide = Utf8ToWide(name);
-    if (!wide || IsImpossibleName(name)) {
+    if (!wide) {
         failure.Set(Message::ImpossibleName, {name});
         return false;
     }
-    std::u16string unstorable;
-    const auto stored = doc.Page().FromWide(*wide, &unstorable);
-    if (!stored) {
-        failure.Set(Message::UnstorableCharacters, {"the database's name", WideToUtf8(unstorable)});
-        return false;
-    }
-    return doc.SaveDatabaseAs(path, *stored, failure);
+    const auto stored = StoredDatabaseName(*wide, doc.Page(), failure);
+    return stored && doc.SaveDatabaseAs(path, *stored, failure);
 }
 
 }  // namespace
@@ -137,7 +132,7 @@ bool CDocumentSession::SaveElsewhere() {
             m_host.DocumentMoved();
             return true;
         }
-        ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+        ShowMessage(m_frame.Window(), FromUtf8(failure.WithReason()));
     }
     return false;
 }

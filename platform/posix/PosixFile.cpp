@@ -200,11 +200,20 @@ bool FlushFolder(const Path& folder, FileError& error) {
     return errno == EINVAL || errno == EROFS;  // file systems that cannot flush a folder on its own
 }
 
-bool MakePrivateFolder(const Path& folder, FileError& error) {
-    struct stat status {};
-    if (stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return true;
-    if (folder.has_relative_path() && !MakePrivateFolder(folder.parent_path(), error)) return false;
-    if (mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST) return Fail(error);
+bool MakeFolders(const Path& folder, unsigned mode, FileError& error) {
+    const auto isThere = [&folder] {
+        struct stat status {};
+        return stat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    };
+    if (isThere()) return true;
+    if (folder.has_relative_path() && !MakeFolders(folder.parent_path(), mode, error)) return false;
+    if (mkdir(folder.c_str(), mode) != 0) {
+        if (errno != EEXIST) return Fail(error);
+        if (!isThere()) {  // else another program was faster, or this is the name with a separator behind it
+            error = SystemError(ENOTDIR);
+            return false;
+        }
+    }
     return FlushFolder(folder.parent_path(), error);
 }
 

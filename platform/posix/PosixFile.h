@@ -54,8 +54,10 @@ inline constexpr std::chrono::milliseconds kLockWait{5000};
 
 /// Flushes the names in a folder to the disk.
 [[nodiscard]] bool FlushFolder(const Path& folder, FileError& error);
-/// Makes the folder and those above it, for the user alone, known to the disk.
-[[nodiscard]] bool MakePrivateFolder(const Path& folder, FileError& error);
+inline constexpr unsigned kPrivateFolder = 0700;
+inline constexpr unsigned kSharedFolder = 0777;  // less the user's umask
+/// Makes the folder and those above it, known to the disk.
+[[nodiscard]] bool MakeFolders(const Path& folder, unsigned mode, FileError& error);
 /// Replaces the file by the pieces one after the other, through a second file that takes its name when its bytes are on
 /// the disk. Follows no link. The second file is called `path` + `suffix`: no other writer may use that name meanwhile,
 /// and one that a stopped program left under it is removed.

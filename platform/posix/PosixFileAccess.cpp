@@ -209,6 +209,10 @@ bool PosixFileAccess::Rename(const Path& from, const Path& to, FileError& error)
     return FlushFolder(to.parent_path(), error);
 }
 
+bool PosixFileAccess::MakeFolder(const Path& folder, FileError& error) {
+    return MakeFolders(folder, kSharedFolder, error);
+}
+
 bool PosixFileAccess::CanRead(const Path& path) { return faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0; }
 
 bool PosixFileAccess::CanWrite(const Path& path) {
@@ -257,7 +261,7 @@ bool PosixFileAccess::WriteRecovery(const Path& recoveryPath, std::string_view h
         error = {FileError::Kind::NotFound, "You have no home folder"};
         return false;
     }
-    return MakePrivateFolder(recoveryPath.parent_path(), error) &&
+    return MakeFolders(recoveryPath.parent_path(), kPrivateFolder, error) &&
            ReplaceFile(recoveryPath, kUnfinished, {head, body}, kPrivateFileMode, error, m_observer);
 }
 

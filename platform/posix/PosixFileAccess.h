@@ -20,6 +20,7 @@ class PosixFileAccess : public FileAccess {
     std::unique_ptr<LockedFile> CreateLike(const Path& path, const Path& original, FileError& error) override;
     bool Remove(const Path& path, FileError& error) override;
     bool Rename(const Path& from, const Path& to, FileError& error) override;
+    bool MakeFolder(const Path& folder, FileError& error) override;
     bool CanRead(const Path& path) override;
     bool CanWrite(const Path& path) override;
     bool StampOf(const Path& path, FileStamp& stamp) override;

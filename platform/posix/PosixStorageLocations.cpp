@@ -1,7 +1,12 @@
 #include "platform/posix/PosixStorageLocations.h"
 
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <fstream>
+#include <memory>
 #include <sstream>
 
 namespace quillary {
@@ -75,6 +80,21 @@ std::vector<std::string> PosixStorageLocations::CardFolders() const {
     std::sort(folders.begin(), folders.end());
     folders.erase(std::unique(folders.begin(), folders.end()), folders.end());
     return folders;
+}
+
+std::vector<std::string> PosixStorageLocations::FoldersIn(const std::string& folder) const {
+    std::vector<std::string> names;
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.c_str()), closedir);
+    struct stat own {};
+    if (!entries || fstat(dirfd(entries.get()), &own) != 0) return names;
+    while (const dirent* entry = readdir(entries.get())) {
+        struct stat status {};
+        if (entry->d_name[0] == '.' || (entry->d_type != DT_DIR && entry->d_type != DT_UNKNOWN)) continue;
+        if (fstatat(dirfd(entries.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) != 0) continue;
+        if (S_ISDIR(status.st_mode) && status.st_dev == own.st_dev) names.emplace_back(entry->d_name);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
 }
 
 }  // namespace quillary

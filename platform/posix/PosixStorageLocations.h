@@ -14,6 +14,8 @@ class PosixStorageLocations : public StorageLocations {
     std::string MainFolder() const override;
     /// Asked anew at every call; sorted by path.
     std::vector<std::string> CardFolders() const override;
+    /// Sorted by name. Neither links nor hidden folders, nor those that another file system is mounted on.
+    std::vector<std::string> FoldersIn(const std::string& folder) const override;
 
   private:
     Path m_mounts;

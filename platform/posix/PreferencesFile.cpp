@@ -89,13 +89,16 @@ std::optional<std::string> Unescaped(std::string_view text) {
 }
 
 // nullopt when there is a file that cannot be read: nothing is written in its place.
-std::optional<std::vector<std::string>> LinesOf(const Path& path) {
+std::optional<std::vector<std::string>> LinesOf(const Path& path, FileError& error) {
     const PosixFile file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     std::vector<std::string> lines;
-    if (!file && errno == ENOENT) return lines;
+    if (!file) {
+        if (errno == ENOENT) return lines;
+        Fail(error);
+        return std::nullopt;
+    }
     Image image;
-    FileError none;
-    if (!file || !file.Read(kMaxFileSize, image, none)) return std::nullopt;
+    if (!file.Read(kMaxFileSize, image, error)) return std::nullopt;
     for (std::string_view rest = image.Bytes(); !rest.empty();) {
         const auto end = rest.find('\n');
         lines.emplace_back(rest.substr(0, end));
@@ -145,7 +148,8 @@ Path PreferencesFile::DefaultPath() {
 }
 
 std::optional<std::string> PreferencesFile::Value(std::string_view name) const {
-    const auto lines = LinesOf(m_path).value_or(std::vector<std::string>());
+    FileError none;
+    const auto lines = LinesOf(m_path, none).value_or(std::vector<std::string>());
     const Place place = Find(lines, m_group, name);
     if (!place.entry) return std::nullopt;
     const std::string_view line = lines[*place.entry];
@@ -165,25 +169,40 @@ std::string PreferencesFile::ReadText(std::string_view name, std::string_view fa
     return Value(name).value_or(std::string(fallback));
 }
 
-bool PreferencesFile::WriteInt(std::string_view name, std::int32_t value) { return Store(name, std::to_string(value)); }
+bool PreferencesFile::WriteInts(std::span<const Number> numbers, std::string& reason) {
+    std::vector<Entry> entries;
+    for (const Number& number : numbers) entries.push_back({number.name, std::to_string(number.value)});
+    FileError error;
+    const bool stored = Store(entries, error);
+    reason = error.reason;
+    return stored;
+}
 
-bool PreferencesFile::WriteText(std::string_view name, std::string_view value) { return Store(name, Escaped(value)); }
+bool PreferencesFile::WriteText(std::string_view name, std::string_view value) {
+    const Entry entry{name, Escaped(value)};
+    FileError untold;
+    return Store({&entry, 1}, untold);
+}
 
-bool PreferencesFile::Store(std::string_view name, const std::string& value) {
-    if (m_path.empty()) return false;
+bool PreferencesFile::Store(std::span<const Entry> entries, FileError& error) {
+    if (m_path.empty()) {
+        error = {FileError::Kind::NotFound, "You have no home folder"};
+        return false;
+    }
     // A link to a file kept elsewhere stays one.
     std::error_code failed;
     Path target = std::filesystem::weakly_canonical(m_path, failed);
     if (failed) target = m_path;
-    FileError error;
-    if (!MakePrivateFolder(target.parent_path(), error)) return false;
+    if (!MakeFolders(target.parent_path(), kPrivateFolder, error)) return false;
     // From reading to replacing, so that two programs that set different values lose neither. The folder's lock, as the
     // file is another one afterwards.
     const PosixFile folder(open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (folder && !LockOpenFile(folder, LockKind::Exclusive, kLockWait, error)) return false;
-    auto lines = LinesOf(target);
+    auto lines = LinesOf(target, error);
     if (!lines) return false;
-    SetLine(*lines, m_group, name, std::string(name) + '=' + value);
+    for (const Entry& entry : entries) {
+        SetLine(*lines, m_group, entry.name, std::string(entry.name) + '=' + entry.value);
+    }
     std::string text;
     for (const std::string& each : *lines) text.append(each).append("\n");
 

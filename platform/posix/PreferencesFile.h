@@ -3,6 +3,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 
 #include "admin/Settings.h"
 #include "platform/posix/XdgFolders.h"
@@ -23,12 +24,16 @@ class PreferencesFile : public Settings {
     std::string ReadText(std::string_view name, std::string_view fallback) const override;
     // The rest of the file stays as it is, other programs' values included. A stop at any point leaves the old or the
     // new file whole.
-    bool WriteInt(std::string_view name, std::int32_t value) override;
+    bool WriteInts(std::span<const Number> numbers, std::string& reason) override;
     bool WriteText(std::string_view name, std::string_view value) override;
 
   private:
     [[nodiscard]] std::optional<std::string> Value(std::string_view name) const;
-    bool Store(std::string_view name, const std::string& value);
+    struct Entry {
+        std::string_view name;
+        std::string value;  // as it stands in the file
+    };
+    [[nodiscard]] bool Store(std::span<const Entry> entries, FileError& error);
 
     Path m_path;
     std::string m_group;  // its line

@@ -2,24 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/fakes/TestLocations.h"
+#include "tests/fakes/TestSettings.h"
+
 namespace quillary {
 namespace {
-
-struct Handheld : StorageLocations {
-    std::vector<std::string> cards;
-    std::string MainFolder() const override { return "\\My Documents\\"; }
-    std::vector<std::string> CardFolders() const override { return cards; }
-};
-
-struct OneSetting : Settings {
-    std::int32_t location = 0;
-    std::int32_t ReadInt(std::string_view name, std::int32_t fallback) const override {
-        return name == kLocationNdx ? location : fallback;
-    }
-    std::string ReadText(std::string_view, std::string_view fallback) const override { return std::string(fallback); }
-    bool WriteInt(std::string_view, std::int32_t) override { return false; }
-    bool WriteText(std::string_view, std::string_view) override { return false; }
-};
 
 TEST(DatabasePath, NamesAndLocations) {
     struct Case {
@@ -39,16 +26,15 @@ TEST(DatabasePath, NamesAndLocations) {
         {"b", 0, -1, "\\My Documents\\b.pdb"},
     };
     for (const auto& c : kCases) {
-        Handheld locations;
-        for (int k = 1; k <= c.cards; ++k) locations.cards.push_back("\\Card " + std::to_string(k) + "\\");
-        OneSetting settings;
-        settings.location = c.location;
+        const TestLocations locations = Handheld(c.cards);
+        TestSettings settings;
+        settings.numbers["LocationNdx"] = c.location;
         Failure failure;
         EXPECT_EQ(c.path, BuildDatabasePath(c.name, locations, settings, failure));
     }
     for (const char* impossible : {"", ".", "..", "a/b", "..\\x", "a\nb", "a\xC2\x85"}) {
         Failure failure;
-        EXPECT_FALSE(BuildDatabasePath(impossible, Handheld(), OneSetting(), failure)) << impossible;
+        EXPECT_FALSE(BuildDatabasePath(impossible, Handheld(0), TestSettings(), failure)) << impossible;
         EXPECT_FALSE(failure.text.empty());
     }
 }

@@ -92,6 +92,19 @@ TEST_F(PosixFiles, RightsDecideWhatCanBeReadAndWritten) {
     for (const char* folder : {"closed", "state"}) chmod((m_folder / folder).c_str(), 0755);
 }
 
+TEST_F(PosixFiles, AFolderIsMadeWithThoseAboveItAndForOthersToRead) {
+    FileError error;
+    const mode_t before = umask(022);
+    for (int time = 0; time < 2; ++time) EXPECT_TRUE(m_files.MakeFolder(m_folder / "new/Documents/", error));
+    umask(before);
+    EXPECT_EQ(std::filesystem::status(m_folder / "new/Documents").permissions(), std::filesystem::perms(0755));
+    m_folder.Write("file", "");
+    for (const char* inTheWay : {"file", "file/Documents/"}) {
+        EXPECT_FALSE(m_files.MakeFolder(m_folder / inTheWay, error));
+        EXPECT_EQ(error.reason, "Not a directory");
+    }
+}
+
 TEST_F(PosixFiles, AHugeFileIsRefusedUnread) {
     const Path path = m_folder.Write("huge", "x");
     FileError error;

@@ -97,6 +97,12 @@ TEST(PreferencesFile, MakesItsFolderAndSaysWhenItCannot) {
     EXPECT_EQ(FileBytes(folder / "large"), large);
     EXPECT_FALSE(PreferencesFile(folder / "file/Quillary.conf").WriteInt("MaxRemoteResults", 50));
     EXPECT_FALSE(PreferencesFile(Path{}).WriteInt("MaxRemoteResults", 50));
+    std::string reason;
+    const Settings::Number numbers[] = {{"MaxRemoteResults", 1}, {"LocationNdx", 2}};
+    EXPECT_FALSE(PreferencesFile(folder / "file/Quillary.conf").WriteInts(numbers, reason));
+    EXPECT_EQ(reason, "Not a directory");
+    ASSERT_TRUE(settings.WriteInts(numbers, reason));
+    EXPECT_EQ(FileBytes(folder / "config/Telvane/Quillary.conf"), "[Preferences]\nMaxRemoteResults=1\nLocationNdx=2\n");
 }
 
 TEST(PreferencesFile, TwoProgramsLoseNoneOfTheirValues) {

@@ -70,5 +70,14 @@ TEST(UserFolders, CardsAreTheVolumesBelowTheMediaFolders) {
     EXPECT_TRUE(PosixStorageLocations(folder / "absent").CardFolders().empty());
 }
 
+TEST(UserFolders, FoldersToChooseFrom) {
+    const TestFolder folder;
+    for (const char* file : {"b/x", "a/b/x", "C/x", ".hidden/x", "plain"}) folder.Write(file, "");
+    std::filesystem::create_directory_symlink(folder.Root(), folder / "link");
+    const PosixStorageLocations locations;
+    EXPECT_EQ(locations.FoldersIn(folder.Root().string() + '/'), (std::vector<std::string>{"C", "a", "b"}));
+    EXPECT_TRUE(locations.FoldersIn((folder / "absent/").string()).empty());
+}
+
 }  // namespace
 }  // namespace quillary

@@ -10,12 +10,15 @@
 #include <set>
 
 #include "admin/ChangePasswordDlg.h"
+#include "admin/CreateDatabaseDlg.h"
 #include "admin/DatabaseInfoDlg.h"
 #include "admin/DatabaseOptionsDlg.h"
 #include "admin/EnterPasswordDlg.h"
 #include "admin/FieldDefinitionsDlg.h"
 #include "admin/FieldTypeDlg.h"
 #include "admin/LockPasswordDlg.h"
+#include "admin/PreferencesDlg.h"
+#include "admin/SaveToPathDlg.h"
 #include "query/FindRecordDlg.h"
 #include "tests/views/FormTest.h"
 #include "ui/AboutDlg.h"
@@ -40,6 +43,9 @@ class DialogTest : public WindowTest {
         dialogs.push_back(std::make_unique<CChangePasswordDlg>(m_doc, app.Frame()));
         dialogs.push_back(std::make_unique<CDatabaseInfoDlg>(m_doc, app.Frame()));
         dialogs.push_back(std::make_unique<CLockPasswordDlg>(m_doc, 0, app.Frame()));
+        dialogs.push_back(std::make_unique<CCreateDatabaseDlg>(m_newDatabase, QString(28, u'W'), nullptr, app.Frame()));
+        dialogs.push_back(std::make_unique<CPreferencesDlg>(settings, locations, app.Frame()));
+        dialogs.push_back(std::make_unique<CSaveToPathDlg>(locations, app.Frame()));
         dialogs.push_back(std::make_unique<CDatabaseOptionsDlg>(DatabaseOptions{}, app.Frame()));
         dialogs.push_back(std::make_unique<CEnterPasswordDlg>(m_doc, app.Frame()));
         dialogs.push_back(std::make_unique<CFieldDefinitionsDlg>(
@@ -53,6 +59,7 @@ class DialogTest : public WindowTest {
 
   private:
     FieldEdit m_field{{MakeField("Colour", "Lred;green"), std::nullopt}};
+    NewDatabase m_newDatabase{{files, locations, settings}};
     CQuillaryDoc m_doc;
     CDocumentSession m_session;
 };

@@ -27,26 +27,6 @@ bool TestTrash::Put(const Path& file) {
     return true;
 }
 
-std::int32_t TestSettings::ReadInt(std::string_view name, std::int32_t fallback) const {
-    const auto found = numbers.find(name);
-    return found == numbers.end() ? fallback : found->second;
-}
-
-std::string TestSettings::ReadText(std::string_view name, std::string_view fallback) const {
-    const auto found = texts.find(name);
-    return found == texts.end() ? std::string(fallback) : found->second;
-}
-
-bool TestSettings::WriteInt(std::string_view name, std::int32_t value) {
-    numbers.insert_or_assign(std::string(name), value);
-    return true;
-}
-
-bool TestSettings::WriteText(std::string_view name, std::string_view value) {
-    texts.insert_or_assign(std::string(name), std::string(value));
-    return true;
-}
-
 WindowTest::WindowTest() {
     app.Frame().show();
     EXPECT_TRUE(QTest::qWaitForWindowExposed(&app.Frame()));

@@ -10,7 +10,6 @@
 #include <string_view>
 #include <vector>
 
-#include "admin/Settings.h"
 #include "app/QuillaryApp.h"
 #include "db/Clock.h"
 #include "db/UserLocale.h"
@@ -21,6 +20,8 @@
 #include "platform/Trash.h"
 #include "tests/fakes/MemoryFiles.h"
 #include "tests/fakes/TestDatabase.h"
+#include "tests/fakes/TestLocations.h"
+#include "tests/fakes/TestSettings.h"
 #include "tests/ui/User.h"
 
 namespace quillary {
@@ -39,14 +40,6 @@ class WindowFiles : public MemoryFiles {
     }
     bool WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body,
                        FileError& error) override;
-};
-
-class TestLocations : public StorageLocations {
-  public:
-    std::string mainFolder = "/nowhere/";
-
-    std::string MainFolder() const override { return mainFolder; }
-    std::vector<std::string> CardFolders() const override { return {}; }
 };
 
 class TestTrash : public Trash {
@@ -98,17 +91,6 @@ class TestLauncher : public Launcher {
         if (!there) failed();
     }
     bool OpenLink(const std::string&) override { return there; }
-};
-
-class TestSettings : public Settings {
-  public:
-    std::map<std::string, std::int32_t, std::less<>> numbers;
-    std::map<std::string, std::string, std::less<>> texts;
-
-    std::int32_t ReadInt(std::string_view name, std::int32_t fallback) const override;
-    std::string ReadText(std::string_view name, std::string_view fallback) const override;
-    bool WriteInt(std::string_view name, std::int32_t value) override;
-    bool WriteText(std::string_view name, std::string_view value) override;
 };
 
 /// Sunday, 7 March 2004, 2:30 pm, wherever and whenever the test runs.
