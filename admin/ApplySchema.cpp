@@ -1,5 +1,7 @@
 #include "admin/ApplySchema.h"
 
+#include <array>
+#include <numeric>
 #include <string>
 #include <utility>
 
@@ -23,6 +25,11 @@ bool KeepsLayout(const CQuillaryDoc& doc, const std::vector<FieldDefinition>& de
     return true;
 }
 
+std::size_t SizeOf(const std::vector<RecordRef>& records) {
+    return std::accumulate(records.begin(), records.end(), std::size_t{0},
+                           [](std::size_t sum, const RecordRef& record) { return sum + record.size; });
+}
+
 std::string NameOf(const CQuillaryDoc& doc, const FieldDefinition& definition) {
     return doc.Page().ToUtf8(definition.field.name);
 }
@@ -36,7 +43,9 @@ class Rebuilder {
             const FieldType to = definition.field.type;
             const FieldType from = definition.from ? doc.TypeOf(*definition.from) : to;
             m_conversions.push_back({to, from, definition.convertFrom, century, doc.Style()});
+            m_kept.push_back(definition.from && KeepsEveryValue(to, from));
         }
+        FindRuns();
     }
 
     // False when the record's texts cannot be taken apart.
@@ -58,23 +67,64 @@ class Rebuilder {
     }
 
   private:
+    // Most changes leave most fields where they are; these are copied together.
+    void FindRuns() {
+        for (std::size_t k = m_definitions.size(); k-- > 0;) {
+            const auto isNext = [&](const auto& ends) { return k + 1 < m_definitions.size() && ends[k + 1] != kNoRun; };
+            const bool stays = m_definitions[k].from == k;
+            const bool isText = m_conversions[k].from == FieldType::Text || m_conversions[k].from == FieldType::List;
+            const bool staysText =
+                stays && isText && m_conversions[k].to != FieldType::Date && m_conversions[k].to != FieldType::Time;
+            if (stays && m_kept[k]) m_runs[k] = isNext(m_runs) ? m_runs[k + 1] : k;
+            if ((stays && m_kept[k]) || staysText)
+                m_runsOfOneLine[k] = isNext(m_runsOfOneLine) ? m_runsOfOneLine[k + 1] : k;
+        }
+    }
+
     bool RebuildRecord(std::string_view entries) {
         m_entries.clear();
-        if (!m_table.FillByWalking(entries, m_doc.FieldCount())) m_table.Fill(entries, m_doc.FieldCount());
+        const bool isWalked = m_table.FillByWalking(entries, m_doc.FieldCount());
+        if (!isWalked) m_table.Fill(entries, m_doc.FieldCount());
+        // A text without line ends shows as it is stored.
+        const Runs& runs = isWalked && !HasLineFeed(entries) ? m_runsOfOneLine : m_runs;
         const std::size_t mostSize = 2 * entries.size() + kSmallRecord;
         for (std::size_t k = 0; k < m_definitions.size(); ++k) {
-            const auto number = static_cast<std::uint8_t>(k);
-            AppendEntry(m_entries, number, {});
-            const std::size_t begin = m_entries.size();
+            if (isWalked && runs[k] != kNoRun && m_table.Has(k)) {
+                std::size_t last = runs[k];
+                m_entries.append(m_table.Run(k, last));
+                k = last;
+                continue;
+            }
+            AppendEntry(m_entries, static_cast<std::uint8_t>(k), {});
             AppendValue(k);
-            CheckHiding(k, std::string_view(m_entries).substr(begin));
             if (m_entries.size() > mostSize) return false;
         }
+        const std::size_t count = m_definitions.size();
+        if (CountBytesBelow(m_entries, static_cast<std::uint8_t>(count)) != 2 * count) CheckHiding();
         return true;
+    }
+
+    // In a text of the record that m_table holds.
+    [[nodiscard]] bool HasLineFeed(std::string_view entries) const {
+        auto at = entries.find('\n');
+        const bool isNumber = at != entries.npos && m_doc.FieldCount() > '\n' && m_table.Has('\n') &&
+                              m_table.Text('\n').data() == entries.data() + at + 1;
+        if (isNumber) at = entries.find('\n', at + 1);
+        return at != entries.npos;
+    }
+
+    void CheckHiding() {
+        EntryTable rebuilt;
+        if (!rebuilt.FillByWalking(m_entries, m_definitions.size())) return;
+        for (std::size_t k = 0; k < m_definitions.size(); ++k) CheckHiding(k, rebuilt.Text(k));
     }
 
     void AppendValue(std::size_t k) {
         const auto from = m_definitions[k].from;
+        if (m_kept[k]) {
+            m_entries.append(m_table.Text(*from));
+            return;
+        }
         if (!from) {
             if (m_definitions[k].field.type == FieldType::Checkbox) m_entries.append("false");
             return;
@@ -114,8 +164,19 @@ class Rebuilder {
     const std::vector<FieldDefinition>& m_definitions;
     PreparedSchema& m_prepared;
     std::vector<Conversion> m_conversions;
+    std::vector<char> m_kept;  // whether the values stay as they are; no vector of bits, which is slow to ask
     EntryTable m_table;
     std::string m_entries;  // of the record at hand
+    // By field: the last of those from it on that stay where and as they are.
+    using Runs = std::array<std::size_t, kMaxFields>;
+    static constexpr std::size_t kNoRun = kMaxFields;
+    Runs m_runs = NoRuns();
+    Runs m_runsOfOneLine = NoRuns();  // in a record without line feeds
+    static constexpr Runs NoRuns() {
+        Runs runs{};
+        runs.fill(kNoRun);
+        return runs;
+    }
     std::size_t m_hiding = 0;
     Failure m_firstHiding;
 };
@@ -141,6 +202,7 @@ std::optional<PreparedSchema> PrepareSchema(const CQuillaryDoc& doc, std::vector
     PreparedSchema prepared;
     prepared.rewritesRecords = !KeepsLayout(doc, definitions);
     if (prepared.rewritesRecords) {
+        prepared.arena.Reserve(SizeOf(doc.Shown()) + SizeOf(doc.Hidden()));
         Rebuilder rebuilder(doc, definitions, century, prepared);
         if (!rebuilder.Rebuild(doc.Shown(), prepared.shown) || !rebuilder.Rebuild(doc.Hidden(), prepared.hidden)) {
             failure.Set(Message::TextsOverlap);

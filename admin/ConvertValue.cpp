@@ -55,42 +55,47 @@ bool IsCount(FieldType type) { return type == FieldType::Date || type == FieldTy
 
 }  // namespace
 
+bool KeepsEveryValue(FieldType to, FieldType from) {
+    switch (from) {
+        case FieldType::Number:
+        case FieldType::Sequence:
+        case FieldType::EMail:
+        case FieldType::WebUrl:
+            return true;  // they show what is stored
+        case FieldType::Checkbox:
+            return to == FieldType::Checkbox;
+        case FieldType::Date:
+        case FieldType::Time:
+            return IsCount(to) || to == FieldType::Number || to == FieldType::Sequence;
+        default:
+            return false;
+    }
+}
+
 Converted AppendConverted(const Conversion& conversion, std::string_view stored, const AnsiText& page,
                           std::string& out) {
     const auto [to, from, order, century, style] = conversion;
+    // A count stays what it is, between dates and times as well: seconds are then read as days.
+    if (KeepsEveryValue(to, from)) {
+        out.append(stored);
+        return Converted::Kept;
+    }
     switch (to) {
         case FieldType::Number:
         case FieldType::Sequence:
-            if (from == FieldType::Checkbox) {
-                out.push_back(IsChecked(stored) ? '1' : '0');
-                return Converted::Kept;
-            }
-            if (IsCount(from)) {
-                out.append(stored);
-                return Converted::Kept;
-            }
-            break;
+            if (from != FieldType::Checkbox) break;
+            out.push_back(IsChecked(stored) ? '1' : '0');
+            return Converted::Kept;
         case FieldType::Checkbox:
-            if (IsCount(from)) {
-                out.append("false");
-                return stored.empty() ? Converted::Kept : Converted::Unchecked;
-            }
-            if (from == FieldType::Checkbox) {
-                out.append(stored);
-                return Converted::Kept;
-            }
-            break;
+            if (!IsCount(from)) break;
+            out.append("false");
+            return stored.empty() ? Converted::Kept : Converted::Unchecked;
         case FieldType::Date:
-            if (IsText(from)) return AppendCount(DayOfText(stored, order, century), IsNoDate(stored), out);
-            [[fallthrough]];
+            if (!IsText(from)) break;
+            return AppendCount(DayOfText(stored, order, century), IsNoDate(stored), out);
         case FieldType::Time:
-            // A count stays what it is, between the two types as well: seconds are then read as days.
-            if (IsCount(from)) {
-                out.append(stored);
-                return Converted::Kept;
-            }
-            if (IsText(from)) return AppendCount(ParseTime(stored), IsNoTime(stored), out);
-            break;
+            if (!IsText(from)) break;
+            return AppendCount(ParseTime(stored), IsNoTime(stored), out);
         default:
             break;
     }

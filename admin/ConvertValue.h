@@ -25,6 +25,9 @@ enum class Converted {
     Unchecked,  // a date or time that a check box keeps nothing of
 };
 
+/// Whether every value stays byte for byte what it is.
+[[nodiscard]] bool KeepsEveryValue(FieldType to, FieldType from);
+
 /// Appends the new stored text for `stored`.
 Converted AppendConverted(const Conversion& conversion, std::string_view stored, const AnsiText& page,
                           std::string& out);

@@ -160,7 +160,7 @@ std::string GeneratedCsv() {
     return csv;
 }
 
-std::string FieldDefinition(const Field& field) {
+std::string DefinitionText(const Field& field) {
     std::string definition = field.name + ':';
     definition += InfoOf(field.type).commandName;
     for (std::size_t i = 0; i < field.options.items.size(); ++i) {

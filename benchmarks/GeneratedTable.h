@@ -30,6 +30,6 @@ inline constexpr char16_t kAbsentText[] = u"Xylophone";
 [[nodiscard]] std::string GeneratedCsv();
 
 /// `field` as the commands that make a database take it, for example "Room:list:Attic;Cellar".
-[[nodiscard]] std::string FieldDefinition(const Field& field);
+[[nodiscard]] std::string DefinitionText(const Field& field);
 
 }  // namespace quillary

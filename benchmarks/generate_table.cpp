@@ -22,7 +22,7 @@ int main(int argc, char** argv) {
     std::ofstream csv(folder / "table.csv", std::ios::binary);
     csv << GeneratedCsv();
     std::ofstream definitions(folder / "fields.txt");
-    for (const Field& field : GeneratedFields()) definitions << FieldDefinition(field) << '\n';
+    for (const Field& field : GeneratedFields()) definitions << DefinitionText(field) << '\n';
     csv.close();
     definitions.close();
     if (!csv || !definitions) {

@@ -2,18 +2,23 @@
 
 namespace quillary {
 
+void RecordArena::Begin(std::size_t chunkSize) {
+    m_chunks.emplace_back(chunkSize);
+    m_next = m_chunks.back().Data();
+    m_left = chunkSize;
+}
+
+void RecordArena::Reserve(std::size_t bytes) {
+    if (bytes > m_left) Begin(bytes);
+}
+
 const char* RecordArena::Store(std::string_view bytes) {
     if (bytes.size() > m_left) {
-        const std::size_t size = bytes.size() > kChunkSize / 4 ? bytes.size() : kChunkSize;
-        auto chunk = std::make_unique_for_overwrite<char[]>(size);
-        if (size == bytes.size()) {  // large: a chunk of its own, the present one goes on
-            bytes.copy(chunk.get(), bytes.size());
-            m_chunks.push_back(std::move(chunk));
-            return m_chunks.back().get();
+        if (bytes.size() > kChunkSize / 4) {  // large: a chunk of its own, the present one goes on
+            m_chunks.emplace_back(bytes);
+            return m_chunks.back().Data();
         }
-        m_next = chunk.get();
-        m_left = size;
-        m_chunks.push_back(std::move(chunk));
+        Begin(kChunkSize);
     }
     char* stored = m_next;
     bytes.copy(stored, bytes.size());

@@ -96,16 +96,31 @@ void EntryTable::Fill(std::string_view entries, std::size_t fieldCount) {
 bool EntryTable::FillByWalking(std::string_view entries, std::size_t fieldCount) {
     m_entries = entries;
     std::fill_n(m_begin.begin(), fieldCount, kMissing);
-    for (std::size_t at = 0; at < entries.size();) {
-        if (entries[at] != '\0' || at + 1 == entries.size()) return false;
-        const auto number = static_cast<std::uint8_t>(entries[at + 1]);
-        const std::size_t begin = at + 2;
-        at = begin + TextFrom(entries, begin).size();
-        if (number >= fieldCount || m_begin[number] != kMissing) continue;
-        m_begin[number] = static_cast<std::uint32_t>(begin);
-        m_end[number] = static_cast<std::uint32_t>(at);
+    if (!entries.empty() && entries.front() != '\0') return false;
+    std::uint8_t open = kMaxFields;  // the entry whose text has begun and not met its end; kMaxFields: none that counts
+    std::size_t begin = 0;           // of its text
+    for (std::size_t i = 0; i < entries.size(); i += 8) {
+        for (std::uint64_t marks = BytesBelow(LoadEight(entries, i), 1); marks != 0; marks &= marks - 1) {
+            const std::size_t at = i + static_cast<std::size_t>(std::countr_zero(marks)) / 8;
+            if (at < begin) continue;  // the number of entry 0
+            if (at + 1 == entries.size()) return false;
+            if (open != kMaxFields) m_end[open] = static_cast<std::uint32_t>(at);
+            const auto number = static_cast<std::uint8_t>(entries[at + 1]);
+            begin = at + 2;
+            open = number < fieldCount && m_begin[number] == kMissing ? number : std::uint8_t{kMaxFields};
+            if (open != kMaxFields) m_begin[open] = static_cast<std::uint32_t>(begin);
+        }
     }
+    if (open != kMaxFields) m_end[open] = static_cast<std::uint32_t>(entries.size());
     return true;
+}
+
+std::string_view EntryTable::Run(std::size_t first, std::size_t& last) const {
+    std::size_t k = first;
+    while (k < last && m_begin[k + 1] == m_end[k] + kHeadSize) ++k;
+    last = k;
+    const std::size_t begin = m_begin[first] - kHeadSize;
+    return m_entries.substr(begin, m_end[k] - begin);
 }
 
 std::optional<std::vector<Entry>> WalkEntries(std::string_view entries) {
@@ -160,6 +175,20 @@ std::string InOrder(std::string_view entries) {
     std::stable_sort(walked->begin(), walked->end(),
                      [](const Entry& a, const Entry& b) { return a.number < b.number; });
     return Joined(*walked);
+}
+
+std::size_t CountBytesBelow(std::string_view bytes, std::uint8_t limit) {
+    constexpr std::size_t kBlock = 255;  // as many as a byte can count, so that the compiler counts many side by side
+    std::size_t count = 0;
+    while (!bytes.empty()) {
+        const std::string_view block = bytes.substr(0, kBlock);
+        std::uint8_t inBlock = 0;
+        for (const char c : block)
+            inBlock = static_cast<std::uint8_t>(inBlock + (static_cast<std::uint8_t>(c) < limit));
+        count += inBlock;
+        bytes.remove_prefix(block.size());
+    }
+    return count;
 }
 
 std::optional<HiddenField> FieldHiddenBy(std::string_view text, std::size_t field, std::size_t fieldCount) {

@@ -50,9 +50,14 @@ class EntryTable {
         if (!Has(number)) return {};
         return {m_entries.data() + m_begin[number], m_end[number] - m_begin[number]};
     }
+    /// The bytes of the entries from `first` on, heads included, as far as they lie one behind the other in the order
+    /// of their numbers, and to `last` at most; `last` receives the last of them. Entry `first` is not missing, and the
+    /// table was filled by walking.
+    [[nodiscard]] std::string_view Run(std::size_t first, std::size_t& last) const;
 
   private:
     static constexpr std::uint32_t kMissing = 0xFFFFFFFF;
+    static constexpr std::uint32_t kHeadSize = 2;  // of an entry: a zero and its number
     std::string_view m_entries;
     std::array<std::uint32_t, kMaxFields> m_begin{};
     std::array<std::uint32_t, kMaxFields> m_end{};
@@ -81,6 +86,9 @@ void AppendEntry(std::string& entries, std::uint8_t number, std::string_view tex
 /// The same entries in the order of their numbers; those with the same one stay in their order. As they are when the
 /// record cannot be walked.
 [[nodiscard]] std::string InOrder(std::string_view entries);
+
+/// How many of `bytes` are less than `limit`: two for each entry of a record in which no text hides anything.
+[[nodiscard]] std::size_t CountBytesBelow(std::string_view bytes, std::uint8_t limit);
 
 /// The first field that the scan would no longer find behind `text` in field `field`, with the byte that hides it.
 struct HiddenField {

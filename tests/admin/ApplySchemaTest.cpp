@@ -154,6 +154,39 @@ TEST_F(ApplySchemaTest, EntriesAreWhatTheyAreAndNotWhatTheScanFinds) {
     EXPECT_EQ(Entries({"only", "", ""}), doc.Shown()[1].Entries());
 }
 
+// Fields that stay are copied together, where their entries allow it.
+TEST_F(ApplySchemaTest, FieldsThatStayKeepTheirTexts) {
+    std::vector<std::string> types(12, "t");
+    types[1] = "F";
+    types[11] = "P";
+    Make(types);
+    const auto texts = [](std::string notes, std::string phone) {
+        return std::vector<std::string>{notes, "1.5", "", "d", "e", "f", "g", "h", "i", "j", "ten", phone};
+    };
+    std::string outOfOrder = Entries({"first"});
+    AppendEntry(outOfOrder, 11, "last");
+    AppendEntry(outOfOrder, 1, "7");
+    AppendEntry(outOfOrder, 1, "again");
+    AppendEntry(outOfOrder, 10, "a\nb");
+    Append(Entries(texts("one", "5551234")));
+    Append(Entries(texts("two\nlines", "call")));
+    Append(outOfOrder);
+    Append({});
+    auto definitions = Definitions();
+    definitions.push_back({MakeField("New", "B"), std::nullopt});
+    Apply(definitions);
+
+    auto expected = texts("one", "555-1234");
+    expected.emplace_back("false");
+    EXPECT_EQ(Entries(expected), doc.Shown()[0].Entries());
+    expected = texts("two\r\nlines", "call");
+    expected.emplace_back("false");
+    EXPECT_EQ(Entries(expected), doc.Shown()[1].Entries());
+    EXPECT_EQ(Entries({"first", "7", "", "", "", "", "", "", "", "", "a\r\nb", "last", "false"}),
+              doc.Shown()[2].Entries());
+    EXPECT_EQ(Entries({"", "", "", "", "", "", "", "", "", "", "", "", "false"}), doc.Shown()[3].Entries());
+}
+
 TEST_F(ApplySchemaTest, TextsThatWouldHideAFieldStopIt) {
     Make({"t", "t"});
     Append(
