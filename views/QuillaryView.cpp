@@ -18,6 +18,7 @@
 #include "ui/CheckImage.h"
 #include "ui/CommandIds.h"
 #include "ui/FrameWindow.h"
+#include "ui/LongWork.h"
 #include "ui/MessageBox.h"
 #include "ui/StepLog.h"
 #include "ui/WaitCursor.h"
@@ -33,6 +34,7 @@ namespace {
 
 constexpr int kSmallestFiller = 10;
 constexpr int kLargestWidth = 4096;
+constexpr std::size_t kRowsAStep = 1024;  // of a find that can be stopped
 
 /// As spreadsheets take it: in quotes when it holds what separates cells.
 QString ForClipboard(const QString& text) {
@@ -412,12 +414,20 @@ void CQuillaryView::FindFrom(std::size_t row) {
     const QString question =
         QStringLiteral("The end of the database has been reached. Continue from the top of the database?");
     const QStringList answers = {QStringLiteral("Yes"), QStringLiteral("No")};
+    const QString doing = QStringLiteral("Looking for \"%1\"...").arg(m_findText);
+    const std::size_t rows = m_doc.Shown().size();
     std::optional<std::size_t> found;
+    bool isThrough = true;
     do {
-        const WaitCursor wait;
-        found = RecordFinder(m_doc, m_findText.toStdU16String(), m_findColumn).FindFrom(row);
+        RecordFinder finder(m_doc, m_findText.toStdU16String(), m_findColumn);
+        isThrough = RunLongWork(m_frame.Window(), doing, [&] {
+            const std::size_t end = std::min(row + kRowsAStep, rows);
+            found = finder.FindFrom(row, end);
+            row = end;
+            return found || row >= rows;
+        });
         row = 0;
-    } while (!found && AskUser(m_frame.Window(), question, answers) == 0);
+    } while (!found && isThrough && AskUser(m_frame.Window(), question, answers) == 0);
     if (found) SelectCell(static_cast<int>(*found), currentIndex().column());
     UpdateRecordCounter();
 }

@@ -4,11 +4,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <QThread>
 #include <QToolBar>
 #include <QToolButton>
 
 #include "tests/ui/WindowTest.h"
 #include "ui/CommandIds.h"
+#include "ui/LongWork.h"
 #include "views/QuillaryView.h"
 
 namespace quillary {
@@ -68,6 +70,18 @@ TEST_F(QueryCommandsTest, FindStartsAtTheTopAndRepeatFindGoesOn) {
         QTest::keyClick(&page, Qt::Key_Escape);
     });
     ChooseMenu("Record", "Find...");
+}
+
+// Each record in a step of its own takes a while, as in a database a thousand times as large.
+TEST_F(QueryCommandsTest, LongWorkShowsAndCanBeStopped) {
+    int steps = 0;
+    const auto slowly = [&steps] {
+        QThread::msleep(20);
+        return ++steps == 60;
+    };
+    user.ExpectMessage("Working...", "Cancel");
+    EXPECT_FALSE(RunLongWork(&app.Frame(), "Working...", slowly));
+    EXPECT_LT(steps, 60);
 }
 
 TEST_F(QueryCommandsTest, ShowAllLiftsTheFilterAndSortsTheHiddenIn) {
