@@ -34,6 +34,26 @@ std::string NameOf(const CQuillaryDoc& doc, const FieldDefinition& definition) {
     return doc.Page().ToUtf8(definition.field.name);
 }
 
+// The texts of the schema are found as a record's are. Those that a person can give hold no byte that hides another;
+// what a file brought along may, at its new place.
+bool CheckStored(std::vector<FieldDefinition>& definitions, Failure& failure) {
+    const std::size_t count = definitions.size();
+    for (std::size_t k = 0; k < count; ++k) {
+        Field& field = definitions[k].field;
+        // Behind the last name an empty one ends the fields.
+        if (FieldHiddenBy(field.name, k, count + 1)) {
+            failure.Set(Message::ControlCharacter, {"the name of a field"});
+            return false;
+        }
+        if (FieldHiddenBy(StoredFieldType(field), k, count)) {
+            failure.Set(Message::ControlCharacter, {"the items or the type of a field"});
+            return false;
+        }
+        if (field.storedWidth && FieldHiddenBy(*field.storedWidth, k, count)) field.storedWidth.reset();
+    }
+    return true;
+}
+
 class Rebuilder {
   public:
     Rebuilder(const CQuillaryDoc& doc, const std::vector<FieldDefinition>& definitions, int century,
@@ -129,7 +149,9 @@ class Rebuilder {
             if (m_definitions[k].field.type == FieldType::Checkbox) m_entries.append("false");
             return;
         }
-        if (!m_table.Has(*from) && m_conversions[k].from != FieldType::Checkbox) return;
+        // What is missing is empty, but a check box that is missing is not checked.
+        const bool isCounted = m_conversions[k].to == FieldType::Number || m_conversions[k].to == FieldType::Sequence;
+        if (!m_table.Has(*from) && !(isCounted && m_conversions[k].from == FieldType::Checkbox)) return;
         switch (AppendConverted(m_conversions[k], m_table.Text(*from), m_doc.Page(), m_entries)) {
             case Converted::Kept:
                 break;
@@ -142,7 +164,7 @@ class Rebuilder {
         }
     }
 
-    // A byte that has hidden a field in the old place, too, hides nothing anew.
+    // A field that this text has hidden in its old place, too, is not hidden anew.
     void CheckHiding(std::size_t k, std::string_view text) {
         const auto from = m_definitions[k].from;
         if (!from || !FieldHiddenBy(text, k, m_definitions.size())) return;
@@ -150,7 +172,9 @@ class Rebuilder {
         for (const char byte : text) {
             const auto number = static_cast<unsigned char>(byte);
             if (number <= k || number >= m_definitions.size()) continue;
-            const bool hidBefore = number > *from && number < m_doc.FieldCount() && old.find(byte) != old.npos;
+            const auto hidden = m_definitions[number].from;
+            const bool hidBefore =
+                hidden && *hidden > *from && old.find(static_cast<char>(*hidden)) != std::string_view::npos;
             if (hidBefore) continue;
             if (m_hiding++ == 0) {
                 SetHidesField(byte, NameOf(m_doc, m_definitions[k]), NameOf(m_doc, m_definitions[number]),
@@ -199,6 +223,7 @@ std::optional<PreparedSchema> PrepareSchema(const CQuillaryDoc& doc, std::vector
         failure.Set(Message::TooManyFields);
         return std::nullopt;
     }
+    if (!CheckStored(definitions, failure)) return std::nullopt;
     PreparedSchema prepared;
     prepared.rewritesRecords = !KeepsLayout(doc, definitions);
     if (prepared.rewritesRecords) {

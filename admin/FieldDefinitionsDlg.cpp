@@ -186,12 +186,13 @@ bool CFieldDefinitionsDlg::Commit() {
     return false;
 }
 
-bool RunFieldDefinitions(const CQuillaryDoc& doc, int century, FrameWindow& frame, PreparedSchema& prepared) {
+void RunFieldDefinitions(const CQuillaryDoc& doc, int century, FrameWindow& frame,
+                         const std::function<bool(PreparedSchema)>& store) {
     std::vector<FieldEdit> fields;
     for (FieldDefinition& definition : DefinitionsOf(doc)) {
         fields.push_back({definition, false, definition.field});
     }
-    const auto prepare = [&](std::vector<FieldDefinition> definitions) {
+    const auto take = [&](std::vector<FieldDefinition> definitions) {
         Failure failure;
         std::optional<PreparedSchema> schema;
         {
@@ -199,12 +200,10 @@ bool RunFieldDefinitions(const CQuillaryDoc& doc, int century, FrameWindow& fram
             schema = PrepareSchema(doc, std::move(definitions), century, failure);
         }
         if (!schema) ShowMessage(frame.Window(), FromUtf8(failure.text));
-        if (!schema || !MayLose(*schema, frame.Window())) return false;
-        prepared = std::move(*schema);
-        return true;
+        return schema && MayLose(*schema, frame.Window()) && store(std::move(*schema));
     };
-    CFieldDefinitionsDlg dialog(std::move(fields), doc.RecordCount() > 0, doc.Page(), prepare, frame);
-    return dialog.exec() == QDialog::Accepted;
+    CFieldDefinitionsDlg dialog(std::move(fields), doc.RecordCount() > 0, doc.Page(), take, frame);
+    dialog.exec();
 }
 
 std::optional<std::vector<Field>> RunFieldDefinitions(std::vector<Field> fields, const AnsiText& page,

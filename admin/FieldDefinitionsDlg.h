@@ -60,10 +60,10 @@ class CFieldDefinitionsDlg : public CQuillaryDialog, public CommandMap<CFieldDef
     QStringList m_loadedState;
 };
 
-/// For the open database: whether it ended with OK. `prepared` is then to be applied and saved. Asks before values get
-/// lost. `century` is where a year below 100 goes.
-[[nodiscard]] bool RunFieldDefinitions(const CQuillaryDoc& doc, int century, FrameWindow& frame,
-                                       PreparedSchema& prepared);
+/// For the open database. `store` applies and saves what OK has prepared; false, after telling why, and the editor
+/// stays open. Asks before values get lost. `century` is where a year below 100 goes.
+void RunFieldDefinitions(const CQuillaryDoc& doc, int century, FrameWindow& frame,
+                         const std::function<bool(PreparedSchema)>& store);
 
 /// For a database that is being created: the fields, or nullopt after Cancel. `fields` are those that it begins with,
 /// for example of an earlier attempt.

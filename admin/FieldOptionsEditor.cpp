@@ -83,6 +83,8 @@ void CFieldOptionsEditor::AddDatePane(bool converts, const QString& today, const
     m_convertFrom = new QComboBox;
     m_convertFrom->setObjectName(QStringLiteral("1022"));
     m_convertFrom->setAccessibleName(QStringLiteral("Order of the date"));
+    // The toolkit may give a list's value as its name; this is told besides.
+    m_convertFrom->setAccessibleDescription(m_convertFrom->accessibleName());
     // In the order of DateOrder.
     m_convertFrom->addItems({QStringLiteral("M/D/Y"), QStringLiteral("D.M.Y"), QStringLiteral("Y-M-D")});
     row->addWidget(m_convertFrom);

@@ -3,6 +3,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QScrollArea>
+#include <QToolBar>
 #include <QVBoxLayout>
 #include <iterator>
 #include <utility>
@@ -55,6 +56,7 @@ CFieldTypeDlg::CFieldTypeDlg(FieldEdit& edit, FrameWindow& frame, QComboBox* typ
       m_types(types),
       m_options(options) {
     options->setObjectName(QString::number(kOptions));
+    for (const auto* bar : options->findChildren<QToolBar*>()) PutLastInTabOrder(*bar);
     connect(types, &QComboBox::currentIndexChanged, this, [this] { m_options->ShowPane(ChosenType()); });
 }
 

@@ -243,6 +243,7 @@ QWidget* CDocListPage::MakeEmptyPage() {
     for (const auto& line : kLines) {
         if (line.look == Look::Button) {
             auto* create = new QPushButton(QStringLiteral("New &Database..."));
+            create->setAutoDefault(true);  // Return presses it
             connect(create, &QPushButton::clicked, this, [this] { m_requests.create(); });
             lines->addSpacing(gap / 2);
             lines->addWidget(create, 0, Qt::AlignLeft);

@@ -30,6 +30,9 @@ ExitStatus RunFields(Session& session, const Arguments& arguments) {
         if (isLenient) return session.WrongUsage("--lenient is for a schema that is applied.");
         return Print(session, arguments.words[0]);
     }
+    if (arguments.words[1] == "-" && arguments.Value("--password-file") == "-") {
+        return session.WrongUsage("The schema and the password cannot both come from standard input.");
+    }
     InputBytes schema;
     std::string error;
     {

@@ -43,7 +43,7 @@ void RecordCheck::Check(std::string_view bytes, std::uint8_t attributes, bool co
     }
     const bool isRow = IsRow(attributes);
     CheckEntryNumbers(*walked, attributes, isRow ? m_fields.size() : kMaxFields);
-    CheckHiddenEntries(*walked, isRow);
+    CheckHiddenEntries(*walked, attributes);
     if (!isRow && counts) CheckSchemaEntries(*walked, attributes, OffsetOf(entries));
 }
 
@@ -82,8 +82,17 @@ void RecordCheck::CheckEntryNumbers(const std::vector<Entry>& entries, std::uint
     }
 }
 
-void RecordCheck::CheckHiddenEntries(const std::vector<Entry>& entries, bool isRow) {
-    const std::size_t count = isRow ? m_fields.size() : kMaxFields;
+// How many entries of a record anybody looks for.
+std::size_t RecordCheck::EntriesRead(std::uint8_t attributes) const {
+    constexpr std::size_t kTextAndLock = 2;
+    if (IsRow(attributes)) return m_fields.size();
+    if (CategoryOf(attributes) == kCategoryPreferences) return kTextAndLock;
+    return std::min(m_fields.size() + 1, kMaxFields);  // the empty name behind the last one, too
+}
+
+void RecordCheck::CheckHiddenEntries(const std::vector<Entry>& entries, std::uint8_t attributes) {
+    const bool isRow = IsRow(attributes);
+    const std::size_t count = EntriesRead(attributes);
     for (const Entry& entry : entries) {
         const auto hidden = FieldHiddenBy(entry.text, entry.number, count);
         if (!hidden) continue;

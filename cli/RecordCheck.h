@@ -39,7 +39,8 @@ class RecordCheck {
   private:
     void CheckFrame(std::string_view bytes, std::uint8_t attributes);
     void CheckEntryNumbers(const std::vector<Entry>& entries, std::uint8_t attributes, std::size_t count);
-    void CheckHiddenEntries(const std::vector<Entry>& entries, bool isRow);
+    [[nodiscard]] std::size_t EntriesRead(std::uint8_t attributes) const;
+    void CheckHiddenEntries(const std::vector<Entry>& entries, std::uint8_t attributes);
     void CheckSchemaEntries(const std::vector<Entry>& entries, std::uint8_t attributes, std::uint64_t at);
     void CheckType(const Entry& entry);
     void CheckWidth(const Entry& entry);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <nlohmann/json.hpp>
+#include <set>
 
 #include "admin/FieldNames.h"
 #include "cli/Text.h"
@@ -21,7 +22,20 @@ class SchemaReader {
     SchemaReader(const CQuillaryDoc& doc, std::string& error) : m_doc(doc), m_error(error) {}
 
     std::optional<std::vector<FieldDefinition>> Read(std::string_view text) {
-        const Json schema = Json::parse(text, nullptr, false);
+        std::vector<std::set<std::string>> keys;  // of the objects that are open
+        std::string repeated;
+        const auto noteKeys = [&](int /*depth*/, Json::parse_event_t event, Json& parsed) {
+            if (event == Json::parse_event_t::object_start) keys.emplace_back();
+            if (event == Json::parse_event_t::object_end) keys.pop_back();
+            const bool isRepeated = event == Json::parse_event_t::key && !keys.back().insert(parsed).second;
+            if (isRepeated) repeated = parsed;
+            return true;
+        };
+        const Json schema = Json::parse(text, noteKeys, false);
+        if (!repeated.empty()) {
+            m_error = "The schema gives " + Quoted(repeated) + " twice for one field.";
+            return std::nullopt;
+        }
         if (schema.is_discarded() || !schema.is_array()) {
             m_error = "The schema is no JSON list of fields.";
             return std::nullopt;

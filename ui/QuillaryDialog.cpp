@@ -318,7 +318,7 @@ void CQuillaryDialog::setVisible(bool visible) {
 }
 
 void CQuillaryDialog::accept() {
-    if (Commit()) QDialog::accept();
+    if (Commit() && (!m_store || m_store())) QDialog::accept();
 }
 
 bool CQuillaryDialog::Refuse(int control, const QString& why) {

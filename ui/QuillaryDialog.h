@@ -3,6 +3,7 @@
 
 #include <QDialog>
 #include <QVariant>
+#include <functional>
 #include <string_view>
 
 #include "ui/ControlInfo.h"
@@ -22,6 +23,9 @@ class CQuillaryDialog : public QDialog {
     /// Without a table of controls: `bar` stands below the header, `body` fills the page and scrolls by itself.
     CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& body, FrameWindow& frame);
 
+    /// With OK, once the controls are committed, `store` keeps what they hold; false, after telling why, and the page
+    /// stays open with everything in it.
+    void StoreWith(std::function<bool()> store) { m_store = std::move(store); }
     /// Shows the page and returns when it has ended.
     int exec() override;
     /// OK: ends the dialog when Commit allows it.
@@ -81,6 +85,7 @@ class CQuillaryDialog : public QDialog {
     [[nodiscard]] QVariantList ControlValues() const;
 
     FrameWindow& m_frame;
+    std::function<bool()> m_store;
     std::string_view m_topic;
     std::span<const ControlInfo> m_controls;
     bool m_panelShown = false;

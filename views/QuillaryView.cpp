@@ -356,45 +356,62 @@ void CQuillaryView::OnDelete() {
 
 void CQuillaryView::OnOptions() {
     CDatabaseOptionsDlg dialog({m_doc.Style() == DateStyle::Long, m_doc.EditOnSelect()}, m_frame);
-    if (dialog.exec() != QDialog::Accepted) return;
-    const auto before = m_session.BeforeChange();
-    m_doc.SetStyle(dialog.Options().longDates ? DateStyle::Long : DateStyle::Numeric);
-    m_doc.SetEditOnSelect(dialog.Options().editOnSelect);
-    SaveOrRestore(*before, false);
+    dialog.StoreWith([&] {
+        const auto before = m_session.BeforeChange();
+        m_doc.SetStyle(dialog.Options().longDates ? DateStyle::Long : DateStyle::Numeric);
+        m_doc.SetEditOnSelect(dialog.Options().editOnSelect);
+        return SaveOrRestore(*before, false);
+    });
+    dialog.exec();
 }
 
 void CQuillaryView::OnFieldDefinitions() {
-    PreparedSchema schema;
-    if (!RunFieldDefinitions(m_doc, CenturyOf(m_surroundings.clock), m_frame, schema)) return;
-    const auto before = m_session.BeforeChange();
-    const std::string searched = m_findColumn >= 0 ? m_doc.Fields()[static_cast<std::size_t>(m_findColumn)].name : "";
-    if (!ApplySchema(m_doc, std::move(schema))) return;
-    // Repeat Find goes on in the same field.
-    const auto field = m_doc.FieldByName(searched);
-    if (m_findColumn >= 0) m_findColumn = field ? static_cast<int>(*field) : kNoFindYet;
-    SaveOrRestore(*before, true);
+    RunFieldDefinitions(m_doc, CenturyOf(m_surroundings.clock), m_frame, [this](PreparedSchema schema) {
+        const auto before = m_session.BeforeChange();
+        const std::string searched =
+            m_findColumn >= 0 ? m_doc.Fields()[static_cast<std::size_t>(m_findColumn)].name : std::string();
+        if (!ApplySchema(m_doc, std::move(schema))) return true;
+        const int column = m_findColumn;
+        // Repeat Find goes on in the same field.
+        const auto field = m_doc.FieldByName(searched);
+        if (m_findColumn >= 0) m_findColumn = field ? static_cast<int>(*field) : kNoFindYet;
+        const bool isStored = SaveOrRestore(*before, true);
+        if (!isStored) m_findColumn = column;
+        return isStored;
+    });
 }
 
-void CQuillaryView::SaveOrRestore(const CQuillaryDoc::State& before, bool resort) {
-    if (!RebuildList(resort, true)) {
+bool CQuillaryView::SaveOrRestore(const CQuillaryDoc::State& before, bool resort) {
+    const bool saved = RebuildList(resort, true);
+    if (!saved) {
         m_doc.Restore(before);
         RebuildList(false, false);
     }
     ShowSortMark();
+    return saved;
 }
 
 void CQuillaryView::OnInfo() {
     CDatabaseInfoDlg dialog(m_doc, m_frame);
-    if (dialog.exec() != QDialog::Accepted) return;
-    const auto before = m_session.BeforeChange();
-    m_doc.SetInfo(dialog.Text(), dialog.Lock());
-    if (!m_session.Save()) m_doc.Restore(*before);
+    dialog.StoreWith([&] {
+        const auto before = m_session.BeforeChange();
+        m_doc.SetInfo(dialog.Text(), dialog.Lock());
+        if (m_session.Save()) return true;
+        m_doc.Restore(*before);
+        return false;
+    });
+    dialog.exec();
 }
 
 void CQuillaryView::OnChangePassword() {
     const auto before = m_session.BeforeChange();
     CChangePasswordDlg dialog(m_doc, m_frame);
-    if (dialog.exec() == QDialog::Accepted && !m_session.Save()) m_doc.Restore(*before);
+    dialog.StoreWith([&] {
+        if (m_session.Save()) return true;
+        m_doc.Restore(*before);
+        return false;
+    });
+    dialog.exec();
 }
 
 void CQuillaryView::OnFind() {

@@ -77,7 +77,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     void UpdateTopAndBottom(CommandState& state) const;
 
     /// Shows and saves a change of the whole database; takes it back, after telling the user, when saving fails.
-    void SaveOrRestore(const CQuillaryDoc::State& before, bool resort);
+    [[nodiscard]] bool SaveOrRestore(const CQuillaryDoc::State& before, bool resort);
 
     void SetUpHeaders();
     void BuildColumns();

@@ -205,7 +205,29 @@ TEST_F(ApplySchemaTest, TextsThatWouldHideAFieldStopIt) {
     definitions = {definitions[2], definitions[0]};  // A behind every field that its bytes name
     Apply(definitions);
 
-    // What was hidden before may stay so.
+    // So may the texts of the schema, which another program can have made.
+    Make({"t", "t", "Lx"});
+    for (const auto& [name, item] : {std::pair{"C\x02", "x"}, std::pair{"C", "x\x02"}}) {
+        definitions = Definitions();
+        definitions[2].field.name = name;
+        definitions[2].field.options.items = {item};
+        EXPECT_TRUE(PrepareSchema(doc, definitions, 2000, failure)) << "they hide nothing where they stand";
+        std::swap(definitions[0], definitions[2]);
+        EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
+        EXPECT_EQ(Message::ControlCharacter, failure.message);
+    }
+
+    // A field that was hidden before may stay so, another one in its place may not.
+    Make({"t", "t", "t", "t"});
+    Append(
+        Entries({"a\x02"
+                 "b",
+                 "x", "y", "z"}));
+    definitions = Definitions();
+    std::swap(definitions[2], definitions[3]);
+    EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
+    definitions.pop_back();
+    EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
     Make({"t", "t", "t"});
     Append(
         Entries({"a\x02"

@@ -203,6 +203,8 @@ TEST_F(FieldDefinitionsTest, AFailedSaveTakesTheChangeBack) {
             "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
             "The database was not touched.");
         Ok(page);
+        EXPECT_TRUE(page.isVisible()) << "with everything that was defined";
+        page.reject();
     });
     EXPECT_FALSE(doc->IsModified());
     EXPECT_EQ(Cell(0, 0), "Ada");

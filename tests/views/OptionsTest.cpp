@@ -70,6 +70,8 @@ TEST_F(OptionsTest, AFailedSaveTakesTheChangeBack) {
     const auto tick = [](CQuillaryDialog& page) {
         Click(page.Control<QCheckBox>(1003));
         Click(page.Control<QWidget>(kOkButton));
+        EXPECT_TRUE(page.isVisible());
+        page.reject();
     };
     files.full = "/people.pdb";
     user.ExpectDialog(149, tick);
@@ -98,6 +100,7 @@ TEST_F(OptionsTest, RecordsOfOtherProgramsAreLostOnlyWithTheUsersWord) {
     const auto tick = [](CQuillaryDialog& page) {
         Click(page.Control<QCheckBox>(1003));
         Click(page.Control<QWidget>(kOkButton));
+        if (page.isVisible()) page.reject();  // it waits, as nothing was saved
     };
     Open(before);
     user.ExpectDialog(149, tick);

@@ -108,11 +108,19 @@ TEST_F(PasswordsTest, WhatCannotBeSavedIsTakenBack) {
     In("Change Password...", [this](CQuillaryDialog& page) {
         user.ExpectMessage(kDiskFull);
         Type(page, {{1006, "a"}, {1007, "a"}});
+        EXPECT_TRUE(page.isVisible());
+        page.reject();
     });
     In("Info...", [this](CQuillaryDialog& page) {
         user.ExpectMessage(kDiskFull);
         QTest::keyClicks(Text(page), "x");
         Click(page.Control<QWidget>(kOkButton));
+        user.ExpectMessage("Save the changes before closing?", "Save");
+        user.ExpectMessage(kDiskFull);
+        app.Frame().close();
+        EXPECT_TRUE(page.isVisible() && app.Frame().isVisible()) << "what was typed is nowhere else";
+        EXPECT_EQ(Text(page)->toPlainText(), "xnote");
+        page.reject();
     });
     EXPECT_TRUE(doc->DatabasePasswordHash() == 0 && doc->InfoTextBytes() == "note" && !doc->IsModified());
     files.writable = false;
