@@ -98,6 +98,9 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& 
     page->addWidget(bottom);
 }
 
+// The focus moves on while the widgets go, when this is no such dialog any more.
+CQuillaryDialog::~CQuillaryDialog() { disconnect(qApp, nullptr, this, nullptr); }
+
 void CQuillaryDialog::SetUp(const DialogInfo& info) {
     setWindowFlags(Qt::Widget);
     setObjectName(QString::number(info.id));

@@ -23,6 +23,8 @@ class CQuillaryDialog : public QDialog {
     /// Without a table of controls: `bar` stands below the header, `body` fills the page and scrolls by itself.
     CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& body, FrameWindow& frame);
 
+    ~CQuillaryDialog() override;
+
     /// With OK, once the controls are committed, `store` keeps what they hold; false, after telling why, and the page
     /// stays open with everything in it.
     void StoreWith(std::function<bool()> store) { m_store = std::move(store); }
