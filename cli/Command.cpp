@@ -1,6 +1,7 @@
 #include "cli/Command.h"
 
 #include "cli/Commands.h"
+#include "db/Layout.h"
 
 namespace quillary {
 
@@ -52,6 +53,7 @@ constexpr CommandOption kImportOptions[] = {
     kDropForeign,
 };
 constexpr CommandOption kRecordOptions[] = {kDropForeign};
+constexpr CommandOption kSortOptions[] = {kDropForeign};
 constexpr CommandOption kOptionsOptions[] = {
     {"--long-dates", "on|off", "display dates in long format"},
     {"--edit-on-select", "on|off", "on select, go to Edit View"},
@@ -125,6 +127,15 @@ const Command kCommands[] = {
      "Add, change, delete or duplicate one of the shown records",
      "Rows count from 1, as find prints them. Dates are given as YYYY-MM-DD, times as HH:MM.", 2, kAny, kRecordOptions,
      ExitStatus::Refused, RunRecord},
+    {"sort", "FILE [KEY...]", "Sort the records, and keep them sorted by these fields",
+     "A KEY is NAME or NAME:asc, or NAME:desc for descending order; there can be three. A field of exactly the name "
+     "that\n"
+     "is given goes before an ending. Without a KEY the records stay in their order and no key is stored any more. "
+     "Capital\n"
+     "letters come before small ones, unreadable dates before all others; keys on phone, e-mail and web-url fields "
+     "change\n"
+     "nothing.",
+     1, 1 + kMaxSortKeys, kSortOptions, ExitStatus::Refused, RunSort},
     {"options", "FILE [--long-dates on|off] [--edit-on-select on|off]", "Print or set the options of a database", "", 1,
      1, kOptionsOptions, ExitStatus::Refused, RunOptions},
     {"password", "FILE set|clear", "Set, change or remove the password of a database",

@@ -17,6 +17,7 @@ class Session;
 [[nodiscard]] ExitStatus RunNew(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunImport(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunRecord(Session& session, const Arguments& arguments);
+[[nodiscard]] ExitStatus RunSort(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunOptions(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunPassword(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunText(Session& session, const Arguments& arguments);

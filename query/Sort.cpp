@@ -6,6 +6,7 @@
 #include <limits>
 #include <numeric>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -73,7 +74,9 @@ struct KeyColumn {
     [[nodiscard]] int Compare(std::uint32_t a, std::uint32_t b) const {
         if (descending) std::swap(a, b);
         if (!isText) return numbers[a] < numbers[b] ? -1 : numbers[a] > numbers[b];
-        return ranks ? CompareDisplayed(texts[a], texts[b], *ranks) : texts[a].compare(texts[b]);
+        if (ranks) return CompareDisplayed(texts[a], texts[b], *ranks);
+        const int difference = texts[a].compare(texts[b]);
+        return difference < 0 ? -1 : difference > 0;
     }
 };
 
@@ -114,9 +117,9 @@ bool HasNoOrder(FieldType type) {
     return type == FieldType::Phone || type == FieldType::EMail || type == FieldType::WebUrl;
 }
 
-KeyColumn ExtractKeys(const CQuillaryDoc& doc, std::size_t field, bool descending, const Ranks& ranks) {
+KeyColumn ExtractKeys(const CQuillaryDoc& doc, std::span<const RecordRef> records, std::size_t field, bool descending,
+                      const Ranks& ranks) {
     const FieldType type = doc.TypeOf(field);
-    const auto& records = doc.Shown();
     KeyColumn column;
     column.descending = descending;
     column.isText = SortsAsText(type);
@@ -145,29 +148,56 @@ KeyColumn ExtractKeys(const CQuillaryDoc& doc, std::size_t field, bool descendin
     return column;
 }
 
+// What some records have under the keys of their database; rows count among these records.
+class Comparison {
+  public:
+    Comparison(const CQuillaryDoc& doc, std::span<const RecordRef> records) : m_ranks(RankTable(doc.Page())) {
+        std::vector<std::size_t> fields;
+        for (const SortKey& key : doc.Sort()) {
+            const auto field = doc.FieldByName(key.field);
+            // A second key on a field would only be asked about equal values.
+            const bool isNew = field && std::find(fields.begin(), fields.end(), *field) == fields.end();
+            if (!isNew || HasNoOrder(doc.TypeOf(*field))) continue;
+            fields.push_back(*field);
+            m_columns.push_back(ExtractKeys(doc, records, *field, key.descending, m_ranks));
+        }
+    }
+    Comparison(const Comparison&) = delete;
+    Comparison& operator=(const Comparison&) = delete;
+
+    [[nodiscard]] bool IsEmpty() const { return m_columns.empty(); }
+    [[nodiscard]] int Compare(std::uint32_t a, std::uint32_t b) const {
+        for (const KeyColumn& column : m_columns) {
+            if (const int difference = column.Compare(a, b)) return difference;
+        }
+        return 0;
+    }
+
+  private:
+    const Ranks m_ranks;
+    std::vector<KeyColumn> m_columns;
+};
+
 }  // namespace
 
+SortSettings KeysInUse(const CQuillaryDoc& doc) {
+    SortSettings keys = doc.Sort();
+    std::erase_if(keys, [&doc](const SortKey& key) { return !doc.FieldByName(key.field); });
+    return keys;
+}
+
+int CompareRecords(const CQuillaryDoc& doc, std::size_t a, std::size_t b) {
+    const RecordRef records[] = {doc.Shown()[a], doc.Shown()[b]};
+    return Comparison(doc, records).Compare(0, 1);
+}
+
 std::vector<std::uint32_t> SortedOrder(const CQuillaryDoc& doc) {
-    const Ranks ranks = RankTable(doc.Page());
-    std::vector<KeyColumn> columns;
-    std::vector<std::size_t> fields;
-    for (const SortKey& key : doc.Sort()) {
-        const auto field = doc.FieldByName(key.field);
-        // A second key on a field would only be asked about equal values.
-        const bool isNew = field && std::find(fields.begin(), fields.end(), *field) == fields.end();
-        if (!isNew || HasNoOrder(doc.TypeOf(*field))) continue;
-        fields.push_back(*field);
-        columns.push_back(ExtractKeys(doc, *field, key.descending, ranks));
-    }
     std::vector<std::uint32_t> order(doc.Shown().size());
     std::iota(order.begin(), order.end(), 0u);
-    if (columns.empty()) return order;
-    std::stable_sort(order.begin(), order.end(), [&columns](std::uint32_t a, std::uint32_t b) {
-        for (const KeyColumn& column : columns) {
-            if (const int difference = column.Compare(a, b)) return difference < 0;
-        }
-        return false;
-    });
+    const Comparison comparison(doc, doc.Shown());
+    if (comparison.IsEmpty()) return order;
+    std::stable_sort(order.begin(), order.end(),
+                     [&comparison](std::uint32_t a, std::uint32_t b) { return comparison.Compare(a, b) < 0; });
     return order;
 }
 

@@ -30,6 +30,7 @@ inline constexpr std::string_view kTopicFindRecord = "Find_Record";
 inline constexpr std::string_view kTopicPath = "Path";
 inline constexpr std::string_view kTopicPreferences = "Quillary_Preferences";
 inline constexpr std::string_view kTopicRecordList = "Record_List";
+inline constexpr std::string_view kTopicSortRecords = "Sort_Records";
 
 inline constexpr std::string_view kAllTopics[] = {
     kTopicContents,
@@ -57,6 +58,7 @@ inline constexpr std::string_view kAllTopics[] = {
     kTopicPath,
     kTopicPreferences,
     kTopicRecordList,
+    kTopicSortRecords,
 };
 
 }  // namespace quillary

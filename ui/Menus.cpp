@@ -27,9 +27,15 @@ constexpr MenuItem kDatabase[] = {
     {ID_DATABASE_DELETE, u"Delete..."},
 };
 constexpr MenuItem kRecord[] = {
-    {ID_RECORD_BOTTOM, u"Bottom of Database"}, {ID_RECORD_TOP, u"Top of Database"}, {},
-    {ID_RECORD_REPEAT_FIND, u"Repeat Find"},   {ID_RECORD_FIND, u"Find..."},        {},
+    {ID_RECORD_BOTTOM, u"Bottom of Database"},
+    {ID_RECORD_TOP, u"Top of Database"},
+    {},
+    {ID_RECORD_REPEAT_FIND, u"Repeat Find"},
+    {ID_RECORD_FIND, u"Find..."},
+    {},
     {ID_RECORD_SHOW_ALL, u"Show All"},
+    {},
+    {ID_RECORD_SORT, u"Sort..."},
 };
 constexpr MenuItem kTools[] = {
     {ID_APP_ABOUT, u"About Quillary..."},

@@ -50,13 +50,7 @@ constexpr bool HasLabelAbove(ControlKind kind) {
 
 CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, FrameWindow& frame)
     : QDialog(frame.Window()), m_frame(frame), m_topic(info.topic), m_controls(info.controls) {
-    SetUp(info);
-    auto* content = new QWidget;
-    QVBoxLayout* column = MakeColumn(*content);
-    column->setSpacing(fontMetrics().height() / 2);
-    AddHeader(*column);
-    column->addSpacing(fontMetrics().height() / 2);
-
+    QVBoxLayout* column = BeginScrolledColumn(info);
     QStringList labels;
     for (const ControlInfo& control : info.controls) {
         labels << (control.kind == ControlKind::Text ? QString() : FromWide(control.label));
@@ -64,18 +58,14 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, FrameWindow& frame)
     labels = WithMnemonics(labels);
     qsizetype next = 0;
     for (const ControlInfo& control : info.controls) AddControl(*column, control, labels[next++]);
+    EndScrolledColumn(*column, info.buttons);
+}
 
-    column->addSpacing(fontMetrics().height() / 2);
-    column->addWidget(MakeButtons(info.buttons));
-    column->addStretch(1);
-
-    // On a small screen the page scrolls; moving the focus brings its control into sight.
-    auto* scroll = new QScrollArea(this);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setWidgetResizable(true);
-    scroll->setWidget(content);
-    layout()->addWidget(scroll);
+CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget& content, FrameWindow& frame)
+    : QDialog(frame.Window()), m_frame(frame), m_topic(info.topic), m_controls(info.controls) {
+    QVBoxLayout* column = BeginScrolledColumn(info);
+    column->addWidget(&content);
+    EndScrolledColumn(*column, info.buttons);
 }
 
 CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& body, FrameWindow& frame)
@@ -96,6 +86,30 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& 
     below->setContentsMargins(above->contentsMargins());
     below->addWidget(MakeButtons(info.buttons));
     page->addWidget(bottom);
+}
+
+QVBoxLayout* CQuillaryDialog::BeginScrolledColumn(const DialogInfo& info) {
+    SetUp(info);
+    auto* content = new QWidget;
+    QVBoxLayout* column = MakeColumn(*content);
+    column->setSpacing(fontMetrics().height() / 2);
+    AddHeader(*column);
+    column->addSpacing(fontMetrics().height() / 2);
+
+    // On a small screen the page scrolls; moving the focus brings its control into sight.
+    auto* scroll = new QScrollArea(this);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
+    scroll->setWidgetResizable(true);
+    scroll->setWidget(content);
+    layout()->addWidget(scroll);
+    return column;
+}
+
+void CQuillaryDialog::EndScrolledColumn(QVBoxLayout& column, Buttons buttons) {
+    column.addSpacing(fontMetrics().height() / 2);
+    column.addWidget(MakeButtons(buttons));
+    column.addStretch(1);
 }
 
 // The focus moves on while the widgets go, when this is no such dialog any more.

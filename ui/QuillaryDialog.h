@@ -20,7 +20,9 @@ class FrameWindow;
 class CQuillaryDialog : public QDialog {
   public:
     CQuillaryDialog(const DialogInfo& info, FrameWindow& frame);
-    /// Without a table of controls: `bar` stands below the header, `body` fills the page and scrolls by itself.
+    /// Without a table of controls: `content` has them.
+    CQuillaryDialog(const DialogInfo& info, QWidget& content, FrameWindow& frame);
+    /// The same, where there is a tool bar: `bar` stands below the header, `body` fills the page and scrolls by itself.
     CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& body, FrameWindow& frame);
 
     ~CQuillaryDialog() override;
@@ -78,6 +80,9 @@ class CQuillaryDialog : public QDialog {
 
   private:
     void SetUp(const DialogInfo& info);
+    /// The page's column, with its header; it scrolls where the page is too small for it.
+    [[nodiscard]] QVBoxLayout* BeginScrolledColumn(const DialogInfo& info);
+    void EndScrolledColumn(QVBoxLayout& column, Buttons buttons);
     [[nodiscard]] static QVBoxLayout* MakeColumn(QWidget& content);
     void AddHeader(QVBoxLayout& column);
     void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel);

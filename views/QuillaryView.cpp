@@ -21,6 +21,7 @@
 #include "ui/LongWork.h"
 #include "ui/MessageBox.h"
 #include "ui/StepLog.h"
+#include "ui/TypedText.h"
 #include "ui/WaitCursor.h"
 #include "ui/WideText.h"
 #include "views/DocumentSession.h"
@@ -57,6 +58,7 @@ std::span<const CommandEntry<CQuillaryView>> CQuillaryView::Commands() {
         {ID_RECORD_FIND, &View::OnFind},
         {ID_RECORD_REPEAT_FIND, &View::OnRepeatFind, &View::UpdateRepeatFind},
         {ID_RECORD_SHOW_ALL, &View::OnShowAll, &View::UpdateShowAll},
+        {ID_RECORD_SORT, &View::OnSortRecords},  // read only, in memory
         {ID_RECORD_TOP, &View::OnTop, &View::UpdateTopAndBottom},
     };
     return kCommands;
@@ -71,7 +73,9 @@ CQuillaryView::CQuillaryView(CDocumentSession& session, FrameWindow& frame, Tras
       m_surroundings(surroundings),
       m_model(session.Doc()),
       m_delegate(new CRecordCellDelegate(m_doc, m_model, this)),
-      m_header(new CRecordHeader(this)) {
+      m_header(new CRecordHeader(this)),
+      m_sorting(m_doc, *this, *m_header, m_frame),
+      m_typedSearch(m_doc) {
     setAccessibleName(QStringLiteral("Records"));
     setModel(&m_model);
     setItemDelegate(m_delegate);
@@ -92,7 +96,7 @@ CQuillaryView::CQuillaryView(CDocumentSession& session, FrameWindow& frame, Tras
     });
     session.OnUpdate([this](int hint) { OnUpdate(hint); });
     RebuildList(false, false);
-    ShowSortMark();
+    m_sorting.ShowSortMark();
 }
 
 void CQuillaryView::SetUpHeaders() {
@@ -104,6 +108,7 @@ void CQuillaryView::SetUpHeaders() {
     m_header->onDragging = [this] { FitFiller(); };
     m_header->onDragged = [this](int column) { StoreWidth(column); };
     m_header->onFit = [this](int column) { FitColumn(column); };
+    m_header->onTap = [this](int column) { m_sorting.OnHeaderItemClick(column); };
     setHorizontalHeader(m_header);
     // The toolkit's own way to fit a column looks at some rows only.
     disconnect(m_header, &QHeaderView::sectionHandleDoubleClicked, this, nullptr);
@@ -165,15 +170,6 @@ void CQuillaryView::StoreWidth(int column) {
         RebuildList(false, false);
     }
     m_frame.DocumentChanged();
-}
-
-void CQuillaryView::ShowSortMark() {
-    const SortSettings& keys = m_doc.Sort();
-    const auto field = keys.size() == 1 ? m_doc.FieldByName(keys.front().field) : std::nullopt;
-    m_header->setSortIndicatorShown(field.has_value());
-    if (!field) return;
-    m_header->ShowSortMark(static_cast<int>(*field),
-                           keys.front().descending ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void CQuillaryView::FitColumn(int column) {
@@ -277,6 +273,11 @@ void CQuillaryView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QTableView::keyPressEvent(event);
+}
+
+void CQuillaryView::keyboardSearch(const QString& typed) {
+    if (!IsWriting(typed)) return;
+    if (const auto row = m_typedSearch.Type(typed, GetSelectedRow())) SelectCell(*row, currentIndex().column());
 }
 
 QItemSelectionModel::SelectionFlags CQuillaryView::selectionCommand(const QModelIndex& index,
@@ -387,7 +388,7 @@ bool CQuillaryView::SaveOrRestore(const CQuillaryDoc::State& before, bool resort
         m_doc.Restore(before);
         RebuildList(false, false);
     }
-    ShowSortMark();
+    m_sorting.ShowSortMark();
     return saved;
 }
 
@@ -459,6 +460,8 @@ void CQuillaryView::OnShowAll() {
     }
     RebuildList(true, true);
 }
+
+void CQuillaryView::OnSortRecords() { m_sorting.OnSortRecords(); }
 
 void CQuillaryView::OnTop() { SelectCell(0, currentIndex().column()); }
 

@@ -8,7 +8,9 @@
 #include "db/QuillaryDoc.h"
 #include "ui/CommandTarget.h"
 #include "views/EditRecordDlg.h"
+#include "views/ListSorting.h"
 #include "views/RecordListModel.h"
+#include "views/TypedSearch.h"
 
 namespace quillary {
 
@@ -48,6 +50,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
   protected:
     void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void keyboardSearch(const QString& typed) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
@@ -67,6 +70,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     void OnOptions();
     void OnRepeatFind();
     void OnShowAll();
+    void OnSortRecords();
     void OnTop();
     void OnBottom();
     void UpdateRepeatFind(CommandState& state) const;
@@ -81,8 +85,6 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
 
     void SetUpHeaders();
     void BuildColumns();
-    /// Marks the heading when the records are sorted by one field.
-    void ShowSortMark();
     /// Widens the filler column to the client area's edge.
     void FitFiller();
     void StoreWidth(int column);
@@ -106,6 +108,8 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     CRecordListModel m_model;
     CRecordCellDelegate* m_delegate;
     CRecordHeader* m_header;
+    CListSorting m_sorting;
+    CTypedSearch m_typedSearch;
     QString m_findText;  // as typed
     int m_findColumn = kNoFindYet;
     bool m_painted = false;

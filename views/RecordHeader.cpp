@@ -1,5 +1,7 @@
 #include "views/RecordHeader.h"
 
+#include <QGuiApplication>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <algorithm>
@@ -19,7 +21,7 @@ constexpr int kSmallestDraggedWidth = 10;  // a narrower column is hard to get h
 
 CRecordHeader::CRecordHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
     setHighlightSections(false);
-    setSectionsClickable(false);
+    setSectionsClickable(true);
     setMinimumSectionSize(kSmallestDraggedWidth);
     connect(this, &QHeaderView::sectionResized, this, [this](int column) {
         if (m_settingWidth) return;
@@ -29,6 +31,8 @@ CRecordHeader::CRecordHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, pare
     connect(this, &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
         if (onFit) onFit(column);
     });
+    connect(this, &QHeaderView::sectionClicked, this, &CRecordHeader::Tap);
+    connect(this, &QHeaderView::sectionDoubleClicked, this, [this] { m_isTapAgain = true; });
 }
 
 void CRecordHeader::SetWidth(int column, int pixels) {
@@ -41,8 +45,24 @@ void CRecordHeader::ShowSortMark(int column, Qt::SortOrder order) {
     setSortIndicator(column, order);
 }
 
+void CRecordHeader::Tap(int column) {
+    if (column < 0 || !onTap || QGuiApplication::keyboardModifiers().testFlag(Qt::ControlModifier)) return;
+    // Later, as a drag's end: sorting saves.
+    QMetaObject::invokeMethod(
+        this, [this, column] { onTap(column); }, Qt::QueuedConnection);
+}
+
+// The second of two quick taps is one too; of an edge there are only drags and double clicks.
+void CRecordHeader::mouseDoubleClickEvent(QMouseEvent* event) {
+    QHeaderView::mouseDoubleClickEvent(event);
+    if (std::exchange(m_isTapAgain, false)) mousePressEvent(event);
+}
+
 void CRecordHeader::mouseReleaseEvent(QMouseEvent* event) {
+    const int marked = sortIndicatorSection();
+    const Qt::SortOrder order = sortIndicatorOrder();
     QHeaderView::mouseReleaseEvent(event);
+    setSortIndicator(marked, order);  // the toolkit has turned it, whatever comes of the tap
     const int column = std::exchange(m_draggedColumn, -1);
     if (column < 0 || !onDragged) return;
     // Later, as a message about a failed save must not come while the mouse's event is still on its way.
@@ -55,6 +75,8 @@ void CRecordHeader::paintSection(QPainter* painter, const QRect& rect, int colum
     initStyleOption(&option);
     option.rect = rect;
     initStyleOptionForIndex(&option, column);
+    const bool isFiller = column == count() - 1;
+    if (isFiller) option.state &= ~(QStyle::State_Sunken | QStyle::State_MouseOver);  // nothing to be tapped
     painter->save();
     painter->setClipRect(rect);
     style()->drawControl(QStyle::CE_HeaderSection, &option, painter, this);

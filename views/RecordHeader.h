@@ -17,19 +17,27 @@ class CRecordHeader : public QHeaderView {
     /// Called when the user double-clicks the right edge of a column.
     std::function<void(int column)> onFit;
 
+    /// Called after a tap on a heading, outside the mouse's event. Neither a drag nor a double click of a heading's
+    /// edge is one.
+    std::function<void(int column)> onTap;
+
     /// Sets a width that is not the user's doing.
     void SetWidth(int column, int pixels);
     /// Marks the column by which the records are sorted.
     void ShowSortMark(int column, Qt::SortOrder order);
 
   protected:
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void paintSection(QPainter* painter, const QRect& rect, int column) const override;
     [[nodiscard]] QSize sectionSizeFromContents(int column) const override;
 
   private:
+    void Tap(int column);
+
     bool m_settingWidth = false;
     int m_draggedColumn = -1;
+    bool m_isTapAgain = false;  // the double click that is being dealt with
 };
 
 }  // namespace quillary

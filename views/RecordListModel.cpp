@@ -2,6 +2,7 @@
 
 #include "db/CellText.h"
 #include "db/QuillaryDoc.h"
+#include "query/Sort.h"
 #include "ui/ToolTip.h"
 #include "ui/WideText.h"
 
@@ -61,6 +62,19 @@ QVariant CRecordListModel::headerData(int section, Qt::Orientation orientation, 
     if (role == Qt::DisplayRole) return name;
     if (role == Qt::ToolTipRole) return PlainToolTip(name);  // the heading may be too narrow for it
     if (role == Qt::TextAlignmentRole) return QVariant::fromValue(AlignmentOf(section));
+    if (role == Qt::AccessibleDescriptionRole) return SortDescription(section);
+    return {};
+}
+
+// What the mark in a heading says to those who do not see it, and of each of several keys.
+QString CRecordListModel::SortDescription(int column) const {
+    const SortSettings keys = KeysInUse(m_doc);
+    for (std::size_t k = 0; k < keys.size(); ++k) {
+        if (m_doc.FieldByName(keys[k].field) != static_cast<std::size_t>(column)) continue;
+        return QStringLiteral("Sort key %1, %2")
+            .arg(k + 1)
+            .arg(keys[k].descending ? QStringLiteral("descending") : QStringLiteral("ascending"));
+    }
     return {};
 }
 

@@ -32,6 +32,7 @@ class CRecordListModel : public QAbstractTableModel {
   private:
     /// The entries of the record at `row`. A list paints row by row, so they are found once for all cells of a row.
     [[nodiscard]] const EntryTable& EntriesOf(int row) const;
+    [[nodiscard]] QString SortDescription(int column) const;
 
     // What m_entries was filled from. A change moves the number, a save moves the bytes: both are compared.
     struct Source {

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
 
 #include <random>
 
@@ -64,6 +65,35 @@ TEST(Sort, OrderByType) {
     }
 }
 
+RC_GTEST_PROP(Sort, SortsAsItComparesOverTablesOfEveryType, ()) {
+    MemoryFiles files;
+    CQuillaryDoc doc(files);
+    std::vector<Field> fields;
+    for (const char* type : {"t", "F", "I1;1", "B", "D", "d", "Lx;y", "P", "M", "W"}) {
+        fields.push_back(MakeField(type, type));
+    }
+    doc.NewDatabase("x", fields);
+    const std::vector<std::string> values = {"",   "a",    "A", "a\nb", "\x96", "\xE9",  "JA",     "0",
+                                             "00", "-1.5", "9", "10",   "59",   "86460", "-700000"};
+    Failure failure;
+    for (auto rows = *rc::gen::inRange(0, 12); rows > 0; --rows) {
+        auto texts = *rc::gen::container<std::vector<std::string>>(fields.size(), rc::gen::elementOf(values));
+        texts.resize(*rc::gen::inRange<std::size_t>(0, texts.size() + 1));  // the other entries are missing
+        RC_ASSERT(doc.AppendRecord(Entries(texts), failure));
+    }
+    SortSettings keys;
+    while (keys.size() < 3) keys.push_back({(*rc::gen::elementOf(fields)).name, *rc::gen::arbitrary<bool>()});
+    doc.SetSort(keys);
+    const std::vector<std::uint32_t> order = SortedOrder(doc);
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        for (std::size_t j = i + 1; j < order.size(); ++j) {
+            const int difference = CompareRecords(doc, order[i], order[j]);
+            RC_ASSERT(difference < 0 || (difference == 0 && order[i] < order[j]));
+            RC_ASSERT(CompareRecords(doc, order[j], order[i]) == -difference);
+        }
+    }
+}
+
 TEST(Sort, ThreeKeysAreStableAndDeadKeysAreSkipped) {
     MemoryFiles files;
     CQuillaryDoc doc(files);
@@ -99,6 +129,26 @@ TEST(Sort, ARecordWithoutTheEntrySortsAsEmpty) {
     }
     doc.SetSort({{"Key", false}});
     EXPECT_THAT(SortedOrder(doc), testing::ElementsAre(1, 0, 2));
+}
+
+TEST(Sort, KeysOfRenamedAndRemovedFieldsCountForNothing) {
+    MemoryFiles files;
+    CQuillaryDoc doc(files);
+    doc.NewDatabase("x", {MakeField("A", "t"), MakeField("B", "F"), MakeField("C", "F")});
+    Failure failure;
+    for (const char* number : {"3", "1", "2"}) {
+        ASSERT_TRUE(doc.AppendRecord(Entries({number, number}), failure));
+    }
+    doc.SetSort({{"A", true}, {"C", false}, {"B", false}});
+    doc.SetFields({MakeField("a", "t"), MakeField("B", "F")});
+    ASSERT_TRUE(doc.SaveDatabaseAs("/x.pdb", "x", failure));
+    EXPECT_THAT(files.contents["/x.pdb"], testing::HasSubstr(FromHex("00 01000000 FF000000 FF000000 FF FF FF")));
+    ScriptedQuestions questions;
+    for (const bool reopened : {false, true}) {
+        ASSERT_TRUE(!reopened || doc.OpenDatabase("/x.pdb", OpenMode::Read, questions));
+        EXPECT_EQ((SortSettings{{"B", false}}), KeysInUse(doc)) << reopened;
+        EXPECT_THAT(SortedOrder(doc), testing::ElementsAre(1, 2, 0)) << reopened;
+    }
 }
 
 TEST(Sort, PagesOfSeveralBytesSortByTheirCharacters) {

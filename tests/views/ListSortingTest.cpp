@@ -1,0 +1,186 @@
+// Sorting in the record list, by the dialog and by taps on headings, and going to a record by its first letters.
+#include <gmock/gmock.h>
+
+#include <QComboBox>
+#include <QHeaderView>
+#include <QRadioButton>
+#include <QStyleHints>
+#include <QTest>
+
+#include "tests/ui/WindowTest.h"
+#include "views/QuillaryView.h"
+
+namespace quillary {
+namespace {
+
+constexpr Qt::MouseButton kLeft = Qt::LeftButton;
+
+class ListSortingTest : public WindowTest {
+  protected:
+    /// How the first column begins, and the mark: the column's position, then + or -.
+    [[nodiscard]] QString List() {
+        QString list = " ";
+        for (int row = 0; row < View()->model()->rowCount(); ++row) list.insert(row, Cell(row, 0).front());
+        const QHeaderView* header = View()->horizontalHeader();
+        if (!header->isSortIndicatorShown()) return list;
+        const bool isAscending = header->sortIndicatorOrder() == Qt::AscendingOrder;
+        return list + QString::number(header->sortIndicatorSection()) + (isAscending ? "+" : "-");
+    }
+    /// In the heading of a column, `fromEdge` pixels from its right edge.
+    void Tap(int column, int fromEdge = 30, Qt::MouseButton button = kLeft, Qt::KeyboardModifiers keys = {},
+             bool twice = false) {
+        const QHeaderView* header = View()->horizontalHeader();
+        const QPoint at(header->sectionViewportPosition(column) + header->sectionSize(column) - fromEdge, 8);
+        QTest::mouseClick(header->viewport(), button, keys, at);
+        if (twice) QTest::mouseDClick(header->viewport(), button, keys, at);
+        if (twice) QTest::mouseRelease(header->viewport(), button, keys, at);
+        QTest::qWait(0);
+    }
+    static void Choose(CQuillaryDialog& page, int list, const QString& field) {
+        auto* box = page.Control<QComboBox>(list);
+        QTest::keyClick(box, Qt::Key_Home);
+        while (box->currentText() != field) QTest::keyClick(box, Qt::Key_Down);
+    }
+    static QStringList Chosen(CQuillaryDialog& page) {
+        QStringList chosen;
+        for (const int list : {1002, 1003, 1004}) chosen << page.Control<QComboBox>(list)->currentText();
+        return chosen;
+    }
+    static bool IsVisible(CQuillaryDialog& page, int control) { return page.Control<QWidget>(control)->isVisible(); }
+    void InDialog(const User::Steps& steps, int button = kOkButton) {
+        user.ExpectDialog(139, [=](CQuillaryDialog& page) {
+            steps(page);
+            Click(page.Control<QWidget>(button));
+        });
+        ChooseMenu("Record", "Sort...");
+    }
+};
+
+TEST_F(ListSortingTest, TheDialogTakesTheKeysInTheirOrderAndSavesOnce) {
+    Open(PeopleParts().Build());
+    Tap(1);
+    const int saves = files.saves;
+    InDialog([](CQuillaryDialog& page) {
+        EXPECT_TRUE(page.Control<QComboBox>(1002)->hasFocus());
+        EXPECT_EQ(Chosen(page), QStringList({"Age", "(None)", "(None)"}));
+        EXPECT_TRUE(IsVisible(page, 1007) && IsVisible(page, 1008) && !IsVisible(page, 1009));
+        Choose(page, 1002, "(None)");
+        EXPECT_FALSE(IsVisible(page, 1007) || IsVisible(page, 1008));
+        Choose(page, 1003, "Member");
+        Click(page.Control<QRadioButton>(1010));
+        Choose(page, 1004, "Name");
+    });
+    EXPECT_EQ(List(), "1AB ") << "of the dialog's keys none is marked";
+    EXPECT_EQ(files.saves, saves + 1);
+    const auto look = [](CQuillaryDialog& page) {
+        EXPECT_EQ(Chosen(page), QStringList({"Member", "Name", "(None)"}));
+        EXPECT_TRUE(page.Control<QRadioButton>(1008)->isChecked() && page.Control<QRadioButton>(1009)->isChecked());
+        Choose(page, 1002, "Age");
+    };
+    InDialog(look, kCancelButton);
+    InDialog([](CQuillaryDialog&) {});
+    EXPECT_EQ(files.saves, saves + 1) << "the same keys again";
+    InDialog([](CQuillaryDialog& page) { Choose(page, 1003, "(None)"); });
+    user.ExpectDialog(149, [](CQuillaryDialog& page) { Click(page.Control<QWidget>(kOkButton)); });
+    ChooseMenu("Tools", "Options...");
+    EXPECT_EQ(List(), "1AB ") << "nor when the columns are made anew";
+    InDialog([](CQuillaryDialog& page) { Choose(page, 1002, "(None)"); });
+    EXPECT_EQ(List(), "1AB ") << "there is no way back";
+    EXPECT_THAT(CloseAndReadFile(), testing::HasSubstr(FromHex("FF000000 FF000000 FF000000")));
+}
+
+TEST_F(ListSortingTest, TheDialogPreselectsByNameAndHasNoMoreRowsThanFields) {
+    for (int fields = 1; fields <= 3; ++fields) {
+        ImageParts parts;
+        const std::vector<std::string> names = {"Ones", "One", "Two"};
+        parts.AddSchema({names.begin(), names.begin() + fields}, {"t", "t", "t"});
+        Open(parts.Build())->SetSort({{"oN", true}, {"One", false}, {"Gone", false}});
+        InDialog([fields](CQuillaryDialog& page) {
+            const QString exact = fields == 1 ? "Ones" : "One";
+            EXPECT_EQ(Chosen(page), QStringList({"Ones", exact, "(None)"}));
+            for (const int id : {1003, 1050}) EXPECT_EQ(IsVisible(page, id), fields >= 2) << id;
+            for (const int id : {1004, 1051}) EXPECT_EQ(IsVisible(page, id), fields >= 3) << id;
+        });
+    }
+}
+
+TEST_F(ListSortingTest, ATapOnAHeadingSortsByItAloneAndASecondOneTurnsIt) {
+    CQuillaryDoc* doc = Open(PeopleParts().Build());
+    doc->SetSort({{"Gone", false}, {"Name", false}});
+    constexpr auto kNoKeys = Qt::NoModifier;
+    const struct {
+        const char* name;
+        int column, fromEdge;
+        Qt::MouseButton button;
+        Qt::KeyboardModifiers keys;
+        bool twice;
+        QString list;
+    } kTaps[] = {
+        {"the only key whose field there is", 0, 30, kLeft, kNoKeys, false, "BA1 0-"},
+        {"the same one", 0, 30, kLeft, kNoKeys, false, "1AB 0+"},
+        {"with Ctrl", 1, 30, kLeft, Qt::ControlModifier, false, "1AB 0+"},
+        {"the right button", 1, 30, Qt::RightButton, kNoKeys, true, "1AB 0+"},
+        {"the filler column", 4, 30, kLeft, kNoKeys, false, "1AB 0+"},
+        {"an edge", 1, 1, kLeft, kNoKeys, true, "1AB 0+"},
+        {"two quick ones on another column", 2, 30, kLeft, kNoKeys, true, "A1B 2-"},
+    };
+    for (const auto& tap : kTaps) {
+        Tap(tap.column, tap.fromEdge, tap.button, tap.keys, tap.twice);
+        EXPECT_EQ(List(), tap.list) << tap.name;
+    }
+    doc->SetSort({{"Born", false}, {"Name", false}});
+    Tap(2);
+    EXPECT_EQ(List(), "B1A 2+") << "it was one of two";
+    EXPECT_EQ(View()->model()->headerData(2, Qt::Horizontal, Qt::AccessibleDescriptionRole), "Sort key 1, ascending");
+    Open(CloseAndReadFile());
+    EXPECT_EQ(List(), "B1A 2+");
+}
+
+TEST_F(ListSortingTest, AnOrderThatCannotBeSavedStays) {
+    const std::string before = PeopleParts().Build();
+    Open(before);
+    files.full = "/people.pdb";
+    user.ExpectMessage(
+        "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
+        "The database was not touched.");
+    Tap(0);
+    EXPECT_EQ(Title() + List(), "People*1AB 0+");
+    files.full.clear();
+    files.writable = false;
+    Open(before);
+    InDialog([](CQuillaryDialog& page) { Choose(page, 1002, "Age"); });
+    EXPECT_EQ(List(), "1BA ");
+    EXPECT_EQ(CloseAndReadFile(), before) << "read only";
+}
+
+TEST_F(ListSortingTest, LettersGoToTheNextRecordThatBeginsWithThem) {
+    ImageParts parts;
+    parts.AddSchema({"Name", "Ok"}, {"t", "B"});
+    for (const char* name : {"Ann", "Bob", "ada", "Anton", "Bea"}) parts.Add(2, {name, "true"});
+    Open(parts.Build());
+    QTest::keyClick(View(), Qt::Key_Right);
+    constexpr int kAtOnce = 0;
+    constexpr int kNever = 1000000;
+    const struct {
+        const char* name;
+        const char* letters;
+        int pause;
+        QString counter;
+    } kSteps[] = {
+        {"the next one", "a", kAtOnce, "3 of 5"},
+        {"which becomes an", "n", kNever, "4 of 5"},
+        {"the space bar is no letter", "T ", kNever, "4 of 5"},
+        {"after a pause", "b", kAtOnce, "5 of 5"},
+        {"none begins with bb, the next one with b", "b", kNever, "2 of 5"},
+        {"there is nothing like it", "x", kAtOnce, "2 of 5"},
+    };
+    for (const auto& step : kSteps) {
+        QGuiApplication::styleHints()->setKeyboardInputInterval(step.pause);
+        QTest::keyClicks(View(), step.letters);
+        EXPECT_EQ(Counter(), step.counter) << step.name;
+    }
+    EXPECT_EQ(View()->currentIndex().column(), 1);
+}
+
+}  // namespace
+}  // namespace quillary
