@@ -28,7 +28,7 @@ CDatabaseInfoDlg::CDatabaseInfoDlg(const CQuillaryDoc& doc, FrameWindow& frame)
     : CDatabaseInfoDlg(doc, frame, new QWidget, new CTextEdit) {}
 
 CDatabaseInfoDlg::CDatabaseInfoDlg(const CQuillaryDoc& doc, FrameWindow& frame, QWidget* bar, CTextEdit* edit)
-    : CQuillaryDialog(kDialog, *bar, Centered(*edit), frame),
+    : CQuillaryDialog(kDialog, bar, Centered(*edit), frame),
       m_doc(doc),
       m_edit(edit),
       m_unlockButton(new QPushButton),

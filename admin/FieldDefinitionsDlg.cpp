@@ -72,7 +72,7 @@ CFieldDefinitionsDlg::CFieldDefinitionsDlg(std::vector<FieldEdit> fields, bool h
 
 CFieldDefinitionsDlg::CFieldDefinitionsDlg(std::vector<FieldEdit> fields, bool hasRecords, const AnsiText& page,
                                            Take take, FrameWindow& frame, QToolBar* bar, CRowListView* list)
-    : CQuillaryDialog(kDialog, *bar, Centered(*list), frame),
+    : CQuillaryDialog(kDialog, bar, Centered(*list), frame),
       m_edits(std::move(fields)),
       m_hasRecords(hasRecords),
       m_page(page),

@@ -51,7 +51,7 @@ CFieldTypeDlg::CFieldTypeDlg(FieldEdit& edit, bool converts, const AnsiText& pag
     : CFieldTypeDlg(edit, frame, new QComboBox, new CFieldOptionsEditor(converts, page)) {}
 
 CFieldTypeDlg::CFieldTypeDlg(FieldEdit& edit, FrameWindow& frame, QComboBox* types, CFieldOptionsEditor* options)
-    : CQuillaryDialog(kDialog, TypeRow(*types), Scrolled(*options), frame),
+    : CQuillaryDialog(kDialog, &TypeRow(*types), Scrolled(*options), frame),
       m_edit(edit),
       m_types(types),
       m_options(options) {

@@ -53,6 +53,13 @@ constexpr CommandOption kImportOptions[] = {
     kDropForeign,
 };
 constexpr CommandOption kRecordOptions[] = {kDropForeign};
+constexpr CommandOption kFilterOptions[] = {
+    {"--where", "FIELD OP VALUE", "a condition; up to three", true},
+    {"--any", "", "show the records that meet any of the conditions (all of them)"},
+    {"--narrow", "", "apply the conditions to the records that are shown (all)"},
+    kDropForeign,
+};
+constexpr CommandOption kShowAllOptions[] = {kDropForeign};
 constexpr CommandOption kSortOptions[] = {kDropForeign};
 constexpr CommandOption kOptionsOptions[] = {
     {"--long-dates", "on|off", "display dates in long format"},
@@ -127,6 +134,19 @@ const Command kCommands[] = {
      "Add, change, delete or duplicate one of the shown records",
      "Rows count from 1, as find prints them. Dates are given as YYYY-MM-DD, times as HH:MM.", 2, kAny, kRecordOptions,
      ExitStatus::Refused, RunRecord},
+    {"filter", "FILE [--where FIELD OP VALUE]... [--any] [--narrow]", "Hide the records that do not meet conditions",
+     "FIELD \"*\" is all fields. OP is one word of the command line, \"is before\":\n"
+     "  text, phone, e-mail, web-url, \"*\"  is, contains\n"
+     "  number, sequence                  is, is not, less than, greater than\n"
+     "  checkbox, list                    is, is not\n"
+     "  date, time                        is, is not, is before, is after\n"
+     "VALUE has at most 39 bytes in the code page. That of a check box is true or false, that of a list one of its\n"
+     "items; dates are given as YYYY-MM-DD, times as HH:MM, and an empty one is none.\n"
+     "The conditions replace those that the database has. Without --where it then has none, and records that were\n"
+     "hidden stay so; \"qly showall\" shows them.",
+     1, 1, kFilterOptions, ExitStatus::Refused, RunFilter},
+    {"showall", "FILE", "Remove the filter and show all records", "", 1, 1, kShowAllOptions, ExitStatus::Refused,
+     RunShowAll},
     {"sort", "FILE [KEY...]", "Sort the records, and keep them sorted by these fields",
      "A KEY is NAME or NAME:asc, or NAME:desc for descending order; there can be three. A field of exactly the name "
      "that\n"

@@ -2,6 +2,7 @@
 // printed.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <span>
 #include <string_view>
@@ -19,6 +20,11 @@ struct CommandOption {
         value;  // what the value is, in capitals; or the values that there are, with "|" between; a flag: empty
     std::string_view help;
     bool repeats = false;
+
+    /// How many words follow the name: those of `value`.
+    [[nodiscard]] constexpr std::size_t ValueCount() const {
+        return value.empty() ? 0 : 1 + static_cast<std::size_t>(std::count(value.begin(), value.end(), ' '));
+    }
 };
 
 struct Command {

@@ -123,7 +123,8 @@ class ArgumentParser {
             if (option->value.empty()) {
                 m_app.add_flag(name);
             } else {
-                m_app.add_option(name)->take_all()->allow_extra_args(false);
+                const auto count = static_cast<int>(option->ValueCount());
+                m_app.add_option(name)->type_size(count)->take_all()->allow_extra_args(false);
             }
         }
     }
@@ -141,7 +142,12 @@ class ArgumentParser {
         } catch (const CLI::ParseError& error) {
             // What is left to go wrong is an option whose value is missing; the library's text begins with its name.
             const std::string_view text = error.what();
-            Complain("The option " + Quoted(text.substr(0, text.find(':'))) + " needs a value.");
+            const std::string_view name = text.substr(0, text.find(':'));
+            const auto option = std::find_if(m_options.begin(), m_options.end(),
+                                             [name](const CommandOption* known) { return known->name == name; });
+            const bool isOneWord = option == m_options.end() || (*option)->ValueCount() == 1;
+            Complain("The option " + Quoted(name) + " needs " +
+                     (isOneWord ? "a value" : std::string((*option)->value)) + ".");
             return false;
         }
         if (AsksForHelp()) return true;
@@ -169,16 +175,18 @@ class ArgumentParser {
             if (option == m_options.end()) continue;
             const bool isFlag = (*option)->value.empty();
             if (nameEnd == std::string::npos) {
-                i += isFlag ? 0 : 1;  // the next word is its value, whatever it looks like
+                i += (*option)->ValueCount();  // the next words are its value, whatever they look like
                 continue;
             }
             if (isFlag) {
                 Complain("The option " + Quoted(name) + " takes no value.");
                 return false;
             }
-            if (nameEnd + 1 < given[i].size()) continue;
-            given[i].pop_back();
-            given.insert(given.begin() + static_cast<std::ptrdiff_t>(++i), std::string());
+            if (nameEnd + 1 == given[i].size()) {
+                given[i].pop_back();
+                given.insert(given.begin() + static_cast<std::ptrdiff_t>(++i), std::string());
+            }
+            i += (*option)->ValueCount() - 1;
         }
         return true;
     }

@@ -17,6 +17,8 @@ class Session;
 [[nodiscard]] ExitStatus RunNew(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunImport(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunRecord(Session& session, const Arguments& arguments);
+[[nodiscard]] ExitStatus RunFilter(Session& session, const Arguments& arguments);
+[[nodiscard]] ExitStatus RunShowAll(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunSort(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunOptions(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunPassword(Session& session, const Arguments& arguments);

@@ -84,6 +84,7 @@ constexpr Row kMessages[] = {
     {Message::NotATime, "\"%s\" is no time."},
     {Message::NotACheckBox, "\"%s\" is neither true nor false."},
     {Message::NotAListItem, "\"%s\" is no item of the list."},
+    {Message::ConditionTooLong, "A filter condition holds at most 39 bytes of text; \"%s\" has %s."},
     {Message::ResultsOutOfRange, "Enter an integer between 1 and 100."},
     {Message::PreferencesNotStored, "The preferences could not be stored (%s)."},
 };

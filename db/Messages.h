@@ -70,6 +70,8 @@ enum class Message {
     NotATime,
     NotACheckBox,
     NotAListItem,
+    // The filter
+    ConditionTooLong,  // %s: its text, %s: its number of bytes
     // Preferences
     ResultsOutOfRange,
     PreferencesNotStored,  // %s: the system's reason

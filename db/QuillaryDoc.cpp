@@ -416,12 +416,22 @@ void CQuillaryDoc::ReplaceAllRecords(std::vector<RecordRef> shown, std::vector<R
 
 void CQuillaryDoc::ShowAllRecords() {
     m_content.filter.onlyShown = false;
-    if (m_content.hidden.empty()) return;
-    for (RecordRef& record : m_content.hidden) {
-        record.category = kCategoryShown;
-        m_content.shown.push_back(record);
+    std::vector<RecordRef> shown = m_content.shown;
+    shown.insert(shown.end(), m_content.hidden.begin(), m_content.hidden.end());
+    DivideRecords(std::move(shown), {});
+}
+
+void CQuillaryDoc::DivideRecords(std::vector<RecordRef> shown, std::vector<RecordRef> hidden) {
+    const auto isSame = [](const RecordRef& a, const RecordRef& b) { return a.data == b.data && a.size == b.size; };
+    if (std::equal(shown.begin(), shown.end(), Shown().begin(), Shown().end(), isSame) &&
+        std::equal(hidden.begin(), hidden.end(), Hidden().begin(), Hidden().end(), isSame)) {
+        return;
     }
-    m_content.hidden.clear();
+    for (RecordRef& record : shown) record.category = kCategoryShown;
+    for (RecordRef& record : hidden) record.category = kCategoryHidden;
+    m_content.shown = std::move(shown);
+    m_content.hidden = std::move(hidden);
+    if (m_current >= Shown().size()) m_current = Shown().empty() ? 0 : Shown().size() - 1;
     Changed();
 }
 

@@ -128,6 +128,8 @@ class CQuillaryDoc {
     void ReplaceAllRecords(std::vector<RecordRef> shown, std::vector<RecordRef> hidden, RecordArena arena);
     /// Puts the hidden records, in their order, behind the shown ones.
     void ShowAllRecords();
+    /// The same records, divided anew. Nothing is marked changed when they are what there is.
+    void DivideRecords(std::vector<RecordRef> shown, std::vector<RecordRef> hidden);
     /// The record at the position in entry k of `order` moves to position k. `order` is a permutation of the shown
     /// rows; nothing is marked changed when it is the identity.
     void ReorderRecords(std::span<const std::uint32_t> order);

@@ -14,6 +14,7 @@ inline constexpr int ID_RECORD_TOP = 32785;
 inline constexpr int ID_RECORD_REPEAT_FIND = 32786;
 inline constexpr int ID_RECORD_FIND = 32787;
 inline constexpr int ID_RECORD_SHOW_ALL = 32788;
+inline constexpr int ID_RECORD_FILTER = 32789;
 inline constexpr int ID_RECORD_SORT = 32790;
 inline constexpr int ID_DATABASE_DELETE = 32829;
 

@@ -26,6 +26,7 @@ inline constexpr std::string_view kTopicFieldTypeList = "Datatype_Details_List";
 inline constexpr std::string_view kTopicFieldTypePhone = "Datatype_Details_Phone";
 inline constexpr std::string_view kTopicFieldTypeEMail = "Datatype_Details_EMail";
 inline constexpr std::string_view kTopicFieldTypeUrl = "Datatype_Details_URL";
+inline constexpr std::string_view kTopicFilterRecords = "Filter_Records";
 inline constexpr std::string_view kTopicFindRecord = "Find_Record";
 inline constexpr std::string_view kTopicPath = "Path";
 inline constexpr std::string_view kTopicPreferences = "Quillary_Preferences";
@@ -33,31 +34,19 @@ inline constexpr std::string_view kTopicRecordList = "Record_List";
 inline constexpr std::string_view kTopicSortRecords = "Sort_Records";
 
 inline constexpr std::string_view kAllTopics[] = {
-    kTopicContents,
-    kTopicAbout,
-    kTopicChangePassword,
-    kTopicCreateDatabase,
-    kTopicDatabaseInfo,
-    kTopicDatabaseOptions,
-    kTopicDocumentList,
-    kTopicEditRecord,
-    kTopicEnterLockPassword,
-    kTopicEnterPassword,
-    kTopicFieldDefinitions,
-    kTopicFieldTypeText,
-    kTopicFieldTypeNumber,
-    kTopicFieldTypeSequence,
-    kTopicFieldTypeCheckbox,
-    kTopicFieldTypeDate,
-    kTopicFieldTypeTime,
-    kTopicFieldTypeList,
-    kTopicFieldTypePhone,
-    kTopicFieldTypeEMail,
-    kTopicFieldTypeUrl,
-    kTopicFindRecord,
-    kTopicPath,
-    kTopicPreferences,
-    kTopicRecordList,
+    kTopicContents,          kTopicAbout,
+    kTopicChangePassword,    kTopicCreateDatabase,
+    kTopicDatabaseInfo,      kTopicDatabaseOptions,
+    kTopicDocumentList,      kTopicEditRecord,
+    kTopicEnterLockPassword, kTopicEnterPassword,
+    kTopicFieldDefinitions,  kTopicFieldTypeText,
+    kTopicFieldTypeNumber,   kTopicFieldTypeSequence,
+    kTopicFieldTypeCheckbox, kTopicFieldTypeDate,
+    kTopicFieldTypeTime,     kTopicFieldTypeList,
+    kTopicFieldTypePhone,    kTopicFieldTypeEMail,
+    kTopicFieldTypeUrl,      kTopicFilterRecords,
+    kTopicFindRecord,        kTopicPath,
+    kTopicPreferences,       kTopicRecordList,
     kTopicSortRecords,
 };
 

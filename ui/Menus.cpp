@@ -34,6 +34,7 @@ constexpr MenuItem kRecord[] = {
     {ID_RECORD_FIND, u"Find..."},
     {},
     {ID_RECORD_SHOW_ALL, u"Show All"},
+    {ID_RECORD_FILTER, u"Filter..."},
     {},
     {ID_RECORD_SORT, u"Sort..."},
 };

@@ -68,7 +68,7 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget& content, Frame
     EndScrolledColumn(*column, info.buttons);
 }
 
-CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& body, FrameWindow& frame)
+CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget* bar, QWidget& body, FrameWindow& frame)
     : QDialog(frame.Window()), m_frame(frame), m_topic(info.topic), m_controls(info.controls) {
     SetUp(info);
     auto* top = new QWidget(this);
@@ -77,7 +77,7 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& 
     above->setSpacing(gap);
     above->setContentsMargins(above->contentsMargins().left(), gap, above->contentsMargins().right(), gap);
     AddHeader(*above);
-    above->addWidget(&bar);
+    if (bar) above->addWidget(bar);
     auto* page = static_cast<QVBoxLayout*>(layout());
     page->addWidget(top);
     page->addWidget(&body, 1);

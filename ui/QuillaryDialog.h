@@ -22,8 +22,9 @@ class CQuillaryDialog : public QDialog {
     CQuillaryDialog(const DialogInfo& info, FrameWindow& frame);
     /// Without a table of controls: `content` has them.
     CQuillaryDialog(const DialogInfo& info, QWidget& content, FrameWindow& frame);
-    /// The same, where there is a tool bar: `bar` stands below the header, `body` fills the page and scrolls by itself.
-    CQuillaryDialog(const DialogInfo& info, QWidget& bar, QWidget& body, FrameWindow& frame);
+    /// The same, where `bar`, if there is one, stands below the header, and `body` fills the page and scrolls by
+    /// itself.
+    CQuillaryDialog(const DialogInfo& info, QWidget* bar, QWidget& body, FrameWindow& frame);
 
     ~CQuillaryDialog() override;
 

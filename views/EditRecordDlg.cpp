@@ -46,7 +46,7 @@ CEditRecordDlg::CEditRecordDlg(CDocumentSession& session, const FormSurroundings
 
 CEditRecordDlg::CEditRecordDlg(CDocumentSession& session, const FormSurroundings& surroundings, Opening opening,
                                FrameWindow& frame, CEditRecordForm* form, QToolBar* bar)
-    : CQuillaryDialog(kDialog, *bar, *form, frame),
+    : CQuillaryDialog(kDialog, bar, *form, frame),
       m_session(session),
       m_doc(session.Doc()),
       m_settings(surroundings.settings),

@@ -12,6 +12,8 @@
 #include "admin/FieldDefinitionsDlg.h"
 #include "db/Clock.h"
 #include "db/RecordCommit.h"
+#include "query/Filter.h"
+#include "query/FilterRecordsDlg.h"
 #include "query/Find.h"
 #include "query/FindRecordDlg.h"
 #include "query/Sort.h"
@@ -55,6 +57,7 @@ std::span<const CommandEntry<CQuillaryView>> CQuillaryView::Commands() {
         {ID_DATABASE_OPTIONS, &View::OnOptions, &View::UpdateChange},
         {ID_EDIT_COPY, &View::OnCopy, &View::UpdateCopy},
         {ID_RECORD_BOTTOM, &View::OnBottom, &View::UpdateTopAndBottom},
+        {ID_RECORD_FILTER, &View::OnFilterRecords},
         {ID_RECORD_FIND, &View::OnFind},
         {ID_RECORD_REPEAT_FIND, &View::OnRepeatFind, &View::UpdateRepeatFind},
         {ID_RECORD_SHOW_ALL, &View::OnShowAll, &View::UpdateShowAll},
@@ -233,7 +236,9 @@ void CQuillaryView::ToggleCheckBox(std::size_t row, std::size_t field) {
         ShowMessage(m_frame.Window(), FromUtf8(failure.text));
         return;
     }
-    if (IsSortKey(field)) {
+    const bool refilters = IsFilteredBy(m_doc, field);
+    if (refilters) ApplyFilter(m_doc);
+    if (refilters || IsSortKey(field)) {
         RebuildList(true, true);
     } else {
         viewport()->update();
@@ -450,14 +455,18 @@ void CQuillaryView::FindFrom(std::size_t row) {
     UpdateRecordCounter();
 }
 
-void CQuillaryView::OnShowAll() {
+void CQuillaryView::OnFilterRecords() {
+    CFilterRecordsDlg dialog(m_doc, m_surroundings.clock, m_surroundings.locale.Order(), m_frame);
+    if (dialog.exec() != QDialog::Accepted) return;
     {
         const WaitCursor wait;
-        FilterSettings filter = m_doc.Filter();
-        filter.conditions.clear();
-        m_doc.SetFilter(std::move(filter));
-        m_doc.ShowAllRecords();
+        SetAndApplyFilter(m_doc, dialog.Settings());
     }
+    RebuildList(true, true);
+}
+
+void CQuillaryView::OnShowAll() {
+    RemoveFilter(m_doc);
     RebuildList(true, true);
 }
 

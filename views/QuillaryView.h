@@ -65,6 +65,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     void OnCopy();
     void OnDelete();
     void OnFieldDefinitions();
+    void OnFilterRecords();
     void OnFind();
     void OnInfo();
     void OnOptions();
