@@ -18,13 +18,13 @@
 #include "admin/ApplySchema.h"
 #include "benchmarks/Figures.h"
 #include "benchmarks/GeneratedTable.h"
+#include "benchmarks/Scratch.h"
 #include "benchmarks/TimedFiles.h"
 #include "db/Bytes.h"
 #include "db/QuillaryDoc.h"
 #include "platform/posix/LargePages.h"
 #include "platform/posix/PosixFileAccess.h"
 #include "query/Find.h"
-#include "query/Sort.h"
 
 namespace quillary {
 
@@ -36,46 +36,6 @@ constexpr double kSchemaAim = 3;  // times an opening and a save of the same fil
 constexpr int kCentury = 2000;
 constexpr double kMemoryAim = 1.3;         // times the file,
 constexpr double kMemoryAllowance = 20e6;  // and this many bytes more for the program itself
-
-[[noreturn]] void GiveUp(const std::string& what) {
-    std::fprintf(stderr, "bench_db: %s\n", what.c_str());
-    std::_Exit(1);
-}
-
-void Require(bool done, const std::string& what) {
-    if (!done) GiveUp(what);
-}
-
-// A folder of its own that goes with the object.
-class ScratchFolder {
-  public:
-    explicit ScratchFolder(const Path& parent) {
-        std::string name = parent / "quillary-bench-XXXXXX";
-        Require(mkdtemp(name.data()), "cannot make a folder for its files");
-        m_path = name;
-    }
-    ~ScratchFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
-    [[nodiscard]] const Path& Name() const { return m_path; }
-
-  private:
-    Path m_path;
-};
-
-class NoQuestions : public Questions {
-  public:
-    void Tell(const Failure& failure) override { GiveUp(failure.text); }
-    bool AskDatabasePassword(const CQuillaryDoc&) override { return false; }
-};
-
-void OpenTable(CQuillaryDoc& doc, const Path& path, OpenMode mode) {
-    NoQuestions questions;
-    Require(doc.OpenDatabase(path, mode, questions), "the table does not open");
-}
 
 // A table of its own that is changed and saved again and again.
 class SavedTable {
@@ -353,10 +313,6 @@ std::vector<Figure> MakeFigures(const Path& table, const ScratchFolder& memory, 
                        }});
     figures.push_back({"open, retype 5 of 20 fields, save", [&retyped] { return retyped.OpenAndSave(true); },
                        "open and save it", [&retyped] { return retyped.OpenAndSave(false); }, kSchemaAim});
-    figures.push_back({"sort by three keys",
-                       [&doc] { return Seconds([&] { benchmark::DoNotOptimize(SortedOrder(doc).front()); }); },
-                       {},
-                       {}});
     return figures;
 }
 
@@ -385,7 +341,6 @@ int Run(int argc, char** argv) {
     PosixFileAccess files(memory.Name());
     CQuillaryDoc doc(files);
     OpenTable(doc, table, OpenMode::Read);
-    doc.SetSort({{"Room", false}, {"Price", true}, {"Item", false}});
     SavedTable savedInMemory(table, memory, ProcessorSeconds);
     SavedTable savedOnDisk(table, disk, WallSeconds);
     RetypedTable retyped(memory);

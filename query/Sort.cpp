@@ -12,6 +12,7 @@
 
 #include "db/FieldValue.h"
 #include "db/RecordArena.h"
+#include "query/KeyedRows.h"
 
 namespace quillary {
 
@@ -71,12 +72,42 @@ struct KeyColumn {
     const Ranks* ranks = nullptr;  // of a single-byte page
     RecordArena units;
 
+    // The record's place in the order; for a text by what it begins with, so that equal places decide nothing yet.
+    [[nodiscard]] std::uint64_t Place(std::uint32_t record) const {
+        const std::uint64_t place = isText ? Beginning(texts[record]) : KeyOf(numbers[record]);
+        return descending ? ~place : place;
+    }
+    // Whether its place says less than the record's whole text.
+    [[nodiscard]] bool IsCut(std::uint32_t record) const {
+        const std::string_view text = texts[record];
+        return text.size() >= kBeginning || text.find('\n') != text.npos;  // a line feed may be shown as two
+    }
+
     [[nodiscard]] int Compare(std::uint32_t a, std::uint32_t b) const {
         if (descending) std::swap(a, b);
         if (!isText) return numbers[a] < numbers[b] ? -1 : numbers[a] > numbers[b];
         if (ranks) return CompareDisplayed(texts[a], texts[b], *ranks);
         const int difference = texts[a].compare(texts[b]);
         return difference < 0 ? -1 : difference > 0;
+    }
+
+  private:
+    static constexpr std::size_t kBeginning = sizeof(std::uint64_t);  // bytes, as they are shown
+
+    // Shorter texts are filled up with zeros, which stand for no character.
+    [[nodiscard]] std::uint64_t Beginning(std::string_view text) const {
+        std::uint64_t beginning = 0;
+        if (!ranks) {
+            for (std::size_t i = 0; i < kBeginning; ++i) {
+                beginning = beginning << 8 | (i < text.size() ? static_cast<std::uint8_t>(text[i]) : 0);
+            }
+            return beginning;
+        }
+        DisplayedBytes shown(text, 0, *ranks);
+        for (std::size_t i = 0; i < kBeginning; ++i) {
+            beginning = beginning << 8 | static_cast<std::uint64_t>(std::max(shown.Next(), 0));
+        }
+        return beginning;
     }
 };
 
@@ -165,7 +196,17 @@ class Comparison {
     Comparison(const Comparison&) = delete;
     Comparison& operator=(const Comparison&) = delete;
 
-    [[nodiscard]] bool IsEmpty() const { return m_columns.empty(); }
+    // From the last key to the first; each leaves the order of those behind it among equals.
+    void Sort(std::vector<std::uint32_t>& order) const {
+        std::vector<KeyedRow> rows(order.size());
+        std::vector<KeyedRow> spare;
+        for (auto column = m_columns.rbegin(); column != m_columns.rend(); ++column) {
+            for (std::size_t i = 0; i < order.size(); ++i) rows[i] = {column->Place(order[i]), order[i]};
+            SortByKey(rows, spare);
+            for (std::size_t i = 0; i < order.size(); ++i) order[i] = rows[i].row;
+            if (column->isText) SortLongTexts(*column, rows, order);
+        }
+    }
     [[nodiscard]] int Compare(std::uint32_t a, std::uint32_t b) const {
         for (const KeyColumn& column : m_columns) {
             if (const int difference = column.Compare(a, b)) return difference;
@@ -174,6 +215,23 @@ class Comparison {
     }
 
   private:
+    // Those that begin alike. Most of them are the same altogether, as in a list.
+    static void SortLongTexts(const KeyColumn& column, const std::vector<KeyedRow>& rows,
+                              std::vector<std::uint32_t>& order) {
+        for (std::size_t begin = 0, end = 0; begin < rows.size(); begin = end) {
+            bool isCut = false;
+            bool isOneText = true;
+            for (; end < rows.size() && rows[end].key == rows[begin].key; ++end) {
+                isCut = isCut || column.IsCut(rows[end].row);
+                isOneText = isOneText && column.texts[rows[end].row] == column.texts[rows[begin].row];
+            }
+            if (!isCut || isOneText) continue;
+            std::stable_sort(order.begin() + static_cast<std::ptrdiff_t>(begin),
+                             order.begin() + static_cast<std::ptrdiff_t>(end),
+                             [&column](std::uint32_t a, std::uint32_t b) { return column.Compare(a, b) < 0; });
+        }
+    }
+
     const Ranks m_ranks;
     std::vector<KeyColumn> m_columns;
 };
@@ -194,10 +252,7 @@ int CompareRecords(const CQuillaryDoc& doc, std::size_t a, std::size_t b) {
 std::vector<std::uint32_t> SortedOrder(const CQuillaryDoc& doc) {
     std::vector<std::uint32_t> order(doc.Shown().size());
     std::iota(order.begin(), order.end(), 0u);
-    const Comparison comparison(doc, doc.Shown());
-    if (comparison.IsEmpty()) return order;
-    std::stable_sort(order.begin(), order.end(),
-                     [&comparison](std::uint32_t a, std::uint32_t b) { return comparison.Compare(a, b) < 0; });
+    Comparison(doc, doc.Shown()).Sort(order);
     return order;
 }
 
