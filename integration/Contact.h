@@ -113,7 +113,8 @@ inline constexpr std::array<ContactPropertyInfo, kContactProperties> kContactPro
 }};
 
 struct Contact {
-    /// By ContactProperty; empty for a property that no field was chosen for. The texts of the two dates are not stored.
+    /// By ContactProperty; empty for a property that no field was chosen for. The texts of the two dates are not
+    /// stored.
     std::array<std::u16string, kContactProperties> texts;
     std::optional<double> birthday;  // whole days since 30 December 1899, when the text could be read
     std::optional<double> anniversary;
