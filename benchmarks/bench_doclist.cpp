@@ -128,7 +128,7 @@ double Median(std::vector<double> times) {
 
 void Measure(const Desktop& desktop, CompleteClock& watcher, Times& times) {
     QWidget window;
-    CDocListPage page(desktop, window, {[](const Path&) {}, [] {}, [] {}, [] {}, [] {}});
+    CDocListPage page(desktop, window, {[](const Path&) {}, [] {}, [] {}, [] {}, [] {}, [] {}});
     page.resize(1000, 640);
     page.show();
     QApplication::processEvents();

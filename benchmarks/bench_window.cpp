@@ -24,6 +24,7 @@
 #include "platform/posix/PosixFileAccess.h"
 #include "platform/posix/PosixLocale.h"
 #include "platform/posix/PreferencesFile.h"
+#include "query/Filter.h"
 #include "query/Sort.h"
 #include "ui/CommandIds.h"
 #include "ui/FrameWindow.h"
@@ -38,6 +39,7 @@ namespace {
 constexpr double kScrollAim = 0.008;
 constexpr double kAccessibleAim = 0.010;
 constexpr double kFormAim = 0.050;
+constexpr double kListAim = 0.100;
 
 class NoQuestions : public Questions {
   public:
@@ -56,6 +58,7 @@ class Stage : public FrameWindow, public DocumentHost, public InputPanel, public
     void PostCommand(int) override {}
     void EndDialog(CQuillaryDialog&) override {}
     void CancelDialog() override {}
+    void DocumentMoved() override {}
     void ReopenDocument() override {}
     bool IsReopening() const override { return false; }
     void DropDocument() override {}
@@ -167,6 +170,40 @@ class FormBench {
     double m_taken = 0;
 };
 
+/// What the window adds to a sort and a filter: the list built anew and painted, in seconds.
+class QueryBench {
+  public:
+    QueryBench(CQuillaryView& view, CQuillaryDoc& doc) : m_view(view), m_doc(doc) {}
+
+    double Sort() {
+        m_descending = !m_descending;
+        m_doc.SetSort({{"Room", m_descending}, {"Price", !m_descending}, {"Bought", m_descending}});
+        SortRecords(m_doc);
+        return Rebuild();
+    }
+    double Filter() {
+        FilterSettings conditions;
+        conditions.conditions = {{false, "Item", 1, "lamp"}};
+        SetAndApplyFilter(m_doc, conditions);
+        const double filtered = Rebuild();
+        RemoveFilter(m_doc);
+        return std::max(filtered, Rebuild());
+    }
+
+  private:
+    double Rebuild() {
+        return Seconds([this] {
+            m_view.RebuildList(false, false);
+            QCoreApplication::processEvents();
+            m_view.viewport()->grab();
+        });
+    }
+
+    CQuillaryView& m_view;
+    CQuillaryDoc& m_doc;
+    bool m_descending = false;
+};
+
 void ShowAt(QTableView& view) {
     view.resize(1280, 800);
     view.show();
@@ -224,6 +261,11 @@ int Run(int argc, char** argv) {
         "longest of 50 Next", [&form] { return form.Next(); }, kFormAim, 50);
     absolute(
         "longest of 20 OK, sorted anew, without the save", [&form] { return form.Ok(); }, kFormAim, 20);
+    QueryBench query(fresh, session.Doc());
+    absolute(
+        "longest of 20 sorts, what the list adds", [&query] { return query.Sort(); }, kListAim, 20);
+    absolute(
+        "longest of 20 filters, what the list adds", [&query] { return query.Filter(); }, kListAim, 20);
     return 0;
 }
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <functional>
+#include <future>
 #include <limits>
 #include <numeric>
 #include <optional>
@@ -66,16 +68,17 @@ struct KeyColumn {
     bool descending = false;
     bool isText = false;
     std::vector<double> numbers;
+    // Each record's place in the order; for a text by what it begins with, so that equal places decide nothing yet.
+    std::vector<std::uint64_t> places;
     // In a single-byte page the stored texts, where they stand: copies could take more memory than the file. Else the
     // UTF-16 units of the display texts, high byte first, whose order as bytes is the ordinal order of the texts.
     std::vector<std::string_view> texts;
     const Ranks* ranks = nullptr;  // of a single-byte page
     RecordArena units;
 
-    // The record's place in the order; for a text by what it begins with, so that equal places decide nothing yet.
-    [[nodiscard]] std::uint64_t Place(std::uint32_t record) const {
-        const std::uint64_t place = isText ? Beginning(texts[record]) : KeyOf(numbers[record]);
-        return descending ? ~place : place;
+    void AddPlace() {
+        const std::uint64_t place = isText ? Beginning(texts.back()) : KeyOf(numbers.back());
+        places.push_back(descending ? ~place : place);
     }
     // Whether its place says less than the record's whole text.
     [[nodiscard]] bool IsCut(std::uint32_t record) const {
@@ -100,6 +103,12 @@ struct KeyColumn {
         if (!ranks) {
             for (std::size_t i = 0; i < kBeginning; ++i) {
                 beginning = beginning << 8 | (i < text.size() ? static_cast<std::uint8_t>(text[i]) : 0);
+            }
+            return beginning;
+        }
+        if (text.substr(0, kBeginning).find('\n') == std::string_view::npos) {
+            for (std::size_t i = 0; i < kBeginning; ++i) {
+                beginning = beginning << 8 | (i < text.size() ? (*ranks)[static_cast<unsigned char>(text[i])] : 0);
             }
             return beginning;
         }
@@ -157,6 +166,7 @@ KeyColumn ExtractKeys(const CQuillaryDoc& doc, std::span<const RecordRef> record
     column.ranks = doc.Page().IsSingleByte() ? &ranks : nullptr;
     column.texts.reserve(column.isText ? records.size() : 0);
     column.numbers.reserve(column.isText ? 0 : records.size());
+    column.places.reserve(records.size());
     std::string display;
     std::string units;
     for (const RecordRef& record : records) {
@@ -175,6 +185,7 @@ KeyColumn ExtractKeys(const CQuillaryDoc& doc, std::span<const RecordRef> record
             }
             column.texts.emplace_back(column.units.Store(units), units.size());
         }
+        column.AddPlace();
     }
     return column;
 }
@@ -184,14 +195,20 @@ class Comparison {
   public:
     Comparison(const CQuillaryDoc& doc, std::span<const RecordRef> records) : m_ranks(RankTable(doc.Page())) {
         std::vector<std::size_t> fields;
+        // The columns of many records at once, each on a thread.
+        const auto launch =
+            records.size() > kFewRecords ? std::launch::async | std::launch::deferred : std::launch::deferred;
+        std::vector<std::future<KeyColumn>> columns;
         for (const SortKey& key : doc.Sort()) {
             const auto field = doc.FieldByName(key.field);
             // A second key on a field would only be asked about equal values.
             const bool isNew = field && std::find(fields.begin(), fields.end(), *field) == fields.end();
             if (!isNew || HasNoOrder(doc.TypeOf(*field))) continue;
             fields.push_back(*field);
-            m_columns.push_back(ExtractKeys(doc, records, *field, key.descending, m_ranks));
+            columns.push_back(
+                std::async(launch, ExtractKeys, std::cref(doc), records, *field, key.descending, std::cref(m_ranks)));
         }
+        for (auto& column : columns) m_columns.push_back(column.get());
     }
     Comparison(const Comparison&) = delete;
     Comparison& operator=(const Comparison&) = delete;
@@ -201,7 +218,7 @@ class Comparison {
         std::vector<KeyedRow> rows(order.size());
         std::vector<KeyedRow> spare;
         for (auto column = m_columns.rbegin(); column != m_columns.rend(); ++column) {
-            for (std::size_t i = 0; i < order.size(); ++i) rows[i] = {column->Place(order[i]), order[i]};
+            for (std::size_t i = 0; i < order.size(); ++i) rows[i] = {column->places[order[i]], order[i]};
             SortByKey(rows, spare);
             for (std::size_t i = 0; i < order.size(); ++i) order[i] = rows[i].row;
             if (column->isText) SortLongTexts(*column, rows, order);
@@ -215,6 +232,8 @@ class Comparison {
     }
 
   private:
+    static constexpr std::size_t kFewRecords = 2000;
+
     // Those that begin alike. Most of them are the same altogether, as in a list.
     static void SortLongTexts(const KeyColumn& column, const std::vector<KeyedRow>& rows,
                               std::vector<std::uint32_t>& order) {
