@@ -33,6 +33,10 @@ inline constexpr std::string_view kLocationNdx = "LocationNdx";
 /// How many results one query of the catalogue asks for.
 inline constexpr std::string_view kMaxRemoteResults = "MaxRemoteResults";
 inline constexpr std::int32_t kMaxRemoteResultsDefault = 25;
+/// Who is searched, and who is downloaded from: a host, or host:port.
+inline constexpr std::string_view kCatalogueServer = "CatalogueServer";
+inline constexpr std::string_view kDownloadServer = "DownloadServer";
+inline constexpr std::string_view kServerDefault = "127.0.0.1:8711";
 
 /// Of every second row of the record list, 0x00BBGGRR; white (the default) colours none.
 inline constexpr std::string_view kAlternatingRowColor = "AlternatingRowColor";

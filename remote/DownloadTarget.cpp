@@ -1,0 +1,95 @@
+#include "remote/DownloadTarget.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "db/Ascii.h"
+
+namespace quillary {
+
+namespace {
+
+constexpr std::string_view kEnding = ".pdb";
+// As file systems have it, less what a number, an ending and the beginning of a hidden name take.
+constexpr std::size_t kMostNameBytes = 255 - 32;
+constexpr int kMostNames = 10000;
+
+// Cut in front of its ending, never inside a character.
+std::string Shortened(const std::string& name, std::size_t most) {
+    if (name.size() <= most) return name;
+    const auto dot = name.rfind('.');
+    const std::string ending = dot != std::string::npos && name.size() - dot <= 16 ? name.substr(dot) : std::string();
+    std::size_t end = most - ending.size();
+    while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80) --end;
+    return name.substr(0, end) + ending;
+}
+
+Path Numbered(const Path& path, int number) {
+    if (number == 1) return path;
+    Path numbered = path;
+    numbered.replace_filename(path.stem().native() + " (" + std::to_string(number) + ")" + path.extension().native());
+    return numbered;
+}
+
+}  // namespace
+
+std::string SafeFileName(std::string_view name, bool isInPackage) {
+    std::string safe;
+    for (const char c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7F) continue;
+        safe += c == '\\' || c == '/' ? '-' : c == ':' ? '_' : c;
+    }
+    for (std::size_t i = 0; i < safe.size() && safe[i] == '.'; ++i) safe[i] = '_';
+    if (safe.empty()) safe = "_";
+    if (!isInPackage) safe += kEnding;
+    return Shortened(safe, kMostNameBytes);
+}
+
+DownloadTarget::DownloadTarget(FileAccess& files, Path path) : m_files(files), m_path(std::move(path)) {}
+
+DownloadTarget::~DownloadTarget() {
+    FileError ignored;
+    if (m_file) (void)m_files.Remove(m_temporary, ignored);
+}
+
+bool DownloadTarget::Make(FileError& error) {
+    for (int number = 1; number <= kMostNames; ++number) {
+        m_temporary = Numbered(m_path, number);
+        m_temporary.replace_filename("." + m_temporary.filename().native() + ".part");
+        m_file = m_files.Create(m_temporary, error);
+        if (m_file || error.kind != FileError::Kind::Exists) break;
+    }
+    return m_file != nullptr;
+}
+
+bool DownloadTarget::Append(std::string_view bytes, std::string& reason) {
+    FileError error;
+    if ((!m_file && !Make(error)) || !m_file->WriteAt(m_size, bytes, error)) {
+        reason = error.reason;
+        return false;
+    }
+    m_size += bytes.size();
+    return true;
+}
+
+bool DownloadTarget::Keep(std::string& reason) {
+    FileError error;
+    if (!m_file || !m_file->Flush(error)) {
+        reason = error.reason;
+        return false;
+    }
+    for (int number = 1; number <= kMostNames; ++number) {
+        const Path name = Numbered(m_path, number);
+        if (m_files.Rename(m_temporary, name, error)) {
+            m_path = name;
+            m_file.reset();
+            return true;
+        }
+        if (error.kind != FileError::Kind::Exists) break;
+    }
+    reason = error.reason;
+    return false;
+}
+
+}  // namespace quillary

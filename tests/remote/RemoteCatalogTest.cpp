@@ -1,0 +1,300 @@
+#include "remote/RemoteCatalog.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+#include "platform/http/CurlSession.h"
+#include "remote/CatalogueAnswer.h"
+#include "remote/DownloadRun.h"
+#include "remote/DownloadTarget.h"
+#include "tests/fakes/MemoryFiles.h"
+#include "tests/fakes/ScriptedServer.h"
+#include "tests/fakes/TestSettings.h"
+
+namespace quillary {
+namespace {
+
+using Answer = ScriptedServer::Answer;
+
+class Client {
+  public:
+    explicit Client(ScriptedServer::Script script) : server(std::move(script)) {
+        settings.texts.emplace(kCatalogueServer, server.Address());
+        settings.texts.emplace(kDownloadServer, server.Address());
+        catalog.emplace(std::make_unique<CurlSession>(), settings);
+    }
+    // The same answer to everything.
+    explicit Client(std::string bytes) : Client([bytes](const std::string&) { return Answer{bytes}; }) {}
+
+    // Into /d, under the name "x". What is there afterwards, in one line.
+    std::string Download(bool isInPackage = false) {
+        CRemoteResult item;
+        item.docId = "/p/a b.pdb";
+        item.fileId = "7";
+        {
+            DownloadTarget target(files, "/d/x");
+            kept = catalog->Download(item, isInPackage, target);
+        }
+        std::string all;
+        for (const auto& [path, content] : files.contents) all += path + "=" + content + ";";
+        return all;
+    }
+
+    ScriptedServer server;
+    TestSettings settings;
+    MemoryFiles files;
+    std::optional<CRemoteCatalog> catalog;
+    bool kept = false;
+};
+
+std::string NamesOf(const std::vector<std::unique_ptr<CRemoteResult>>& results) {
+    std::string names;
+    for (const auto& result : results) names += result->name + "/" + result->size + " ";
+    return names;
+}
+
+TEST(CatalogueAnswer, TakesWhatIsThere) {
+    struct Case {
+        const char* name;
+        std::string answer;
+        std::string results;
+        std::int32_t total;
+    };
+    const Case kCases[] = {
+        {"as it should be", "0:1:60:a^!1^!2^!^!1.0^!b^!1^!2^!zip^!2^!", "a/1.0 b/2 ", 60},
+        {"none", "0:-1:0:", "", 0},
+        {"nothing", "", "", 0},
+        {"fewer than it says", "0:1999999999:2000000000:a^!", "a/ ", 2000000000},
+        {"more than it says", "0:0:9:a^!1^!2^!^!1^!b^!1^!2^!^!2^!", "a/1 ", 9},
+        {"less than none", "0:-7:9:a^!1^!2^!^!1^!b^!", "a/1 b/ ", 9},
+        {"beyond 32 bits", "-99999999999:99999999999:99999999999:a^!", "a/ ", 2147483647},
+        {"half a terminator", "0:0:1:a^b!c^!1^!2^!^!1^", "a^b!c/1^ ", 1},
+        {"a NUL", std::string("0:0:1:a^!1^!2^!^!1") + '\0' + "9^!", "a/1 ", 1},
+    };
+    for (const Case& c : kCases) {
+        const CataloguePage page = ReadPage(c.answer);
+        EXPECT_EQ(NamesOf(page.results), c.results) << c.name;
+        EXPECT_EQ(page.total, c.total) << c.name;
+    }
+    EXPECT_EQ(ReadDetails("A^!B^!C^!D^!E^!F^!4.5^!9^!").rating, "4.50");
+    EXPECT_EQ(ReadDetails("A^!B^!C^!D^!E^!F^!0.0^!9^!").rating, "0.0");
+    EXPECT_EQ(ReadDetails("^!^!^!^!^!^!none^!").rating, "none");
+    EXPECT_EQ(InformationText(ReadDetails("A^!^!C^!^!^!^!1e999^!9^!")).substr(0, 30),
+              "Author: A\r\n\r\nRating: 179769313");
+    EXPECT_EQ(InformationText(ReadDetails("A^!B^!^!D^!^!^!^!9")),
+              "Author: A\r\n\r\n# Downloads: 9\r\n\r\nCategory: B\r\n\r\nLanguage: D\r\n\r\n");
+}
+
+RC_GTEST_PROP(CatalogueAnswer, HostileAnswersEnd, (const std::vector<std::uint8_t>& choices)) {
+    constexpr std::string_view kPieces[] = {"^!", "^", "!", ":", "-1", "2000000000", "a", "\xFF", "../", "\n"};
+    std::string answer;
+    for (const std::uint8_t choice : choices) answer += kPieces[choice % std::size(kPieces)];
+    RC_ASSERT(ReadPage(answer).results.size() <= answer.size());
+    (void)InformationText(ReadDetails(answer));
+}
+
+TEST(RemoteCatalog, AsksPageByPage) {
+    Client client([](const std::string& request) {
+        const bool isFirst = request.find("start=0&") != std::string::npos;
+        return Answer{ScriptedServer::Ok(isFirst ? "0:1:3:a^!1^!2^!^!1^!b^!1^!2^!^!2^!" : "2:3:3:c^!1^!2^!^!3^!")};
+    });
+    client.catalog->SetQuery("", "");
+    EXPECT_TRUE(client.catalog->Search());
+    EXPECT_TRUE(client.catalog->Search());
+    EXPECT_FALSE(client.catalog->Search());  // 4 lies beyond 3, and nobody is asked
+    EXPECT_EQ(NamesOf(client.catalog->Results()), "a/1 b/2 c/3 ");
+    client.settings.numbers.emplace(kMaxRemoteResults, 7);
+    CRemoteCatalog other(std::make_unique<CurlSession>(), client.settings);
+    other.SetQuery("50% caf\xE9 & #1\r\n\"x\"", "palm-related");
+    EXPECT_TRUE(other.Search());
+    EXPECT_EQ(client.server.Requests(),
+              (std::vector<std::string>{
+                  "/wireless/?screen=qly_search&start=0&size=25", "/wireless/?screen=qly_search&start=2&size=25",
+                  "/wireless/?screen=qly_search&start=0&size=7&title=50%25%20caf%E9%20&%20%231%0D%0A%22x%22"
+                  "&category=palm-related"}));
+    const std::string head = client.server.LastHead();
+    EXPECT_NE(head.find("User-Agent: Quillary PPC\r\n"), std::string::npos) << head;
+}
+
+TEST(RemoteCatalog, FetchesDetailsAndPackagesOnce) {
+    Client client([](const std::string& request) {
+        if (request.find("qly_detail") != std::string::npos)
+            return Answer{ScriptedServer::Ok("Ann^!Law^!^!^!^!^!^!^!")};
+        return Answer{ScriptedServer::Ok("0:1:2:a.pdb^!/zip/a^!^!^!1.25^!b.pdb^!/zip/b^!^!^!2.5^!")};
+    });
+    CRemoteResult package;
+    package.docId = "3";
+    package.fileId = "4";
+    package.kind = "zip";
+    package.isTicked = true;
+    EXPECT_FALSE(package.IsSingleFile());
+    ASSERT_TRUE(client.catalog->FetchDetails(package));
+    ASSERT_TRUE(client.catalog->FetchDetails(package));
+    EXPECT_EQ(package.details->author, "Ann");
+    ASSERT_TRUE(client.catalog->FetchPackage(package));
+    EXPECT_EQ(package.size, "3.8");
+    EXPECT_TRUE(package.children.at(1)->isTicked);
+    package.details.reset();
+    ASSERT_TRUE(client.catalog->FetchDetails(package));  // not of one whose files are known
+    EXPECT_EQ(client.server.Requests(),
+              (std::vector<std::string>{"/wireless/?screen=qly_detail&one_file=1&doc_id=3&file_id=4",
+                                        "/wireless/?screen=qly_view_zip&doc_id=3&file_id=4"}));
+}
+
+TEST(RemoteCatalog, LeavesWholeFilesOrNone) {
+    const std::string head = "HTTP/1.1 200 OK\r\n";
+    struct Case {
+        const char* name;
+        std::string answer;
+        std::string left;
+    };
+    const Case kCases[] = {
+        {"whole", ScriptedServer::Ok("abc"), "/d/x=abc;"},
+        {"of unknown length", head + "\r\nabc", "/d/x=abc;"},
+        {"in pieces", head + "Transfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n0\r\n\r\n", "/d/x=abc;"},
+        {"cut in its pieces", head + "Transfer-Encoding: chunked\r\n\r\n3\r\nabc\r\n", ""},
+        {"shorter than it says", head + "Content-Length: 9\r\n\r\nabc", ""},
+        {"empty", ScriptedServer::Ok(""), ""},
+        {"larger than any", head + "Content-Length: 268435457\r\n\r\nabc", ""},
+        {"not there", "HTTP/1.1 404 Not Found\r\nContent-Length: 3\r\n\r\nabc", ""},
+        {"no answer", "", ""},
+        {"no HTTP", "abc", ""},
+        {"elsewhere, by another protocol", "HTTP/1.1 302 Found\r\nLocation: file:///etc/passwd\r\n\r\n", ""},
+        {"around and around", "HTTP/1.1 302 Found\r\nLocation: /again\r\nContent-Length: 0\r\n\r\n", ""},
+    };
+    for (const Case& c : kCases) {
+        Client client(c.answer);
+        EXPECT_EQ(client.Download(), c.left) << c.name;
+        EXPECT_EQ(client.kept, !c.left.empty()) << c.name;
+        EXPECT_EQ(client.catalog->Reason().empty(), client.kept) << c.name;
+    }
+    Client client(ScriptedServer::Ok("abc"));
+    client.files.contents = {{"/d/x", "mine"}, {"/d/x (2)", "too"}};
+    EXPECT_EQ(client.Download(true), "/d/x=mine;/d/x (2)=too;/d/x (3)=abc;");
+    EXPECT_EQ(client.server.Requests().back(), "/p/a%20b.pdb");
+    (void)client.Download();
+    EXPECT_EQ(client.server.Requests().back(), "/?global_op=download_file&file_id=7");
+}
+
+TEST(RemoteCatalog, SurvivesAnAnswerCutAnywhere) {
+    const std::string whole = ScriptedServer::Ok("0:0:1:a^!1^!2^!^!1^!");
+    for (std::size_t size = 0; size <= whole.size(); ++size) {
+        Client client(whole.substr(0, size));
+        EXPECT_EQ(client.catalog->Search(), size == whole.size()) << size;
+        EXPECT_EQ(client.catalog->Results().size(), size == whole.size() ? 1 : 0) << size;
+        EXPECT_EQ(client.Download().empty(), size != whole.size()) << size;
+    }
+}
+
+TEST(RemoteCatalog, IsCancelledWhileItWaits) {
+    Client client([](const std::string&) {
+        return Answer{"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nabc", 0, true};
+    });
+    std::thread canceller([&client] {
+        while (client.server.Requests().empty()) std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        client.catalog->Session().Cancel();
+    });
+    EXPECT_EQ(client.Download(), "");
+    canceller.join();
+    EXPECT_FALSE(client.catalog->Search());
+    client.catalog->Session().Resume();
+}
+
+TEST(DownloadTarget, KeepsNamesInsideItsFolder) {
+    struct Case {
+        std::string_view name;
+        bool isInPackage;
+        std::string_view safe;
+    };
+    constexpr Case kCases[] = {
+        {"Books", false, "Books.pdb"},
+        {"Books.pdb", true, "Books.pdb"},
+        {"A\\B: C", false, "A-B_ C.pdb"},
+        {"../../etc/passwd", true, "__-..-etc-passwd"},
+        {"..", true, "__"},
+        {".hidden", false, "_hidden.pdb"},
+        {"a\r\nb\x7F", true, "ab"},
+        {"\n", true, "_"},
+        {"", false, "_.pdb"},
+    };
+    for (const Case& c : kCases) EXPECT_EQ(SafeFileName(c.name, c.isInPackage), c.safe);
+    std::string longest;
+    for (int i = 0; i < 300; ++i) longest += "\xC3\xA9";
+    const std::string safe = SafeFileName(longest, false);
+    EXPECT_LE(safe.size(), 230u);
+    EXPECT_TRUE(safe.ends_with("\xC3\xA9.pdb")) << safe;
+}
+
+TEST(DownloadRun, BringsEveryThirdFaultNothingButItsFile) {
+    Client client([](const std::string& request) {
+        if (request.find("qly_search") != std::string::npos) {
+            std::string body = "0:200:201:";
+            for (int i = 0; i < 200; ++i) body += "n" + std::to_string(i) + "^!d^!" + std::to_string(i) + "^!^!1^!";
+            return Answer{ScriptedServer::Ok(body + "p^!d^!f^!zip^!1^!")};
+        }
+        if (request.find("qly_view_zip") != std::string::npos) {
+            return Answer{ScriptedServer::Ok("0:1:2:in.pdb^!/z/in^!^!^!1^!n1.pdb^!/z/n1^!^!^!1^!")};
+        }
+        const auto id = request.substr(request.rfind('=') + 1);
+        const bool fails = request.find("global_op") != std::string::npos && std::stoi(id) % 3 == 2;
+        const std::string whole = ScriptedServer::Ok("content " + request);
+        return Answer{fails ? whole.substr(0, whole.size() - 1) : whole};
+    });
+    ASSERT_TRUE(client.catalog->Search());
+    for (const auto& result : client.catalog->Results()) result->isTicked = true;
+    int asked = 0;
+    std::size_t started = 0;
+    std::size_t begun = 0;
+    bool isDone = false;
+    DownloadRun run(*client.catalog, client.files, AnsiText::Windows1252(),
+                    {[&](std::size_t count) { started = count; },
+                     [&] {
+                         ++asked;
+                         return std::optional<Path>("/d");
+                     },
+                     [&](std::size_t, const std::string&) { ++begun; }, [&] { isDone = true; }});
+    run.Wait();
+    EXPECT_TRUE(isDone);
+    EXPECT_EQ(asked, 1);
+    EXPECT_EQ(started, 202u);
+    EXPECT_EQ(begun, 202u);
+    EXPECT_EQ(run.NotFetched().size(), 66u);
+    EXPECT_EQ(run.Kept().size(), 136u);
+    EXPECT_EQ(client.files.contents.size(), 136u);
+    EXPECT_EQ(client.files.contents["/d/n4.pdb"], "content /?global_op=download_file&file_id=4");
+    EXPECT_EQ(client.files.contents["/d/n1 (2).pdb"], "content /z/n1");
+}
+
+TEST(DownloadRun, AsksNobodyForNothingAndStopsWhenTold) {
+    Client client(ScriptedServer::Ok("0:1:2:a^!1^!2^!^!1^!b^!1^!2^!^!2^!"));
+    ASSERT_TRUE(client.catalog->Search());
+    const auto run = [&client](std::optional<Path> folder, bool stopsAtFirst) {
+        int asked = 0;
+        std::unique_ptr<DownloadRun> made;
+        std::atomic<DownloadRun*> present = nullptr;
+        made = std::make_unique<DownloadRun>(*client.catalog, client.files, AnsiText::Windows1252(),
+                                             DownloadRun::Events{[](std::size_t) {},
+                                                                 [&] {
+                                                                     ++asked;
+                                                                     return folder;
+                                                                 },
+                                                                 [&](std::size_t, const std::string&) {
+                                                                     while (!present) std::this_thread::yield();
+                                                                     if (stopsAtFirst) present.load()->Stop();
+                                                                 },
+                                                                 [] {}});
+        present = made.get();
+        made->Wait();
+        return std::pair(asked, client.files.contents.size());
+    };
+    EXPECT_EQ(run("/d", false), std::pair(0, std::size_t{0}));  // nothing ticked
+    for (const auto& result : client.catalog->Results()) result->isTicked = true;
+    EXPECT_EQ(run(std::nullopt, false), std::pair(1, std::size_t{0}));
+    EXPECT_EQ(run("/d", true), std::pair(1, std::size_t{1}));  // the one being written is finished
+}
+
+}  // namespace
+}  // namespace quillary
