@@ -36,7 +36,8 @@ std::string DownloadUrl(const CatalogueServers& servers, std::string_view fileId
 }
 
 std::string PackagedFileUrl(const CatalogueServers& servers, std::string_view path) {
-    return "http://" + servers.catalogue + std::string(path);
+    // What begins otherwise would be read as a part of the server's name.
+    return "http://" + servers.catalogue + (path.starts_with('/') ? "" : "/") + std::string(path);
 }
 
 std::string OnTheWire(std::string_view url) {

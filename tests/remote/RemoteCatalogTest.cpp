@@ -175,6 +175,7 @@ TEST(RemoteCatalog, LeavesWholeFilesOrNone) {
     client.files.contents = {{"/d/x", "mine"}, {"/d/x (2)", "too"}};
     EXPECT_EQ(client.Download(true), "/d/x=mine;/d/x (2)=too;/d/x (3)=abc;");
     EXPECT_EQ(client.server.Requests().back(), "/p/a%20b.pdb");
+    EXPECT_EQ(OnTheWire(PackagedFileUrl({"h", ""}, "@elsewhere/x#y")), "http://h/@elsewhere/x%23y");
     (void)client.Download();
     EXPECT_EQ(client.server.Requests().back(), "/?global_op=download_file&file_id=7");
 }
