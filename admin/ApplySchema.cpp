@@ -8,6 +8,8 @@
 #include "admin/ConvertValue.h"
 #include "db/RecordCommit.h"
 #include "db/Utf.h"
+#include "query/Filter.h"
+#include "query/Sort.h"
 
 namespace quillary {
 
@@ -242,6 +244,9 @@ std::optional<PreparedSchema> PrepareSchema(const CQuillaryDoc& doc, std::vector
 bool ApplySchema(CQuillaryDoc& doc, PreparedSchema prepared) {
     if (!prepared.rewritesRecords && prepared.fields == doc.Fields()) return false;
     doc.SetFields(std::move(prepared.fields));
+    // As after a save: a field that later gets the name of one that is gone does not revive what was set for it.
+    doc.SetSort(KeysInUse(doc));
+    doc.SetFilter(EffectiveFilter(doc));
     if (prepared.rewritesRecords) {
         doc.ReplaceAllRecords(std::move(prepared.shown), std::move(prepared.hidden), std::move(prepared.arena));
     }

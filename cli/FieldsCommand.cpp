@@ -6,7 +6,6 @@
 #include "cli/Session.h"
 #include "cli/Text.h"
 #include "platform/posix/PosixClock.h"
-#include "query/Sort.h"
 
 namespace quillary {
 
@@ -55,7 +54,7 @@ ExitStatus RunFields(Session& session, const Arguments& arguments) {
                               "all the same.");
     }
     if (!ApplySchema(doc, std::move(*prepared))) return ExitStatus::Done;
-    SortRecords(doc);
+    session.Sort(doc);
     return session.Save(doc);
 }
 

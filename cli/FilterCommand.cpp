@@ -4,13 +4,14 @@
 #include <vector>
 
 #include "cli/Commands.h"
+#include "cli/Progress.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
 #include "cli/ValueEntry.h"
+#include "db/FieldValue.h"
 #include "db/TextEntry.h"
 #include "platform/posix/PosixClock.h"
 #include "query/Filter.h"
-#include "query/Sort.h"
 
 namespace quillary {
 
@@ -53,8 +54,11 @@ class FilterRun {
             if (read != ExitStatus::Done) return read;
             settings.conditions.push_back(std::move(condition));
         }
-        SetAndApplyFilter(m_doc, std::move(settings));
-        SortRecords(m_doc);
+        {
+            Progress progress("Filtering", m_doc.RecordCount(), m_session.ShowsProgress());
+            SetAndApplyFilter(m_doc, std::move(settings), [&progress](std::size_t rows) { progress.Show(rows); });
+        }
+        m_session.Sort(m_doc);
         return m_session.Save(m_doc);
     }
 
@@ -91,7 +95,7 @@ class FilterRun {
         switch (definition.type) {
             case FieldType::Number:
             case FieldType::Sequence:
-                if (value.empty() || IsPlainNumber(value)) return ExitStatus::Done;
+                if (value.empty() || IsNumber(value)) return ExitStatus::Done;
                 return m_session.WrongUsage(RefusalText(Message::NotANumber, value, Rules()));
             case FieldType::Checkbox: {
                 const auto checked = ParseCheckBox(value);
@@ -139,7 +143,7 @@ ExitStatus RunShowAll(Session& session, const Arguments& arguments) {
     if (!session.Open(doc, arguments.words[0], OpenMode::EditExclusive)) return ExitStatus::Refused;
     if (doc.Filter().conditions.empty() && doc.Hidden().empty()) return ExitStatus::Done;
     RemoveFilter(doc);
-    SortRecords(doc);
+    session.Sort(doc);
     return session.Save(doc);
 }
 

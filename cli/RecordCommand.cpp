@@ -9,7 +9,6 @@
 #include "db/RecordCommit.h"
 #include "db/Utf.h"
 #include "platform/posix/PosixClock.h"
-#include "query/Sort.h"
 
 namespace quillary {
 
@@ -120,7 +119,7 @@ class RecordRun {
     }
 
     ExitStatus SortAndSave() {
-        SortRecords(m_doc);
+        m_session.Sort(m_doc);
         return m_session.Save(m_doc);
     }
 

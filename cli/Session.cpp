@@ -3,10 +3,12 @@
 #include <cstdlib>
 
 #include "cli/Input.h"
+#include "cli/Progress.h"
 #include "cli/Text.h"
 #include "db/Utf.h"
 #include "platform/posix/CodePages.h"
 #include "platform/posix/PosixLocale.h"
+#include "query/Sort.h"
 
 namespace quillary {
 
@@ -143,6 +145,11 @@ ExitStatus Session::OutputFailed() const { return Refuse("The output cannot be w
 bool Session::FlushBeforeSaving() {
     m_output.Flush();
     return !m_output.HasFailed();  // Finish says why
+}
+
+void Session::Sort(CQuillaryDoc& doc) const {
+    Progress progress("Sorting", doc.Shown().size(), ShowsProgress());
+    SortRecords(doc, [&progress](std::size_t rows) { progress.Show(rows); });
 }
 
 ExitStatus Session::SaveAs(CQuillaryDoc& doc, const std::string& path, std::string_view name) {

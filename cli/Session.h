@@ -28,6 +28,8 @@ class Session : private Questions {
     [[nodiscard]] Output& Out() { return m_output; }
     [[nodiscard]] FileAccess& Files() { return m_files; }
     [[nodiscard]] const AnsiText& Page() const { return m_page ? *m_page : AnsiText::Windows1252(); }
+    /// By the stored keys.
+    void Sort(CQuillaryDoc& doc) const;
     [[nodiscard]] bool ShowsProgress() const { return !m_arguments.Has("--quiet"); }
     [[nodiscard]] std::optional<DateOrder> GivenDateOrder() const { return m_givenOrder; }
     /// The one that was given, else the user's.

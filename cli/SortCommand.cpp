@@ -1,7 +1,6 @@
 #include "cli/Commands.h"
 #include "cli/Session.h"
 #include "db/Utf.h"
-#include "query/Sort.h"
 
 namespace quillary {
 
@@ -42,7 +41,7 @@ ExitStatus RunSort(Session& session, const Arguments& arguments) {
         keys.push_back(std::move(*key));
     }
     doc.SetSort(std::move(keys));
-    SortRecords(doc);
+    session.Sort(doc);
     return session.Save(doc);
 }
 

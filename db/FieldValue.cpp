@@ -117,6 +117,36 @@ double Saturated(std::string_view number) {
     return negative ? -value : value;
 }
 
+// The number at the start of a text, behind blanks and a plus sign; empty when there is none.
+std::string_view FindNumber(std::string_view text) {
+    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+    if (!text.empty() && text.front() == '+') {
+        text.remove_prefix(1);
+        if (!text.empty() && text.front() == '-') return {};
+    }
+    std::size_t end = !text.empty() && text.front() == '-' ? 1 : 0;
+    const auto skipDigits = [&text](std::size_t at) {
+        while (at < text.size() && IsDigit(text[at])) ++at;
+        return at;
+    };
+    const std::size_t wholeEnd = skipDigits(end);
+    bool anyDigit = wholeEnd > end;
+    end = wholeEnd;
+    if (end < text.size() && text[end] == '.') {
+        const std::size_t fractionEnd = skipDigits(end + 1);
+        anyDigit = anyDigit || fractionEnd > end + 1;
+        end = fractionEnd;
+    }
+    if (!anyDigit) return {};
+    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+        std::size_t digits = end + 1;
+        if (digits < text.size() && (text[digits] == '+' || text[digits] == '-')) ++digits;
+        const std::size_t exponentEnd = skipDigits(digits);
+        if (exponentEnd > digits) end = exponentEnd;
+    }
+    return text.substr(0, end);
+}
+
 }  // namespace
 
 void AppendUniformLines(std::string_view text, std::string& out) {
@@ -188,34 +218,15 @@ std::int32_t ReadDecimal(std::string_view text) {
 }
 
 double ReadNumber(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-    if (!text.empty() && text.front() == '+') {
-        text.remove_prefix(1);
-        if (!text.empty() && text.front() == '-') return 0;
-    }
-    std::size_t end = !text.empty() && text.front() == '-' ? 1 : 0;
-    const auto skipDigits = [&text](std::size_t at) {
-        while (at < text.size() && IsDigit(text[at])) ++at;
-        return at;
-    };
-    const std::size_t wholeEnd = skipDigits(end);
-    bool anyDigit = wholeEnd > end;
-    end = wholeEnd;
-    if (end < text.size() && text[end] == '.') {
-        const std::size_t fractionEnd = skipDigits(end + 1);
-        anyDigit = anyDigit || fractionEnd > end + 1;
-        end = fractionEnd;
-    }
-    if (!anyDigit) return 0;
-    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
-        std::size_t digits = end + 1;
-        if (digits < text.size() && (text[digits] == '+' || text[digits] == '-')) ++digits;
-        const std::size_t exponentEnd = skipDigits(digits);
-        if (exponentEnd > digits) end = exponentEnd;
-    }
+    const std::string_view number = FindNumber(text);
     double value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + end, value);
-    return result.ec == std::errc::result_out_of_range ? Saturated(text.substr(0, end)) : value;
+    const auto result = std::from_chars(number.data(), number.data() + number.size(), value);
+    return result.ec == std::errc::result_out_of_range ? Saturated(number) : value;
+}
+
+bool IsNumber(std::string_view text) {
+    const std::string_view number = FindNumber(text);
+    return !number.empty() && number.data() + number.size() == text.data() + text.size();
 }
 
 std::optional<std::int32_t> ReadDay(std::string_view stored) {

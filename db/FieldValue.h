@@ -35,6 +35,8 @@ void AppendUniformLines(std::string_view text, std::string& out);
 /// The number at the start of a text: blanks, sign, digits with one ".", exponent; nothing readable gives 0, values out
 /// of range saturate. The same in every locale.
 [[nodiscard]] double ReadNumber(std::string_view text);
+/// Whether ReadNumber reads the whole text.
+[[nodiscard]] bool IsNumber(std::string_view text);
 
 /// Days since 1 January 1904; nullopt when empty or outside the years 100 to 9999.
 [[nodiscard]] std::optional<std::int32_t> ReadDay(std::string_view stored);

@@ -252,7 +252,7 @@ std::optional<std::int32_t> ConditionMinute(std::string_view value) {
 
 // ---- What the commands do
 
-void ApplyFilter(CQuillaryDoc& doc) {
+void ApplyFilter(CQuillaryDoc& doc, const RowsDone& done) {
     constexpr std::size_t kAhead = 8;
     RecordFilter filter(doc);
     if (filter.IsEmpty()) return;
@@ -269,15 +269,16 @@ void ApplyFilter(CQuillaryDoc& doc) {
         // Sorted records lie all over the image: the next ones are on their way while this one is tested.
         if (i + kAhead < tested.size()) __builtin_prefetch(tested[i + kAhead].data);
         (filter.Passes(tested[i].Entries()) ? shown : rejected).push_back(tested[i]);
+        if (done && i % kRowsATurn == 0) done(i);
     }
     // The last one is hidden first.
     hidden.insert(hidden.end(), rejected.rbegin(), rejected.rend());
     doc.DivideRecords(std::move(shown), std::move(hidden));
 }
 
-void SetAndApplyFilter(CQuillaryDoc& doc, FilterSettings settings) {
+void SetAndApplyFilter(CQuillaryDoc& doc, FilterSettings settings, const RowsDone& done) {
     doc.SetFilter(std::move(settings));
-    ApplyFilter(doc);
+    ApplyFilter(doc, done);
 }
 
 void RemoveFilter(CQuillaryDoc& doc) {

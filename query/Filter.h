@@ -10,6 +10,7 @@
 
 #include "db/QuillaryDoc.h"
 #include "query/FoldedSearch.h"
+#include "query/RowsDone.h"
 
 namespace quillary {
 
@@ -87,9 +88,9 @@ class RecordFilter {
 
 /// Hides the records that do not pass: of all records or, in the apply mode "Filtered records", of the shown ones.
 /// Does nothing without a condition.
-void ApplyFilter(CQuillaryDoc& doc);
+void ApplyFilter(CQuillaryDoc& doc, const RowsDone& done = {});
 /// Stores the settings and applies them.
-void SetAndApplyFilter(CQuillaryDoc& doc, FilterSettings settings);
+void SetAndApplyFilter(CQuillaryDoc& doc, FilterSettings settings, const RowsDone& done = {});
 /// Drops the conditions and shows every record.
 void RemoveFilter(CQuillaryDoc& doc);
 

@@ -13,7 +13,6 @@
 #include <string_view>
 
 #include "db/FieldValue.h"
-#include "db/RecordArena.h"
 #include "query/KeyedRows.h"
 
 namespace quillary {
@@ -70,40 +69,47 @@ struct KeyColumn {
     std::vector<double> numbers;
     // Each record's place in the order; for a text by what it begins with, so that equal places decide nothing yet.
     std::vector<std::uint64_t> places;
-    // In a single-byte page the stored texts, where they stand: copies could take more memory than the file. Else the
-    // UTF-16 units of the display texts, high byte first, whose order as bytes is the ordinal order of the texts.
+    // The stored texts, where they stand: copies could take more memory than the file.
     std::vector<std::string_view> texts;
+    const AnsiText* page = nullptr;
     const Ranks* ranks = nullptr;  // of a single-byte page
-    RecordArena units;
 
     void AddPlace() {
         const std::uint64_t place = isText ? Beginning(texts.back()) : KeyOf(numbers.back());
         places.push_back(descending ? ~place : place);
     }
-    // Whether its place says less than the record's whole text.
+    // Whether its place may say less than the record's whole text.
     [[nodiscard]] bool IsCut(std::uint32_t record) const {
         const std::string_view text = texts[record];
-        return text.size() >= kBeginning || text.find('\n') != text.npos;  // a line feed may be shown as two
+        // A line feed may be shown as two.
+        return !ranks || text.size() >= kBeginning || text.find('\n') != text.npos;
     }
 
     [[nodiscard]] int Compare(std::uint32_t a, std::uint32_t b) const {
         if (descending) std::swap(a, b);
         if (!isText) return numbers[a] < numbers[b] ? -1 : numbers[a] > numbers[b];
         if (ranks) return CompareDisplayed(texts[a], texts[b], *ranks);
-        const int difference = texts[a].compare(texts[b]);
-        return difference < 0 ? -1 : difference > 0;
+        if (texts[a] == texts[b]) return 0;
+        return DisplayedUnits(texts[a]).compare(DisplayedUnits(texts[b]));
     }
 
   private:
     static constexpr std::size_t kBeginning = sizeof(std::uint64_t);  // bytes, as they are shown
+    static constexpr std::size_t kBeginningUnits = kBeginning / sizeof(char16_t);
+
+    [[nodiscard]] std::u16string DisplayedUnits(std::string_view text) const {
+        std::string display;
+        AppendUniformLines(text, display);
+        return page->ToWide(display);
+    }
 
     // Shorter texts are filled up with zeros, which stand for no character.
     [[nodiscard]] std::uint64_t Beginning(std::string_view text) const {
         std::uint64_t beginning = 0;
         if (!ranks) {
-            for (std::size_t i = 0; i < kBeginning; ++i) {
-                beginning = beginning << 8 | (i < text.size() ? static_cast<std::uint8_t>(text[i]) : 0);
-            }
+            const std::u16string units = DisplayedUnits(text);
+            for (std::size_t i = 0; i < kBeginningUnits; ++i)
+                beginning = beginning << 16 | (i < units.size() ? units[i] : 0);
             return beginning;
         }
         if (text.substr(0, kBeginning).find('\n') == std::string_view::npos) {
@@ -158,34 +164,25 @@ bool HasNoOrder(FieldType type) {
 }
 
 KeyColumn ExtractKeys(const CQuillaryDoc& doc, std::span<const RecordRef> records, std::size_t field, bool descending,
-                      const Ranks& ranks) {
+                      const Ranks& ranks, const RowsDone& done) {
     const FieldType type = doc.TypeOf(field);
     KeyColumn column;
     column.descending = descending;
     column.isText = SortsAsText(type);
+    column.page = &doc.Page();
     column.ranks = doc.Page().IsSingleByte() ? &ranks : nullptr;
     column.texts.reserve(column.isText ? records.size() : 0);
     column.numbers.reserve(column.isText ? 0 : records.size());
     column.places.reserve(records.size());
-    std::string display;
-    std::string units;
     for (const RecordRef& record : records) {
         const auto stored = FindEntry(record.Entries(), static_cast<std::uint8_t>(field));
-        if (!column.isText) {
-            column.numbers.push_back(NumberOf(type, stored));
-        } else if (column.ranks || !stored) {
+        if (column.isText) {
             column.texts.push_back(stored.value_or(std::string_view{}));
         } else {
-            display.clear();
-            units.clear();
-            doc.AppendDisplay(*stored, field, display);
-            for (const char16_t unit : doc.Page().ToWide(display)) {
-                units.push_back(static_cast<char>(unit >> 8));
-                units.push_back(static_cast<char>(unit));
-            }
-            column.texts.emplace_back(column.units.Store(units), units.size());
+            column.numbers.push_back(NumberOf(type, stored));
         }
         column.AddPlace();
+        if (done && column.places.size() % kRowsATurn == 0) done(column.places.size());
     }
     return column;
 }
@@ -193,7 +190,8 @@ KeyColumn ExtractKeys(const CQuillaryDoc& doc, std::span<const RecordRef> record
 // What some records have under the keys of their database; rows count among these records.
 class Comparison {
   public:
-    Comparison(const CQuillaryDoc& doc, std::span<const RecordRef> records) : m_ranks(RankTable(doc.Page())) {
+    Comparison(const CQuillaryDoc& doc, std::span<const RecordRef> records, const RowsDone& done = {})
+        : m_ranks(RankTable(doc.Page())) {
         std::vector<std::size_t> fields;
         // The columns of many records at once, each on a thread.
         const auto launch =
@@ -205,8 +203,8 @@ class Comparison {
             const bool isNew = field && std::find(fields.begin(), fields.end(), *field) == fields.end();
             if (!isNew || HasNoOrder(doc.TypeOf(*field))) continue;
             fields.push_back(*field);
-            columns.push_back(
-                std::async(launch, ExtractKeys, std::cref(doc), records, *field, key.descending, std::cref(m_ranks)));
+            columns.push_back(std::async(launch, ExtractKeys, std::cref(doc), records, *field, key.descending,
+                                         std::cref(m_ranks), columns.empty() ? done : RowsDone()));
         }
         for (auto& column : columns) m_columns.push_back(column.get());
     }
@@ -268,15 +266,15 @@ int CompareRecords(const CQuillaryDoc& doc, std::size_t a, std::size_t b) {
     return Comparison(doc, records).Compare(0, 1);
 }
 
-std::vector<std::uint32_t> SortedOrder(const CQuillaryDoc& doc) {
+std::vector<std::uint32_t> SortedOrder(const CQuillaryDoc& doc, const RowsDone& done) {
     std::vector<std::uint32_t> order(doc.Shown().size());
     std::iota(order.begin(), order.end(), 0u);
-    Comparison(doc, doc.Shown()).Sort(order);
+    Comparison(doc, doc.Shown(), done).Sort(order);
     return order;
 }
 
-void SortRecords(CQuillaryDoc& doc) {
-    if (!doc.Sort().empty()) doc.ReorderRecords(SortedOrder(doc));
+void SortRecords(CQuillaryDoc& doc, const RowsDone& done) {
+    if (!doc.Sort().empty()) doc.ReorderRecords(SortedOrder(doc, done));
 }
 
 }  // namespace quillary

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "db/QuillaryDoc.h"
+#include "query/RowsDone.h"
 
 namespace quillary {
 
@@ -18,9 +19,9 @@ namespace quillary {
 
 /// The rows of the shown records in sorted order, stable: by CompareRecords, but with what it compares found
 /// once for each record. With no key the order is the present one.
-[[nodiscard]] std::vector<std::uint32_t> SortedOrder(const CQuillaryDoc& doc);
+[[nodiscard]] std::vector<std::uint32_t> SortedOrder(const CQuillaryDoc& doc, const RowsDone& done = {});
 
 /// Rearranges the shown records by the stored keys.
-void SortRecords(CQuillaryDoc& doc);
+void SortRecords(CQuillaryDoc& doc, const RowsDone& done = {});
 
 }  // namespace quillary

@@ -480,7 +480,7 @@ void CQuillaryView::UpdateCopy(CommandState& state) const { state.Enable(GetSele
 
 void CQuillaryView::UpdateRepeatFind(CommandState& state) const { state.Enable(m_findColumn != kNoFindYet); }
 
-void CQuillaryView::UpdateShowAll(CommandState& state) const { state.Enable(!m_doc.Filter().conditions.empty()); }
+void CQuillaryView::UpdateShowAll(CommandState& state) const { state.Enable(!EffectiveFilter(m_doc).conditions.empty()); }
 
 void CQuillaryView::UpdateChange(CommandState& state) const {
     if (m_doc.IsReadOnly()) state.Disable(FromUtf8(MessageText(Message::ReadOnly)));

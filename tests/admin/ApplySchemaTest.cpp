@@ -260,6 +260,22 @@ TEST_F(ApplySchemaTest, NamesWidthsAndOptionsTouchNoRecord) {
     EXPECT_LT(change, doc.ChangeNumber());
 }
 
+TEST_F(ApplySchemaTest, WhatNamesAFieldThatIsGoneDoesNotComeBackWithItsName) {
+    Make({"t", "F"});
+    auto definitions = Definitions();
+    const std::string first = definitions[0].field.name;
+    const std::string second = definitions[1].field.name;
+    doc.SetSort({{first, true}, {second, false}});
+    doc.SetFilter({{{false, first, 1, "x"}, {true, "", 1, "y"}}, true, false});
+    for (const std::string& name : {std::string("other"), first}) {
+        definitions = Definitions();
+        definitions[0].field.name = name;
+        Apply(definitions);
+    }
+    EXPECT_EQ((SortSettings{{second, false}}), doc.Sort());
+    EXPECT_EQ((FilterSettings{{{true, "", 1, "y"}}, true, false}), doc.Filter());
+}
+
 TEST_F(ApplySchemaTest, ThereIsOneFieldAtLeastAndTwentyAtMost) {
     Make({"t"});
     EXPECT_FALSE(PrepareSchema(doc, {}, 2000, failure));

@@ -50,6 +50,9 @@ with tempfile.TemporaryDirectory() as folder:
     for name in "nuls.pdb", "keys.pdb":
         held = peak("record", name, "set", "1", "B=q")
         assert held <= 2 * size + 64 * MB, f"record set in {name}: {held // MB} MB of {size // MB}"
+    # A page of several bytes a character, and texts that begin alike.
+    held = peak("sort", "whole.pdb", "A", "B:desc", "--code-page", "shift_jis")
+    assert held <= 2 * size + 64 * MB, f"sort in shift_jis: {held // MB} MB of {size // MB}"
     for name, most in ("whole.pdb", size * 1.3 + 20 * MB), ("bogus.pdb", 2 * size):
         for arguments in ["info"], ["list"], ["check"], ["find", "absent"]:
             held = peak(arguments[0], name, *arguments[1:])
