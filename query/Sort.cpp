@@ -85,6 +85,12 @@ struct KeyColumn {
         return !ranks || text.size() >= kBeginning || text.find('\n') != text.npos;
     }
 
+    [[nodiscard]] std::u16string DisplayedUnits(std::string_view text) const {
+        std::string display;
+        AppendUniformLines(text, display);
+        return page->ToWide(display);
+    }
+
     [[nodiscard]] int Compare(std::uint32_t a, std::uint32_t b) const {
         if (descending) std::swap(a, b);
         if (!isText) return numbers[a] < numbers[b] ? -1 : numbers[a] > numbers[b];
@@ -96,12 +102,6 @@ struct KeyColumn {
   private:
     static constexpr std::size_t kBeginning = sizeof(std::uint64_t);  // bytes, as they are shown
     static constexpr std::size_t kBeginningUnits = kBeginning / sizeof(char16_t);
-
-    [[nodiscard]] std::u16string DisplayedUnits(std::string_view text) const {
-        std::string display;
-        AppendUniformLines(text, display);
-        return page->ToWide(display);
-    }
 
     // Shorter texts are filled up with zeros, which stand for no character.
     [[nodiscard]] std::uint64_t Beginning(std::string_view text) const {
@@ -231,6 +231,7 @@ class Comparison {
 
   private:
     static constexpr std::size_t kFewRecords = 2000;
+    static constexpr std::size_t kMostDecoded = std::size_t{8} << 20;  // bytes of stored texts that begin alike
 
     // Those that begin alike. Most of them are the same altogether, as in a list.
     static void SortLongTexts(const KeyColumn& column, const std::vector<KeyedRow>& rows,
@@ -238,15 +239,33 @@ class Comparison {
         for (std::size_t begin = 0, end = 0; begin < rows.size(); begin = end) {
             bool isCut = false;
             bool isOneText = true;
+            std::size_t bytes = 0;
             for (; end < rows.size() && rows[end].key == rows[begin].key; ++end) {
                 isCut = isCut || column.IsCut(rows[end].row);
+                bytes += column.texts[rows[end].row].size();
                 isOneText = isOneText && column.texts[rows[end].row] == column.texts[rows[begin].row];
             }
             if (!isCut || isOneText) continue;
-            std::stable_sort(order.begin() + static_cast<std::ptrdiff_t>(begin),
-                             order.begin() + static_cast<std::ptrdiff_t>(end),
+            const std::span<std::uint32_t> alike(order.data() + begin, end - begin);
+            if (!column.ranks && bytes <= kMostDecoded) {
+                SortDecoded(column, alike);
+                continue;
+            }
+            std::stable_sort(alike.begin(), alike.end(),
                              [&column](std::uint32_t a, std::uint32_t b) { return column.Compare(a, b) < 0; });
         }
+    }
+    // Each text is decoded once and not at every comparison.
+    static void SortDecoded(const KeyColumn& column, std::span<std::uint32_t> records) {
+        std::vector<std::pair<std::u16string, std::uint32_t>> decoded;
+        decoded.reserve(records.size());
+        for (const std::uint32_t record : records) {
+            decoded.emplace_back(column.DisplayedUnits(column.texts[record]), record);
+        }
+        std::stable_sort(decoded.begin(), decoded.end(), [&column](const auto& a, const auto& b) {
+            return column.descending ? b.first < a.first : a.first < b.first;
+        });
+        for (std::size_t i = 0; i < records.size(); ++i) records[i] = decoded[i].second;
     }
 
     const Ranks m_ranks;
