@@ -30,16 +30,18 @@ constexpr RowInfo kRows[] = {
     {1051, 1004, 1011, 1012, u"Tertiary:"},
 };
 
-QRadioButton* AddDirection(QHBoxLayout& line, int id, const QString& text, const QString& row) {
+QRadioButton* AddDirection(QBoxLayout& pair, int id, const QString& text, const QString& row) {
     auto* button = new QRadioButton(text);
     button->setObjectName(QString::number(id));
     button->setAccessibleName(row + u' ' + text);  // there is one in each row
-    // Its place stays free while it is hidden, so that nothing jumps.
-    QSizePolicy policy = button->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    button->setSizePolicy(policy);
-    line.addWidget(button);
+    pair.addWidget(button);
     return button;
+}
+
+void KeepPlaceWhenHidden(QWidget& widget, bool keeps) {
+    QSizePolicy policy = widget.sizePolicy();
+    policy.setRetainSizeWhenHidden(keeps);
+    widget.setSizePolicy(policy);
 }
 
 }  // namespace
@@ -59,12 +61,19 @@ CSortKeysPage::CSortKeysPage(const CQuillaryDoc& doc) : m_doc(doc), m_rows() {
         // More keys than fields make no sense.
         m_rows[i].box->setVisible(i < std::max<std::size_t>(doc.FieldCount(), 1));
     }
+    column->addStretch(1);
 }
 
 CSortKeysPage::Row CSortKeysPage::AddRow(std::size_t number, const QString& label) {
     const RowInfo& info = kRows[number];
     const QString name = FromWide(info.text);
-    Row row{new QWidget(this), new QComboBox, nullptr, nullptr};
+    Row row{new QWidget(this),
+            new QBoxLayout(QBoxLayout::LeftToRight),
+            new QComboBox,
+            new QWidget,
+            nullptr,
+            nullptr,
+            nullptr};
     auto* column = new QVBoxLayout(row.box);
     column->setContentsMargins({});
     column->setSpacing(fontMetrics().height() / 4);
@@ -81,14 +90,17 @@ CSortKeysPage::Row CSortKeysPage::AddRow(std::size_t number, const QString& labe
         row.field->addItem(OnOneLine(FromWide(m_doc.FieldName(k))), static_cast<int>(k));
     }
     row.field->setMaxVisibleItems(row.field->count());
-    column->addWidget(row.field);
+    row.line->setSpacing(fontMetrics().height() / 4);
+    row.line->addWidget(row.field, 1);
+    row.line->addWidget(row.direction);
+    column->addLayout(row.line);
 
-    auto* line = new QHBoxLayout;
-    line->setAlignment(Qt::AlignLeft);
-    line->setSpacing(fontMetrics().height() / 4);
-    column->addLayout(line);
-    row.ascending = AddDirection(*line, info.ascending, QStringLiteral("Ascending"), name);
-    row.descending = AddDirection(*line, info.descending, QStringLiteral("Descending"), name);
+    row.pair = new QBoxLayout(QBoxLayout::LeftToRight, row.direction);
+    row.pair->setContentsMargins({});
+    row.pair->setSpacing(0);  // each has some room behind its text
+    row.ascending = AddDirection(*row.pair, info.ascending, QStringLiteral("Ascending"), name);
+    row.descending = AddDirection(*row.pair, info.descending, QStringLiteral("Descending"), name);
+    row.pair->addStretch(1);
     row.ascending->setChecked(true);
     ShowDirection(row);
     connect(row.field, &QComboBox::currentIndexChanged, this, [row] { ShowDirection(row); });
@@ -97,9 +109,22 @@ CSortKeysPage::Row CSortKeysPage::AddRow(std::size_t number, const QString& labe
 
 bool CSortKeysPage::HasField(const Row& row) { return row.field->currentIndex() > kNone; }
 
-void CSortKeysPage::ShowDirection(const Row& row) {
-    row.ascending->setVisible(HasField(row));
-    row.descending->setVisible(HasField(row));
+void CSortKeysPage::ShowDirection(const Row& row) { row.direction->setVisible(HasField(row)); }
+
+QSize CSortKeysPage::minimumSizeHint() const {
+    return {m_rows.front().descending->sizeHint().width(), QWidget::minimumSizeHint().height()};
+}
+
+void CSortKeysPage::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    for (const Row& row : m_rows) {
+        const int besideEachOther = row.ascending->sizeHint().width() + row.descending->sizeHint().width();
+        const bool isWide = width() >= 2 * besideEachOther;
+        row.line->setDirection(isWide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+        row.pair->setDirection(width() >= besideEachOther ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+        // Beside the list its place stays free, so that nothing jumps; below it the room is needed.
+        KeepPlaceWhenHidden(*row.direction, isWide);
+    }
 }
 
 void CSortKeysPage::Load(const SortSettings& keys) {

@@ -7,6 +7,7 @@
 #include "db/Layout.h"
 #include "db/QuerySettings.h"
 
+class QBoxLayout;
 class QComboBox;
 class QRadioButton;
 
@@ -24,10 +25,19 @@ class CSortKeysPage : public QWidget {
     [[nodiscard]] SortSettings Keys() const;
     void FocusFirst();
 
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+  protected:
+    /// A wide page has the direction beside the field, a narrow one below it, the narrowest in two lines.
+    void resizeEvent(QResizeEvent* event) override;
+
   private:
     struct Row {
         QWidget* box;  // around all of it
+        QBoxLayout* line;
         QComboBox* field;
+        QWidget* direction;  // around the next three
+        QBoxLayout* pair;
         QRadioButton* ascending;
         QRadioButton* descending;
     };

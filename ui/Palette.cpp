@@ -29,12 +29,22 @@ QPalette DarkPalette() {
     return palette;
 }
 
+// The outline of an empty box or circle is made from the window's colour, darker, which on dark cannot be seen.
+void UseForCheckable(QPalette palette, bool dark) {
+    if (dark) palette.setColor(QPalette::Window, QColor(0xD8, 0xDA, 0xDE));
+    for (const char* kind : {"QCheckBox", "QRadioButton"}) {
+        if (QApplication::palette(kind) != palette) QApplication::setPalette(palette, kind);
+    }
+}
+
 }  // namespace
 
 void UseDarkPalette(bool dark) {
     QApplication::setPalette(QPalette());
     const bool isDark = QApplication::palette().color(QPalette::Window).lightness() < 128;
-    if (dark && !isDark) QApplication::setPalette(DarkPalette());
+    const bool makesDark = dark && !isDark;
+    if (makesDark) QApplication::setPalette(DarkPalette());
+    UseForCheckable(QApplication::palette(), makesDark);
 }
 
 }  // namespace quillary

@@ -119,7 +119,10 @@ void CQuillaryDialog::SetUp(const DialogInfo& info) {
     setWindowFlags(Qt::Widget);
     setObjectName(QString::number(info.id));
     setAccessibleName(FromWide(info.title));
-    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, const QWidget* now) { FollowFocus(now); });
+    connect(qApp, &QApplication::focusChanged, this, [this](const QWidget*, const QWidget* now) {
+        FollowFocus(now);
+        if (now && isAncestorOf(now)) ScrollIntoSight(*now);
+    });
     auto* page = new QVBoxLayout(this);
     page->setContentsMargins({});
     page->setSpacing(0);
@@ -315,6 +318,19 @@ void CQuillaryDialog::FollowFocus(const QWidget* now) {
         m_frame.Panel().Show();
     } else {
         m_frame.Panel().Hide();
+    }
+}
+
+// The toolkit does so for the Tab key only, not for a label's letter.
+void CQuillaryDialog::ScrollIntoSight(const QWidget& control) const {
+    // Under a click it would go away before the button is let go.
+    if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
+    for (QScrollArea* area : findChildren<QScrollArea*>()) {
+        const int around = fontMetrics().height() * 3 / 2;  // its label
+        if (!area->widget() || !area->widget()->isAncestorOf(&control)) continue;
+        if (control.height() + 2 * around > area->viewport()->height()) continue;
+        const QPoint middle = control.mapTo(area->widget(), control.rect().center());
+        area->ensureVisible(middle.x(), middle.y(), control.width() / 2, control.height() / 2 + around);
     }
 }
 

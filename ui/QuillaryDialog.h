@@ -89,6 +89,7 @@ class CQuillaryDialog : public QDialog {
     void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel);
     [[nodiscard]] QWidget* MakeButtons(Buttons buttons);
     void ShowHelp();
+    void ScrollIntoSight(const QWidget& control) const;
 
     [[nodiscard]] QVariantList ControlValues() const;
 

@@ -261,9 +261,13 @@ void CQuillaryView::paintEvent(QPaintEvent* event) {
 void CQuillaryView::keyPressEvent(QKeyEvent* event) {
     const QModelIndex cell = currentIndex();
     if (event->key() == Qt::Key_Space && cell.isValid()) {
-        const bool isTap = event->modifiers() == Qt::NoModifier && !event->isAutoRepeat();
-        const bool toggles = m_doc.EditOnSelect() && m_delegate->IsCheckBox(cell);
-        if (isTap && toggles) Tap(cell, CheckImageRect(visualRect(cell)).center());
+        const Qt::KeyboardModifiers keys = event->modifiers();
+        if (m_doc.EditOnSelect() && m_delegate->IsCheckBox(cell)) {
+            const bool isTap = keys == Qt::NoModifier && !event->isAutoRepeat();
+            if (isTap) Tap(cell, CheckImageRect(visualRect(cell)).center());
+        } else if ((keys & ~Qt::KeyboardModifiers(Qt::ShiftModifier)) == 0 && m_typedSearch.IsUnderWay()) {
+            keyboardSearch(event->text());  // between two words
+        }
         return;
     }
     if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && cell.isValid()) {

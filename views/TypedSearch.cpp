@@ -9,9 +9,12 @@
 
 namespace quillary {
 
+bool CTypedSearch::IsUnderWay() const {
+    return m_sinceLast.isValid() && m_sinceLast.elapsed() < QGuiApplication::styleHints()->keyboardInputInterval();
+}
+
 std::optional<int> CTypedSearch::Type(const QString& letters, int currentRow) {
-    const int pause = QGuiApplication::styleHints()->keyboardInputInterval();
-    if (!m_sinceLast.isValid() || m_sinceLast.elapsed() >= pause) m_typed.clear();
+    if (!IsUnderWay()) m_typed.clear();
     m_sinceLast.start();
     const bool isFirst = m_typed.isEmpty();
     m_typed += letters;

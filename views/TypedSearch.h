@@ -16,6 +16,8 @@ class CTypedSearch {
     /// The row that begins with what has been typed so far, `letters` last; `currentRow` is the one from which to look,
     /// or -1. nullopt when there is none.
     [[nodiscard]] std::optional<int> Type(const QString& letters, int currentRow);
+    /// Whether what is typed now goes on with the letters before.
+    [[nodiscard]] bool IsUnderWay() const;
 
   private:
     const CQuillaryDoc& m_doc;

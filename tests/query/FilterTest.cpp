@@ -3,30 +3,16 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include <array>
-#include <cstdio>
-
 #include "db/FieldValue.h"
 #include "platform/posix/CodePages.h"
 #include "query/Sort.h"
 #include "tests/fakes/TestDatabase.h"
+#include "tests/query/ShownValues.h"
 
 namespace quillary {
 namespace {
 
 // The rules word by word, on display texts: each value is read back from what a person sees.
-
-using Moment = std::array<int, 3>;  // comparable as it stands; no first number: unreadable
-
-Moment ReadShown(FieldType type, const std::string& text) {
-    int a = 0, b = 0, year = 0;
-    char half = 0;
-    if (type == FieldType::Date) {
-        return std::sscanf(text.c_str(), "%d/%d/%d", &a, &b, &year) == 3 ? Moment{year, a, b} : Moment{};
-    }
-    const bool isTime = std::sscanf(text.c_str(), "%d:%d %cm", &a, &b, &half) == 3;
-    return isTime ? Moment{1990, a % 12 + (half == 'p' ? 12 : 0), b} : Moment{};
-}
 
 template <typename Value>
 bool Compare(int operation, bool same, const Value& v, const Value& c) {

@@ -152,6 +152,32 @@ TEST_F(FilterTest, WhatCannotBeStoredIsRefusedAndWhatCannotBeShownStays) {
     EXPECT_EQ(doc->Filter().conditions[0].value, std::string(39, 'y'));
 }
 
+TEST_F(FilterTest, AListConditionIsAboutAnItem) {
+    ImageParts parts;
+    const std::string longest(40, 'y');
+    parts.AddSchema({"Kind", "Wide", "Bare"}, {"Lred;blue", "Lz;" + longest, "L"});
+    parts.Add(2, {"red", "z", ""});
+    CQuillaryDoc* doc = Open(parts.Build());
+    doc->SetFilter({{{false, "Kind", 0, "gone"}}, false, false});
+    Filter([](CQuillaryDialog& page) { EXPECT_EQ(page.Control<QComboBox>(1034)->currentText(), "red"); });
+    EXPECT_EQ(doc->Filter().conditions, (std::vector<FilterCondition>{{false, "Kind", 0, "red"}}));
+    user.ExpectDialog(140, [&](CQuillaryDialog& page) {
+        Choose(page, 1032, "Bare");
+        EXPECT_EQ(page.Control<QComboBox>(1035)->count(), 0);
+        Choose(page, 1008, "Wide");
+        for (const std::string& item : {longest, std::string("z")}) {
+            Choose(page, 1012, QString::fromStdString(item));
+            Click(page.Control<QWidget>(kOkButton));
+        }
+    });
+    user.ExpectMessage("A filter condition holds at most 39 bytes of text; \"" + QString::fromStdString(longest) +
+                       "\" has 40.");
+    ChooseMenu("Record", "Filter...");
+    EXPECT_EQ(
+        doc->Filter().conditions,
+        (std::vector<FilterCondition>{{false, "Kind", 0, "red"}, {false, "Bare", 0, ""}, {false, "Wide", 0, "z"}}));
+}
+
 TEST_F(FilterTest, ATappedCheckBoxFiltersSortsAndSavesOnce) {
     const std::vector<std::tuple<FilterCondition, SortSettings, QString, QString>> kCases = {
         {{false, "Ok", 0, "F"}, {}, "bob Cid/1", "Cid/2"},

@@ -1,9 +1,12 @@
 // Sorting in the record list, by the dialog and by taps on headings, and going to a record by its first letters.
 #include <gmock/gmock.h>
 
+#include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QStyleHints>
 #include <QTest>
 
@@ -17,6 +20,8 @@ constexpr Qt::MouseButton kLeft = Qt::LeftButton;
 
 class ListSortingTest : public WindowTest {
   protected:
+    ~ListSortingTest() override { QGuiApplication::styleHints()->setKeyboardInputInterval(m_inputInterval); }
+
     /// How the first column begins, and the mark: the column's position, then + or -.
     [[nodiscard]] QString List() {
         QString list = " ";
@@ -54,6 +59,9 @@ class ListSortingTest : public WindowTest {
         });
         ChooseMenu("Record", "Sort...");
     }
+
+  private:
+    const int m_inputInterval = QGuiApplication::styleHints()->keyboardInputInterval();
 };
 
 TEST_F(ListSortingTest, TheDialogTakesTheKeysInTheirOrderAndSavesOnce) {
@@ -101,6 +109,38 @@ TEST_F(ListSortingTest, TheDialogPreselectsByNameAndHasNoMoreRowsThanFields) {
             for (const int id : {1003, 1050}) EXPECT_EQ(IsVisible(page, id), fields >= 2) << id;
             for (const int id : {1004, 1051}) EXPECT_EQ(IsVisible(page, id), fields >= 3) << id;
         });
+    }
+}
+
+TEST_F(ListSortingTest, TheDialogFitsASmallScreenAndKeepsStillOnAWideOne) {
+    Open(PeopleParts().Build());
+    for (const QSize& size : {QSize(216, 288), QSize(600, 450)}) {
+        app.Frame().resize(size);
+        InDialog(
+            [&](CQuillaryDialog& page) {
+                const auto isInSight = [&](int id) {
+                    const auto* control = page.Control<QWidget>(id);
+                    return control->visibleRegion().boundingRect() == control->rect();
+                };
+                const auto top = [&] {
+                    return page.Control<QWidget>(1050)->mapTo(page.Control<QWidget>(180), QPoint()).y();
+                };
+                const int before = top();
+                for (const int list : {1002, 1003, 1004}) {
+                    QTest::keyClick(page.Control<QWidget>(list), Qt::Key_Down);
+                    QTest::qWait(0);
+                    for (const int button : {kOkButton, kCancelButton}) EXPECT_TRUE(isInSight(button));
+                    EXPECT_EQ(page.findChild<QScrollArea*>()->horizontalScrollBar()->maximum(), 0) << size.width();
+                }
+                const bool makesRoom = top() - before >= page.Control<QWidget>(1007)->height();
+                EXPECT_TRUE(size.width() < 400 ? makesRoom : top() == before);
+                QApplication::setActiveWindow(&app.Frame());  // as a window manager does
+                for (const int id : {1004, 1002, 1012}) {
+                    page.Control<QWidget>(id)->setFocus(Qt::ShortcutFocusReason);
+                    EXPECT_TRUE(isInSight(id)) << id;
+                }
+            },
+            kCancelButton);
     }
 }
 
@@ -156,8 +196,8 @@ TEST_F(ListSortingTest, AnOrderThatCannotBeSavedStays) {
 TEST_F(ListSortingTest, LettersGoToTheNextRecordThatBeginsWithThem) {
     ImageParts parts;
     parts.AddSchema({"Name", "Ok"}, {"t", "B"});
-    for (const char* name : {"Ann", "Bob", "ada", "Anton", "Bea"}) parts.Add(2, {name, "true"});
-    Open(parts.Build());
+    for (const char* name : {"Ann", "Bob", "ada", "An elk", "An ox", "Bea", " "}) parts.Add(2, {name, "true"});
+    CQuillaryDoc* doc = Open(parts.Build());
     QTest::keyClick(View(), Qt::Key_Right);
     constexpr int kAtOnce = 0;
     constexpr int kNever = 1000000;
@@ -167,12 +207,13 @@ TEST_F(ListSortingTest, LettersGoToTheNextRecordThatBeginsWithThem) {
         int pause;
         QString counter;
     } kSteps[] = {
-        {"the next one", "a", kAtOnce, "3 of 5"},
-        {"which becomes an", "n", kNever, "4 of 5"},
-        {"the space bar is no letter", "T ", kNever, "4 of 5"},
-        {"after a pause", "b", kAtOnce, "5 of 5"},
-        {"none begins with bb, the next one with b", "b", kNever, "2 of 5"},
-        {"there is nothing like it", "x", kAtOnce, "2 of 5"},
+        {"the next one", "a", kAtOnce, "3 of 7"},
+        {"which becomes an", "n", kNever, "4 of 7"},
+        {"a space between words", " O", kNever, "5 of 7"},
+        {"a pause before the space", " ", kAtOnce, "5 of 7"},
+        {"after a pause", "b", kAtOnce, "6 of 7"},
+        {"none begins with bb, the next one with b", "b", kNever, "2 of 7"},
+        {"there is nothing like it", "x", kAtOnce, "2 of 7"},
     };
     for (const auto& step : kSteps) {
         QGuiApplication::styleHints()->setKeyboardInputInterval(step.pause);
@@ -180,6 +221,10 @@ TEST_F(ListSortingTest, LettersGoToTheNextRecordThatBeginsWithThem) {
         EXPECT_EQ(Counter(), step.counter) << step.name;
     }
     EXPECT_EQ(View()->currentIndex().column(), 1);
+    doc->SetEditOnSelect(true);
+    QGuiApplication::styleHints()->setKeyboardInputInterval(kNever);
+    QTest::keyClicks(View(), "x ");
+    EXPECT_EQ(Cell(1, 1), "false") << "in the cell of a check box a space switches it";
 }
 
 }  // namespace

@@ -4,13 +4,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
-#include <QThread>
 #include <QToolBar>
 #include <QToolButton>
 
 #include "tests/ui/WindowTest.h"
 #include "ui/CommandIds.h"
-#include "ui/LongWork.h"
 #include "views/QuillaryView.h"
 
 namespace quillary {
@@ -72,16 +70,24 @@ TEST_F(QueryCommandsTest, FindStartsAtTheTopAndRepeatFindGoesOn) {
     ChooseMenu("Record", "Find...");
 }
 
-// Each record in a step of its own takes a while, as in a database a thousand times as large.
-TEST_F(QueryCommandsTest, LongWorkShowsAndCanBeStopped) {
-    int steps = 0;
-    const auto slowly = [&steps] {
-        QThread::msleep(20);
-        return ++steps == 60;
-    };
-    user.ExpectMessage("Working...", "Cancel");
-    EXPECT_FALSE(RunLongWork(&app.Frame(), "Working...", slowly));
-    EXPECT_LT(steps, 60);
+// Texts that the search can tell from what it looks for only letter by letter, so that a pass takes seconds.
+TEST_F(QueryCommandsTest, AFindOverManyRecordsCanBeStopped) {
+    ImageParts parts;
+    parts.AddSchema({"Name"}, {"t"});
+    const std::string name = std::string(1000, 'a') + "%";
+    for (int row = 0; row < 20'000; ++row) parts.Add(2, {row == 1024 || row == 19'999 ? "needle" : name});
+    Open(parts.Build());
+    ExpectFind("Needle");
+    ChooseMenu("Record", "Find...");
+    EXPECT_EQ(Counter(), "1025 of 20000");
+    QTest::keyClick(View(), Qt::Key_F3);
+    EXPECT_EQ(Counter(), "20000 of 20000");
+    QTest::keyClick(View(), Qt::Key_Up);
+    const QString absent = QString(500, u'a') + "ba";
+    ExpectFind(absent);
+    user.ExpectMessage("Looking for \"" + absent + "\"...", "Cancel");
+    ChooseMenu("Record", "Find...");
+    EXPECT_EQ(Counter(), "19999 of 20000") << "and nothing is asked";
 }
 
 TEST_F(QueryCommandsTest, ShowAllLiftsTheFilterAndSortsTheHiddenIn) {
