@@ -96,7 +96,8 @@ struct KeyColumn {
         if (!isText) return numbers[a] < numbers[b] ? -1 : numbers[a] > numbers[b];
         if (ranks) return CompareDisplayed(texts[a], texts[b], *ranks);
         if (texts[a] == texts[b]) return 0;
-        return DisplayedUnits(texts[a]).compare(DisplayedUnits(texts[b]));
+        const int difference = DisplayedUnits(texts[a]).compare(DisplayedUnits(texts[b]));
+        return difference < 0 ? -1 : difference > 0;
     }
 
   private:
