@@ -46,4 +46,9 @@ inline constexpr std::int32_t kNoRowColor = 0xFFFFFF;
 inline constexpr std::string_view kConfirmRecordDelete = "ConfirmRecDelete";
 inline constexpr std::int32_t kConfirmRecordDeleteDefault = 1;
 
+/// Where exported appointments and contacts go: "files", else the desktop's calendar and address book where there are
+/// any.
+inline constexpr std::string_view kPersonalStore = "PersonalStore";
+inline constexpr std::string_view kPersonalStoreFiles = "files";
+
 }  // namespace quillary

@@ -1,6 +1,8 @@
 // What the system provides to the window.
 #pragma once
 
+#include "integration/PersonalStore.h"
+
 namespace quillary {
 
 class Clock;
@@ -28,6 +30,7 @@ struct Desktop {
     Launcher& launcher;
     const Clock& clock;
     const UserLocale& locale;
+    PersonalStoreFactory makePersonalStore = {};
 };
 
 }  // namespace quillary

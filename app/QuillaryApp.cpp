@@ -49,6 +49,7 @@ CQuillaryApp::CQuillaryApp(const Desktop& desktop)
     : m_desktop(desktop),
       m_alternatingRowColor(kNoRowColor),
       m_frame(*this, desktop.inputPanel),
+      m_phone(desktop.launcher),
       m_handOver(m_frame, [this](const Path& path) { OpenDocumentFile(path); }) {
     m_fileChanged.setSingleShot(true);
     m_fileChanged.setInterval(kSettlingMilliseconds);
@@ -162,8 +163,10 @@ std::unique_ptr<CQuillaryDoc> CQuillaryApp::Read(const Path& path, OpenMode mode
 
 void CQuillaryApp::Show(std::unique_ptr<CQuillaryDoc> doc) {
     m_session = std::make_unique<CDocumentSession>(std::move(doc), m_desktop.files, m_frame, *this);
-    m_view = std::make_unique<CQuillaryView>(*m_session, m_frame, m_desktop.trash,
-                                             FormSurroundings{m_desktop.clock, m_desktop.locale, m_desktop.settings});
+    m_view =
+        std::make_unique<CQuillaryView>(*m_session, m_frame, m_desktop.trash,
+                                        FormSurroundings{m_desktop.clock, m_desktop.locale, m_desktop.settings,
+                                                         m_dialing, m_desktop.launcher, m_desktop.makePersonalStore});
     m_view->SetRowColor(RowColor(m_alternatingRowColor));
     m_frame.ShowDatabase(*m_session, *m_view);
     WatchFile();

@@ -11,7 +11,10 @@
 #include "app/HandOver.h"
 #include "app/MainFrame.h"
 #include "app/MyDocListTemplate.h"
+#include "app/WindowQuestions.h"
 #include "db/QuillaryDoc.h"
+#include "integration/Dialing.h"
+#include "platform/TelephoneLinks.h"
 #include "ui/CommandTarget.h"
 #include "views/DocumentHost.h"
 
@@ -75,6 +78,9 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
     std::optional<std::uint64_t> m_keptChange;  // the document's change number when its file became unreadable
     QTimer m_fileChanged;                       // a moment after the last change, as these come in bursts
     CMainFrame m_frame;
+    CWindowQuestions m_messages{m_frame};
+    TelephoneLinks m_phone;
+    Dialing m_dialing{m_phone, m_messages};
     std::unique_ptr<CMyDocListTemplate> m_template;  // null while the program only makes a picture
     CHandOver m_handOver;
     std::unique_ptr<CDocumentSession> m_session;

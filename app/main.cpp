@@ -3,6 +3,7 @@
 #include <QSessionManager>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -19,6 +20,7 @@
 #include "platform/Signals.h"
 #include "platform/SingleInstance.h"
 #include "platform/WindowActivation.h"
+#include "platform/posix/DesktopPersonalStore.h"
 #include "platform/posix/LargePages.h"
 #include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixFileAccess.h"
@@ -93,8 +95,11 @@ int main(int argc, char** argv) {
     quillary::DesktopLauncher launcher;
     const quillary::PosixClock clock;
     const quillary::PosixLocale locale;
+    const quillary::PersonalStoreFactory makePersonalStore = [&settings] {
+        return std::make_unique<quillary::DesktopPersonalStore>(settings);
+    };
     quillary::CQuillaryApp app({files, locations, settings, trash, inputPanel, windowSettings, recentFiles,
-                                folderWatcher, fileWatcher, launcher, clock, locale});
+                                folderWatcher, fileWatcher, launcher, clock, locale, makePersonalStore});
     if (options->task == LaunchOptions::Task::Picture) {
         return quillary::SavePicture(app, options->database, options->picture);
     }

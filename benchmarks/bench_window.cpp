@@ -17,8 +17,11 @@
 #include "benchmarks/Figures.h"
 #include "benchmarks/GeneratedTable.h"
 #include "db/QuillaryDoc.h"
+#include "integration/Dialing.h"
+#include "platform/DesktopLauncher.h"
 #include "platform/InputPanel.h"
 #include "platform/NativePath.h"
+#include "platform/TelephoneLinks.h"
 #include "platform/Trash.h"
 #include "platform/posix/PosixClock.h"
 #include "platform/posix/PosixFileAccess.h"
@@ -225,7 +228,11 @@ int Run(int argc, char** argv) {
     const PosixClock clock;
     const PosixLocale locale;
     const PreferencesFile settings(ToPath(folder.filePath(QStringLiteral("preferences"))), "Preferences");
-    const FormSurroundings surroundings{clock, locale, settings};
+    DesktopLauncher launcher;
+    TelephoneLinks phone(launcher);
+    Dialing dialing(phone, questions);
+    const PersonalStoreFactory noStore;
+    const FormSurroundings surroundings{clock, locale, settings, dialing, launcher, noStore};
     CQuillaryView view(session, stage, stage, surroundings);
     ShowAt(view);
     ConstantCells cells;

@@ -12,6 +12,19 @@ constexpr CommandOption kDropForeign{"--drop-foreign", "",
                                      "write the file although records of other programs in it will be lost"};
 constexpr CommandOption kField{"--field", "DEFINITION", "a field; once for each, in their order", true};
 
+// The properties are those of the export's page, without their colons.
+constexpr std::string_view kContactDetails =
+    "A PROPERTY is one of\n"
+    "  Last Name, First Name, Middle Name, Job Title, Department, Company, E-Mail, E-Mail2, E-Mail3, Web Page,\n"
+    "  Work Tel, Work2 Tel, Work Fax, Home Tel, Home2 Tel, Home Fax, Mobile Tel, Car Tel, Radio Tel, Pager,\n"
+    "  Work Addr, Work City, Work State, Work Zip, Work Country, Home Addr, Home City, Home State, Home Zip,\n"
+    "  Home Country, Other Addr, Other City, Other State, Other Zip, Other Country, Office Loc, Assistant,\n"
+    "  Assistant Tel, Category, Birthday, Anniversary, Spouse, Children, Notes\n"
+    "Contacts go to the address book of the desktop's Evolution where the session has it, else each becomes a file; "
+    "the\n"
+    "preference PersonalStore=files in Quillary's settings makes files always. One that was exported before and is\n"
+    "still there stays as it is.";
+
 constexpr std::string_view kDefinitions =
     "A DEFINITION is NAME:TYPE or NAME:TYPE:OPTIONS. NAME ends at the first colon. TYPE is text, number, sequence,\n"
     "checkbox, date, time, list, phone, e-mail or web-url. OPTIONS are separated by \";\":\n"
@@ -76,6 +89,15 @@ constexpr CommandOption kTextOptions[] = {
     {"--unlock", "", "take the lock away, before --set"},
     {"--lock-password-file", "PATH", "the first line is the password of the lock"},
     kDropForeign,
+};
+constexpr CommandOption kCalendarOptions[] = {
+    {"--date", "FIELD", "the date field that gives the day"},
+    {"--start", "FIELD", "the time field that gives the start; without a start and an end the whole day"},
+    {"--end", "FIELD", "the time field that gives the end"},
+    {"--field", "NAME", "a field for the text of the appointment; once for each, in their order", true},
+};
+constexpr CommandOption kContactsOptions[] = {
+    {"--map", "PROPERTY=FIELD", "the field that gives a property; once for each", true},
 };
 constexpr CommandOption kJsonOnly[] = {kJson};
 
@@ -168,6 +190,15 @@ const Command kCommands[] = {
      "password\n"
      "locks nothing.",
      1, 1, kTextOptions, ExitStatus::Refused, RunText},
+    {"calendar", "FILE --date FIELD [--start FIELD] [--end FIELD] [--field NAME]...",
+     "Export every shown record as an appointment",
+     "The subject is the database's name. Appointments go to the calendar of the desktop's Evolution where the "
+     "session\n"
+     "has it, else each becomes a file; the preference PersonalStore=files in Quillary's settings makes files always.\n"
+     "One that was exported before and is still there stays as it is.",
+     1, 1, kCalendarOptions, ExitStatus::Refused, nullptr},
+    {"contacts", "FILE --map PROPERTY=FIELD...", "Export every shown record as a contact", kContactDetails, 1, 1,
+     kContactsOptions, ExitStatus::Refused, nullptr},
 };
 
 }  // namespace

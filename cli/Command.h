@@ -37,8 +37,8 @@ struct Command {
     std::size_t fewestWords;
     std::size_t mostWords;
     std::span<const CommandOption> options;
-    ExitStatus failure;  // the answer when it cannot do what it was asked
-    ExitStatus (*run)(Session&, const Arguments&);
+    ExitStatus failure;                             // the answer when it cannot do what it was asked
+    ExitStatus (*run)(Session&, const Arguments&);  // null: it needs more than qly links; see cli/CommandLine.h
 };
 
 /// In the order of the help.

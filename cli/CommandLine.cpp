@@ -215,7 +215,7 @@ class ArgumentParser {
     CLI::App m_app;
 };
 
-ExitStatus RunCommand(const Command& command, std::vector<std::string> given) {
+ExitStatus RunCommand(const Command& command, std::vector<std::string> given, const RunService& runService) {
     ArgumentParser parser(command);
     Arguments arguments;
     if (!parser.Parse(std::move(given), arguments)) return ExitStatus::WrongUsage;
@@ -223,7 +223,7 @@ ExitStatus RunCommand(const Command& command, std::vector<std::string> given) {
     Session session(command, arguments);
     if (!session.SetUp()) return ExitStatus::WrongUsage;
     try {
-        return session.Finish(command.run(session, arguments));
+        return session.Finish(command.run ? command.run(session, arguments) : runService(command, session, arguments));
     } catch (const std::bad_alloc&) {
         return session.Refuse("There is not enough memory.");
     }
@@ -247,7 +247,7 @@ ExitStatus PrintVersion(const std::vector<std::string>& words) {
 
 }  // namespace
 
-ExitStatus RunCommandLine(const std::vector<std::string>& arguments) {
+ExitStatus RunCommandLine(const std::vector<std::string>& arguments, const RunService& runService) {
     if (arguments.empty()) {
         Complain("No command is given. \"qly --help\" lists them.");
         return ExitStatus::WrongUsage;
@@ -258,7 +258,7 @@ ExitStatus RunCommandLine(const std::vector<std::string>& arguments) {
     if (first == "--version") return PrintVersion(rest);
     if (first.starts_with("-")) return UnknownOption(first, {kHelpOption, "--version"}, "qly --help");
     const Command* command = CommandNamed(first);
-    return command ? RunCommand(*command, std::move(rest)) : UnknownCommand(first);
+    return command ? RunCommand(*command, std::move(rest), runService) : UnknownCommand(first);
 }
 
 }  // namespace quillary

@@ -67,8 +67,11 @@ std::size_t MistakesBetween(std::string_view a, std::string_view b) {
     return last[b.size()];
 }
 
-std::string_view WithoutDashes(std::string_view option) {
-    return option.substr(std::min(option.find_first_not_of('-'), option.size()));
+// In lower case, without the dashes of an option.
+std::string PlainWord(std::string_view name) {
+    std::string word(name.substr(std::min(name.find_first_not_of('-'), name.size())));
+    std::transform(word.begin(), word.end(), word.begin(), AsciiLower);
+    return word;
 }
 
 }  // namespace
@@ -76,12 +79,11 @@ std::string_view WithoutDashes(std::string_view option) {
 std::string NearestNameHint(std::string_view typed, const std::vector<std::string_view>& names) {
     constexpr std::size_t kLettersAMistake = 3;
     constexpr std::size_t kLongestName = 32;
-    std::string word(WithoutDashes(typed.substr(0, kLongestName)));
-    std::transform(word.begin(), word.end(), word.begin(), AsciiLower);
+    const std::string word = PlainWord(typed.substr(0, kLongestName));
     std::string_view nearest;
     std::size_t fewest = kLongestName;
     for (const std::string_view name : names) {
-        const std::string_view plain = WithoutDashes(name);
+        const std::string plain = PlainWord(name);
         const bool begun = word.size() >= kLettersAMistake && plain.starts_with(word);
         const std::size_t mistakes = begun ? 1 : MistakesBetween(word, plain);
         if (mistakes >= fewest || mistakes * kLettersAMistake > std::max(word.size(), plain.size())) continue;

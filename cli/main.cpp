@@ -3,12 +3,17 @@
 #include <vector>
 
 #include "cli/CommandLine.h"
+#include "cli/Services.h"
 #include "cli/StandardStreams.h"
 #include "platform/posix/LargePages.h"
 
 int main(int argc, char** argv) {
-    quillary::PrepareStandardStreams();
-    quillary::UseLargePages();
+    using namespace quillary;
+    PrepareStandardStreams();
+    UseLargePages();
     const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
-    return static_cast<int>(quillary::RunCommandLine(arguments));
+    const auto runService = [&arguments](const Command&, const Session& session, const Arguments&) {
+        return ContinueInHelper(session, arguments);
+    };
+    return static_cast<int>(RunCommandLine(arguments, runService));
 }

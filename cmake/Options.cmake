@@ -20,3 +20,7 @@ if(QUILLARY_SANITIZER)
     -fsanitize=${QUILLARY_SANITIZER} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(quillary_options INTERFACE -fsanitize=${QUILLARY_SANITIZER})
 endif()
+
+# What the programs load or start lies in lib/quillary, seen from the folder beside that of a program: built as installed.
+set(QUILLARY_COMPANIONS ${PROJECT_BINARY_DIR}/lib/quillary)
+set(QUILLARY_COMPANIONS_INSTALLED lib/quillary)

@@ -72,6 +72,26 @@ enum class Message {
     NotAListItem,
     // The filter
     ConditionTooLong,  // %s: its text, %s: its number of bytes
+    // Dialing, links and sending
+    NoDialing,
+    PhoneModified,
+    CallFailed,  // %s: its return code
+    NoPhoneColumns,
+    NotAWebAddress,
+    ControlInLink,
+    MailDoesMore,
+    NoLinkProgram,       // %s: what it would open
+    LinkProgramMissing,  // %s: what it would open
+    LinkProgramFailed,   // %s: what it was to open, %s: its exit status
+    NotSentByMail,       // %s: the file's path
+    NotSentByBluetooth,  // %s: the exit status of the program that was to send
+    NoBluetooth,
+    NoBluetoothProgram,
+    // The user's calendar and contacts
+    NoPersonalStore,
+    NoLogOn,
+    NoContactFields,
+    ExportWithoutDate,  // %s: number of records
     // Preferences
     ResultsOutOfRange,
     PreferencesNotStored,  // %s: the system's reason

@@ -12,7 +12,7 @@ struct Appointment {
     double startTime = 0;     // a fraction of the day; 0 when there is none
     double endTime = 0;
     std::u16string subject;
-    std::u16string body;  // a line a field, each behind "\n\r"
+    std::u16string body;  // a line a field, with "\n\r" between them
 
     [[nodiscard]] bool IsAllDay() const { return startTime == 0 && endTime == 0; }
 };

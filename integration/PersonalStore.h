@@ -1,7 +1,11 @@
 // The user's calendar and address book, wherever the desktop keeps them.
 #pragma once
 
+#include <filesystem>
+#include <functional>
+#include <memory>
 #include <string>
+#include <vector>
 
 namespace quillary {
 
@@ -20,6 +24,11 @@ class PersonalStore {
     /// False when the item could not be kept.
     [[nodiscard]] virtual bool AddAppointment(const Appointment& appointment, const std::string& uid) = 0;
     [[nodiscard]] virtual bool AddContact(const Contact& contact, const std::string& uid) = 0;
+    /// The files that hold the items kept so far, of a store that keeps each in a file for other programs to read.
+    [[nodiscard]] virtual std::vector<std::filesystem::path> Files() const { return {}; }
 };
+
+/// Makes the store for one export; it connects to nothing before Create.
+using PersonalStoreFactory = std::function<std::unique_ptr<PersonalStore>()>;
 
 }  // namespace quillary

@@ -1,15 +1,18 @@
 // A session with the user's calendar and address book, made for one export.
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
+
+#include "integration/PersonalStore.h"
 
 namespace quillary {
 
 struct Appointment;
 struct Contact;
-class PersonalStore;
 class Questions;
 
 class CPocketOutlook {
@@ -24,6 +27,10 @@ class CPocketOutlook {
     /// False when the item was not kept, always without a usable session.
     bool CreateAppointment(const Appointment& appointment);
     bool CreateContact(const Contact& contact);
+    /// As PersonalStore::Files.
+    [[nodiscard]] std::vector<std::filesystem::path> Files() const {
+        return m_store ? m_store->Files() : std::vector<std::filesystem::path>();
+    }
 
   private:
     std::unique_ptr<PersonalStore> m_store;

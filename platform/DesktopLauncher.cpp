@@ -9,6 +9,11 @@
 #include <QUrl>
 #include <utility>
 
+#include "platform/LinkHandler.h"
+#include "platform/MailPortal.h"
+#include "platform/SendingPrograms.h"
+#include "platform/StartProgram.h"
+
 namespace quillary {
 
 namespace {
@@ -38,6 +43,25 @@ void DesktopLauncher::ShowInFolder(const std::filesystem::path& file, Failed fai
 
 bool DesktopLauncher::OpenLink(const std::string& link) {
     return QDesktopServices::openUrl(QUrl::fromEncoded(QByteArray::fromStdString(link), QUrl::StrictMode));
+}
+
+Launcher::Program DesktopLauncher::ProgramFor(const std::string& scheme) { return FindLinkHandler(scheme + ':').state; }
+
+void DesktopLauncher::StartProgramFor(const std::string& link, EndedBadly endedBadly) {
+    const LinkHandler handler = FindLinkHandler(link);
+    StartProgram(handler.command, handler.folder, std::move(endedBadly));
+}
+
+void DesktopLauncher::SendByMail(const std::filesystem::path& file, QWindow* window, Failed failed) {
+    MailPortal::Compose(file, window, [file, failed = std::move(failed)] {
+        StartProgram(FindMailCommand(file), {}, [failed](int) { failed(); });
+    });
+}
+
+Launcher::Bluetooth DesktopLauncher::BluetoothState() { return FindBluetooth(m_bluetoothAdapters); }
+
+void DesktopLauncher::SendByBluetooth(const std::filesystem::path& file, EndedBadly endedBadly) {
+    StartProgram(FindBluetoothCommand(file), {}, std::move(endedBadly));
 }
 
 }  // namespace quillary

@@ -16,7 +16,11 @@ inline constexpr int ID_RECORD_FIND = 32787;
 inline constexpr int ID_RECORD_SHOW_ALL = 32788;
 inline constexpr int ID_RECORD_FILTER = 32789;
 inline constexpr int ID_RECORD_SORT = 32790;
+inline constexpr int ID_DATABASE_SEND_MAIL = 32792;
+inline constexpr int ID_DATABASE_SEND_INFRARED = 32793;
 inline constexpr int ID_DATABASE_DELETE = 32829;
+inline constexpr int ID_EXPORT_CALENDAR = 32830;
+inline constexpr int ID_EXPORT_CONTACTS = 32832;
 
 // The record form's
 inline constexpr int ID_FORM_DELETE = 32815;
@@ -24,6 +28,8 @@ inline constexpr int ID_FORM_PREVIOUS = 32816;
 inline constexpr int ID_FORM_NEXT = 32817;
 inline constexpr int ID_FORM_NEW = 32825;
 inline constexpr int ID_FORM_DUPLICATE = 32826;
+inline constexpr int ID_FORM_DIAL = 32845;
+inline constexpr int ID_FORM_EXPORT_CALENDAR = 32831;
 
 // The database info dialog's
 inline constexpr int ID_INFO_UNLOCK = 1052;

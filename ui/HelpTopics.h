@@ -15,6 +15,8 @@ inline constexpr std::string_view kTopicDocumentList = "Document_List";
 inline constexpr std::string_view kTopicEditRecord = "Edit_Record";
 inline constexpr std::string_view kTopicEnterLockPassword = "Enter_Lock_Password";
 inline constexpr std::string_view kTopicEnterPassword = "Enter_Password";
+inline constexpr std::string_view kTopicExportToCalendar = "Export_To_Calendar";
+inline constexpr std::string_view kTopicExportToContacts = "Export_To_Contacts";
 inline constexpr std::string_view kTopicFieldDefinitions = "Field_Definitions";
 inline constexpr std::string_view kTopicFieldTypeText = "Datatype_Details_Text";
 inline constexpr std::string_view kTopicFieldTypeNumber = "Datatype_Details_Number";
@@ -29,6 +31,7 @@ inline constexpr std::string_view kTopicFieldTypeUrl = "Datatype_Details_URL";
 inline constexpr std::string_view kTopicFilterRecords = "Filter_Records";
 inline constexpr std::string_view kTopicFindRecord = "Find_Record";
 inline constexpr std::string_view kTopicPath = "Path";
+inline constexpr std::string_view kTopicPhoneDial = "Phone_Dial";
 inline constexpr std::string_view kTopicPreferences = "Quillary_Preferences";
 inline constexpr std::string_view kTopicRecordList = "Record_List";
 inline constexpr std::string_view kTopicSortRecords = "Sort_Records";
@@ -39,6 +42,7 @@ inline constexpr std::string_view kAllTopics[] = {
     kTopicDatabaseInfo,      kTopicDatabaseOptions,
     kTopicDocumentList,      kTopicEditRecord,
     kTopicEnterLockPassword, kTopicEnterPassword,
+    kTopicExportToCalendar,  kTopicExportToContacts,
     kTopicFieldDefinitions,  kTopicFieldTypeText,
     kTopicFieldTypeNumber,   kTopicFieldTypeSequence,
     kTopicFieldTypeCheckbox, kTopicFieldTypeDate,
@@ -46,8 +50,8 @@ inline constexpr std::string_view kAllTopics[] = {
     kTopicFieldTypePhone,    kTopicFieldTypeEMail,
     kTopicFieldTypeUrl,      kTopicFilterRecords,
     kTopicFindRecord,        kTopicPath,
-    kTopicPreferences,       kTopicRecordList,
-    kTopicSortRecords,
+    kTopicPhoneDial,         kTopicPreferences,
+    kTopicRecordList,        kTopicSortRecords,
 };
 
 }  // namespace quillary

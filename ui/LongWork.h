@@ -11,5 +11,9 @@ namespace quillary {
 /// Calls `step`, each call a few milliseconds, until it answers true. False when the user has stopped it, by the box's
 /// Cancel or the Escape key. `text` says in the box what is being done; `parent` is the box's window.
 [[nodiscard]] bool RunLongWork(QWidget* parent, const QString& text, const std::function<bool()>& step);
+/// For work that another thread does: asks `isDone`, which waits for nothing, now and then. `text` is asked too, and
+/// may tell how far it is.
+[[nodiscard]] bool WaitForWork(QWidget* parent, const std::function<QString()>& text,
+                               const std::function<bool()>& isDone);
 
 }  // namespace quillary

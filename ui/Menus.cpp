@@ -24,6 +24,8 @@ constexpr MenuItem kDatabase[] = {
     {},
     {ID_DATABASE_FIELDS, u"Field Definitions..."},
     {},
+    {ID_EXPORT_CALENDAR, u"Export to Calendar..."},
+    {ID_EXPORT_CONTACTS, u"Export to Contacts..."},
     {ID_DATABASE_DELETE, u"Delete..."},
 };
 constexpr MenuItem kRecord[] = {
@@ -41,6 +43,9 @@ constexpr MenuItem kRecord[] = {
 constexpr MenuItem kTools[] = {
     {ID_APP_ABOUT, u"About Quillary..."},
     {ID_DATABASE_OPTIONS, u"Options..."},
+    {},
+    {ID_DATABASE_SEND_MAIL, u"Send via E-mail"},
+    {ID_DATABASE_SEND_INFRARED, u"Send via Infrared"},
 };
 constexpr Popup kPopups[] = {
     {kCaptionDatabase, kDatabase},

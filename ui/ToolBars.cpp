@@ -26,7 +26,8 @@ constexpr ToolButton kListItems[] = {
 constexpr ToolButton kRecord[] = {
     {ID_FORM_NEW, u"New", "new"},          {ID_FORM_DUPLICATE, u"Duplicate", "duplicate"},
     {ID_FORM_DELETE, u"Delete", "delete"}, {ID_FORM_PREVIOUS, u"Previous", "previous"},
-    {ID_FORM_NEXT, u"Next", "next"},
+    {ID_FORM_NEXT, u"Next", "next"},       {ID_FORM_EXPORT_CALENDAR, u"Export to Calendar", "calendar"},
+    {ID_FORM_DIAL, u"Dial", "phone"},
 };
 
 }  // namespace

@@ -175,6 +175,18 @@ void CDocumentSession::Retry() {
     if (m_doc->IsModified() && !m_doc->IsReadOnly() && !asks) (void)SaveToDisk(false, untold);
 }
 
+bool CDocumentSession::BringToDisk() {
+    Failure failure;
+    if (!Save()) return false;
+    if (!m_doc->FinishSave(failure)) {
+        ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+        return false;
+    }
+    if (IsFileThere()) return true;
+    ShowMessage(m_frame.Window(), FromUtf8(FormatMessage(Message::FileGone, {m_doc->FilePath().string()})));
+    return false;
+}
+
 void CDocumentSession::Finish() {
     Failure failure;
     if (!m_doc->FinishSave(failure)) ShowMessage(m_frame.Window(), FromUtf8(failure.text));

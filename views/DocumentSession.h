@@ -32,6 +32,9 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
     /// Writes what changed. False, after telling the user, when that failed; the change is then still in the document,
     /// and the next save tries again. A read-only database keeps its changes in memory.
     bool Save();
+    /// Writes what changed and waits for the disk, for another program to read the file. False, after telling the user,
+    /// when that failed, also when the file is not there. The file of a read-only database stays as it is.
+    [[nodiscard]] bool BringToDisk();
     /// Whether the database can be closed: all is on the disk, or the user gives up what cannot be saved.
     [[nodiscard]] bool Leave();
     /// Writes what an earlier save could not, when that needs no question. Tells nothing.

@@ -6,6 +6,8 @@
 
 #include "admin/Settings.h"
 #include "db/UserLocale.h"
+#include "integration/DialNumberDlg.h"
+#include "integration/Dialing.h"
 #include "ui/Accelerators.h"
 #include "ui/CommandIds.h"
 #include "ui/FrameWindow.h"
@@ -16,6 +18,8 @@
 #include "ui/WideText.h"
 #include "views/DocumentSession.h"
 #include "views/EditRecordForm.h"
+#include "views/Exports.h"
+#include "views/LinkOpening.h"
 
 namespace quillary {
 
@@ -33,6 +37,8 @@ std::span<const CommandEntry<CEditRecordDlg>> CEditRecordDlg::Commands() {
         {ID_FORM_DELETE, &Dlg::OnDelete, &Dlg::Update<ID_FORM_DELETE>},
         {ID_FORM_PREVIOUS, &Dlg::OnPrevious, &Dlg::Update<ID_FORM_PREVIOUS>},
         {ID_FORM_NEXT, &Dlg::OnNext, &Dlg::Update<ID_FORM_NEXT>},
+        {ID_FORM_DIAL, &Dlg::OnDial, &Dlg::Update<ID_FORM_DIAL>},
+        {ID_FORM_EXPORT_CALENDAR, &Dlg::OnExportCalendar, &Dlg::Update<ID_FORM_EXPORT_CALENDAR>},
         {ID_FILE_SAVE, &Dlg::OnSave, &Dlg::Update<ID_FILE_SAVE>},
     };
     return kCommands;
@@ -41,7 +47,8 @@ std::span<const CommandEntry<CEditRecordDlg>> CEditRecordDlg::Commands() {
 CEditRecordDlg::CEditRecordDlg(CDocumentSession& session, const FormSurroundings& surroundings, Opening opening,
                                FrameWindow& frame)
     : CEditRecordDlg(session, surroundings, opening, frame,
-                     new CEditRecordForm(session.Doc(), surroundings.clock, surroundings.locale.Order()),
+                     new CEditRecordForm(session.Doc(), surroundings.clock, surroundings.locale.Order(),
+                                         surroundings.dialing.CanDial(false)),
                      new QToolBar) {}
 
 CEditRecordDlg::CEditRecordDlg(CDocumentSession& session, const FormSurroundings& surroundings, Opening opening,
@@ -49,7 +56,7 @@ CEditRecordDlg::CEditRecordDlg(CDocumentSession& session, const FormSurroundings
     : CQuillaryDialog(kDialog, bar, *form, frame),
       m_session(session),
       m_doc(session.Doc()),
-      m_settings(surroundings.settings),
+      m_surroundings(surroundings),
       m_opening(opening),
       m_form(form),
       m_actions(
@@ -60,6 +67,7 @@ CEditRecordDlg::CEditRecordDlg(CDocumentSession& session, const FormSurroundings
     PutLastInTabOrder(*bar);
     qApp->installEventFilter(this);
     form->onTypingBegins = [this] { RaisePanel(); };
+    form->onAction = [this](FieldType type, const QString& text) { Act(type, text); };
     form->onEditing = [this] { FollowFocus(QApplication::focusWidget()); };
 }
 
@@ -128,6 +136,16 @@ void CEditRecordDlg::SetState(int command, CommandState& state) const {
         case ID_FORM_NEXT:
             state.Enable(isRecord && index + 1 < m_doc.Shown().size());
             return;
+        case ID_FORM_DIAL:
+            if (!m_surroundings.dialing.CanDial(false)) {
+                return state.Disable(FromUtf8(MessageText(m_surroundings.dialing.WhyNot())));
+            }
+            state.Enable(isRecord || !PhoneFields().empty());
+            return;
+        case ID_FORM_EXPORT_CALENDAR:
+            state.Enable(isRecord);
+            RequireDateField(m_doc, state);
+            return;
         case ID_FORM_DELETE:
         case ID_FORM_DUPLICATE:
             state.Enable(isRecord);
@@ -185,6 +203,13 @@ void CEditRecordDlg::OnDuplicate() {
     ShowRecord();
 }
 
+void CEditRecordDlg::OnExportCalendar() {
+    if (!CommitAndSave()) return;
+    m_form->FollowRecord();
+    ShowState();
+    ExportToCalendar(m_doc, m_doc.CurrentRecord(), m_surroundings, Frame());
+}
+
 void CEditRecordDlg::OnSave() {
     if (!Commit()) return;
     m_session.Save();
@@ -192,9 +217,39 @@ void CEditRecordDlg::OnSave() {
     ShowState();
 }
 
+std::vector<std::size_t> CEditRecordDlg::PhoneFields() const {
+    std::vector<std::size_t> phones;
+    for (std::size_t field = 0; field < m_doc.FieldCount(); ++field) {
+        if (m_doc.TypeOf(field) == FieldType::Phone) phones.push_back(field);
+    }
+    return phones;
+}
+
+void CEditRecordDlg::OnDial() {
+    const std::vector<std::size_t> phones = PhoneFields();
+    if (phones.empty()) return ShowMessage(Frame().Window(), FromUtf8(MessageText(Message::NoPhoneColumns)));
+    if (!m_surroundings.dialing.CanDial(true)) return;
+    QString number;
+    if (phones.size() == 1) {
+        number = m_form->TextOf(phones[0]);
+    } else {
+        QStringList names;
+        for (const std::size_t field : phones) names << OnOneLine(FromWide(m_doc.FieldName(field)));
+        CDialNumberDlg dialog(names, Frame());
+        // Cancelled, it leaves the number to the phone program.
+        if (dialog.exec() == Accepted) number = m_form->TextOf(phones[static_cast<std::size_t>(dialog.Column())]);
+    }
+    m_surroundings.dialing.DialNumber(number.toStdString());
+}
+
+void CEditRecordDlg::Act(FieldType type, const QString& text) {
+    if (type != FieldType::Phone) return OpenAddress(type, text, m_surroundings.launcher, Frame());
+    if (!text.trimmed().isEmpty()) m_surroundings.dialing.DialNumber(text.toStdString());
+}
+
 void CEditRecordDlg::OnDelete() {
     const QString question = QStringLiteral("Are you sure that you want to delete this record?");
-    const bool asks = m_settings.ReadInt(kConfirmRecordDelete, kConfirmRecordDeleteDefault) != 0;
+    const bool asks = m_surroundings.settings.ReadInt(kConfirmRecordDelete, kConfirmRecordDeleteDefault) != 0;
     if (asks && AskUser(Frame().Window(), question, {QStringLiteral("Yes"), QStringLiteral("No")}, 1) != 0) return;
     m_doc.RemoveRecord(m_doc.CurrentRecord());
     m_hasCommitted = true;

@@ -2,6 +2,10 @@
 // copy and delete them.
 #pragma once
 
+#include <vector>
+
+#include "db/FieldType.h"
+#include "integration/PersonalStore.h"
 #include "ui/CommandActions.h"
 #include "ui/CommandTarget.h"
 #include "ui/QuillaryDialog.h"
@@ -12,14 +16,19 @@ class CDocumentSession;
 class CEditRecordForm;
 class CQuillaryDoc;
 class Clock;
+class Dialing;
+class Launcher;
 class Settings;
 class UserLocale;
 
-/// What the form asks about the user and the day. All outlive it.
+/// What the form and the exports ask about the user and the day, and what they hand things to. All outlive them.
 struct FormSurroundings {
     const Clock& clock;
     const UserLocale& locale;
     const Settings& settings;
+    Dialing& dialing;
+    Launcher& launcher;
+    const PersonalStoreFactory& makePersonalStore;
 };
 
 class CEditRecordDlg : public CQuillaryDialog, public CommandMap<CEditRecordDlg> {
@@ -48,7 +57,9 @@ class CEditRecordDlg : public CQuillaryDialog, public CommandMap<CEditRecordDlg>
                    CEditRecordForm* form, QToolBar* bar);
 
     void OnDelete();
+    void OnDial();
     void OnDuplicate();
+    void OnExportCalendar();
     void OnNew();
     void OnNext();
     void OnPrevious();
@@ -63,6 +74,10 @@ class CEditRecordDlg : public CQuillaryDialog, public CommandMap<CEditRecordDlg>
 
     /// Commits, and saves what that changed.
     [[nodiscard]] bool CommitAndSave();
+    /// What the value's button does, and a click on its link.
+    void Act(FieldType type, const QString& text);
+    /// Their positions, in their order.
+    [[nodiscard]] std::vector<std::size_t> PhoneFields() const;
     void ShowRecord();
     void ShowNewRecord();
     /// The buttons, and the counter in the main window.
@@ -70,7 +85,7 @@ class CEditRecordDlg : public CQuillaryDialog, public CommandMap<CEditRecordDlg>
 
     CDocumentSession& m_session;
     CQuillaryDoc& m_doc;
-    const Settings& m_settings;
+    const FormSurroundings m_surroundings;
     const Opening m_opening;
     CEditRecordForm* m_form;
     CCommandActions m_actions;

@@ -3,10 +3,12 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScrollBar>
+#include <QToolButton>
 #include <QToolTip>
 #include <algorithm>
 
 #include "db/RecordCommit.h"
+#include "ui/Icon.h"
 #include "ui/QuillaryDialog.h"
 #include "ui/ToolTip.h"
 #include "ui/TypedText.h"
@@ -32,11 +34,38 @@ constexpr int kTextHeight = 69;
 constexpr int kTextLines = 3;
 constexpr int kCheckTop = 2;
 constexpr int kHandheldWidth = 240;
-constexpr int kWideMargin = 9;  // as the other parts of the page have it
+constexpr int kActionWidth = 29;
+constexpr int kActionPlace = 39;  // by which the editor is narrower
+constexpr int kWideMargin = 9;    // as the other parts of the page have it
+
+bool IsDark(const QPalette& palette) { return palette.color(QPalette::Window).lightness() < 128; }
 
 QColor ViewOnlyColor(const QPalette& palette) {
-    const bool isDark = palette.color(QPalette::Window).lightness() < 128;
-    return isDark ? QColor(0x45, 0x48, 0x4C) : QColor(0xC0, 0xC0, 0xC0);
+    return IsDark(palette) ? QColor(0x45, 0x48, 0x4C) : QColor(0xC0, 0xC0, 0xC0);
+}
+
+/// On the colour above.
+QColor LinkColor(const QPalette& palette) {
+    return IsDark(palette) ? QColor(0x93, 0xC5, 0xFD) : QColor(0x00, 0x00, 0xCC);
+}
+
+struct Action {
+    const char* icon;
+    const char* name;  // %1: the field
+    const char* toolTip;
+};
+
+std::optional<Action> ActionOf(FieldType type, bool canDial) {
+    switch (type) {
+        case FieldType::Phone:
+            return canDial ? std::optional(Action{"phone", "Dial %1", "Dial"}) : std::nullopt;
+        case FieldType::EMail:
+            return Action{"mail", "Write a mail to %1", "Write a Mail"};
+        case FieldType::WebUrl:
+            return Action{"web", "Open %1", "Open in the Browser"};
+        default:
+            return std::nullopt;
+    }
 }
 
 // The controls in which a person types.
@@ -54,7 +83,7 @@ bool IsTextLike(FieldType type) {
 
 }  // namespace
 
-CEditRecordForm::CEditRecordForm(CQuillaryDoc& doc, const Clock& clock, DateOrder order)
+CEditRecordForm::CEditRecordForm(CQuillaryDoc& doc, const Clock& clock, DateOrder order, bool canDial)
     : m_doc(doc), m_clock(clock), m_viewOnly(!doc.EditOnSelect() || doc.IsReadOnly()) {
     setObjectName(QStringLiteral("1049"));
     setFrameShape(QFrame::NoFrame);
@@ -66,13 +95,13 @@ CEditRecordForm::CEditRecordForm(CQuillaryDoc& doc, const Clock& clock, DateOrde
     setWidget(page);
     page->setAutoFillBackground(false);
     viewport()->setAutoFillBackground(false);
-    for (std::size_t field = 0; field < doc.FieldCount(); ++field) AddRow(field, clock, order);
+    for (std::size_t field = 0; field < doc.FieldCount(); ++field) AddRow(field, clock, order, canDial);
     SetViewOnly(m_viewOnly);
 }
 
 CEditRecordForm::~CEditRecordForm() = default;
 
-void CEditRecordForm::AddRow(std::size_t field, const Clock& clock, DateOrder order) {
+void CEditRecordForm::AddRow(std::size_t field, const Clock& clock, DateOrder order, bool canDial) {
     auto editor = MakeRecordEditor(m_doc, field, clock, order, *widget());
     const QString name = OnOneLine(FromWide(m_doc.FieldName(field)));
     QWidget& control = editor->Widget();
@@ -82,8 +111,30 @@ void CEditRecordForm::AddRow(std::size_t field, const Clock& clock, DateOrder or
     for (QWidget* part : control.findChildren<QWidget*>()) {
         if (!qobject_cast<QScrollBar*>(part)) part->installEventFilter(this);
     }
-    if (!m_rows.empty()) setTabOrder(&m_rows.back().editor->Widget(), &control);
-    m_rows.push_back({std::move(editor), new CFieldLabel(name, control, widget())});
+    if (!m_rows.empty()) {
+        const Row& last = m_rows.back();
+        setTabOrder(last.action ? last.action : &last.editor->Widget(), &control);
+    }
+    const FieldType type = m_doc.TypeOf(field);
+    editor->WhenFollowed([this, type, &followed = *editor] { onAction(type, followed.Text()); });
+    QToolButton* action = MakeAction(*editor, name, canDial);
+    m_rows.push_back({std::move(editor), new CFieldLabel(name, control, widget()), action});
+}
+
+QToolButton* CEditRecordForm::MakeAction(const CRecordEditor& editor, const QString& fieldName, bool canDial) {
+    const FieldType type = m_doc.TypeOf(editor.Field());
+    const auto action = ActionOf(type, canDial);
+    if (!action) return nullptr;
+    auto* button = new QToolButton(widget());
+    button->setObjectName(QString::number(m_nextAction++));
+    button->setIcon(Icon(action->icon));
+    button->setAccessibleName(QString::fromLatin1(action->name).arg(fieldName));
+    button->setToolTip(PlainToolTip(QString::fromLatin1(action->toolTip)));
+    button->setFocusPolicy(Qt::TabFocus);
+    button->installEventFilter(this);
+    setTabOrder(&editor.Widget(), button);
+    connect(button, &QToolButton::clicked, this, [this, type, &editor] { onAction(type, editor.Text()); });
+    return button;
 }
 
 // ---- The record
@@ -121,6 +172,8 @@ void CEditRecordForm::ShowNewRecord() {
 bool CEditRecordForm::IsChanged() const {
     return std::any_of(m_rows.begin(), m_rows.end(), [](const Row& row) { return row.editor->IsChanged(); });
 }
+
+QString CEditRecordForm::TextOf(std::size_t field) const { return m_rows[field].editor->Text(); }
 
 bool CEditRecordForm::Commit(bool& changed, Failure& failure, int& control) {
     changed = false;
@@ -198,6 +251,11 @@ int CEditRecordForm::Place(const Row& row, const QRect& column, int labelWidth, 
     QRect place(column.left() + labelWidth + kLabelGap, y, 0, height);
     place.setRight(column.right());
     if (type == FieldType::Checkbox) place.setTop(y + kCheckTop);
+    if (row.action) {
+        const int width = std::max(kActionWidth, fontMetrics().height() + kLinePadding);
+        row.action->setGeometry(place.right() + 1 - width, y, width, height);
+        place.setRight(place.right() - width - (kActionPlace - kActionWidth));
+    }
     row.editor->Widget().setGeometry(place);
     return std::max(height, labelTop + row.label->height());
 }
@@ -227,7 +285,13 @@ void CEditRecordForm::PaintEditors() {
         colors.setColor(QPalette::Base, ViewOnlyColor(palette()));
         colors.setColor(QPalette::Button, ViewOnlyColor(palette()));
     }
-    for (const Row& row : m_rows) row.editor->Widget().setPalette(colors);
+    QPalette linkColors = colors;
+    if (m_viewOnly) linkColors.setColor(QPalette::Text, LinkColor(palette()));
+    for (const Row& row : m_rows) {
+        const FieldType type = m_doc.TypeOf(row.editor->Field());
+        const bool isLink = type == FieldType::EMail || type == FieldType::WebUrl;
+        row.editor->Widget().setPalette(isLink ? linkColors : colors);
+    }
 }
 
 void CEditRecordForm::BeginEditing() {
@@ -283,8 +347,9 @@ int CEditRecordForm::FocusedRow() const {
 
 const CEditRecordForm::Row* CEditRecordForm::RowOf(const QObject* widget) const {
     for (; widget && widget != this; widget = widget->parent()) {
-        const auto found = std::find_if(m_rows.begin(), m_rows.end(),
-                                        [widget](const Row& row) { return &row.editor->Widget() == widget; });
+        const auto found = std::find_if(m_rows.begin(), m_rows.end(), [widget](const Row& row) {
+            return &row.editor->Widget() == widget || row.action == widget;
+        });
         if (found != m_rows.end()) return &*found;
     }
     return nullptr;
@@ -308,6 +373,11 @@ void CEditRecordForm::FocusFirst() {
 bool CEditRecordForm::eventFilter(QObject* watched, QEvent* event) {
     const Row* row = RowOf(watched);
     if (!row) return QScrollArea::eventFilter(watched, event);
+    if (watched == row->action) return ActionTakes(*event);
+    if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease) {
+        const auto& mouse = static_cast<const QMouseEvent&>(*event);
+        if (mouse.button() == Qt::LeftButton && row->editor->IsLinkAt(mouse.position().toPoint())) return false;
+    }
     switch (event->type()) {
         case QEvent::FocusIn: {
             QEvent message(kMakeVisibleMessage);
@@ -332,6 +402,20 @@ bool CEditRecordForm::eventFilter(QObject* watched, QEvent* event) {
         default:
             return false;
     }
+}
+
+bool CEditRecordForm::ActionTakes(const QEvent& event) {
+    if (event.type() == QEvent::FocusIn) {
+        QEvent message(kMakeVisibleMessage);
+        QApplication::sendEvent(this, &message);
+    }
+    if (event.type() != QEvent::KeyPress) return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    const bool isUpOrDown = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down;
+    if (!isUpOrDown || (key.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return false;
+    QEvent message(key.key() == Qt::Key_Down ? kNextMessage : kPreviousMessage);
+    QApplication::sendEvent(this, &message);
+    return true;
 }
 
 bool CEditRecordForm::TakesKey(const CRecordEditor& editor, const QKeyEvent& event) {

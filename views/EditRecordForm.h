@@ -8,8 +8,11 @@
 #include <vector>
 
 #include "db/Clock.h"
+#include "db/FieldType.h"
 #include "db/Messages.h"
 #include "db/UserLocale.h"
+
+class QToolButton;
 
 namespace quillary {
 
@@ -18,16 +21,20 @@ class CQuillaryDoc;
 class CRecordEditor;
 
 inline constexpr int kFirstEditor = 100;  // the control id of the first field's editor; the others follow
+inline constexpr int kFirstAction = 500;  // that of the first action button
 
 class CEditRecordForm : public QScrollArea {
   public:
-    CEditRecordForm(CQuillaryDoc& doc, const Clock& clock, DateOrder order);
+    /// `canDial`: phone numbers get a button that dials them.
+    CEditRecordForm(CQuillaryDoc& doc, const Clock& clock, DateOrder order, bool canDial);
     ~CEditRecordForm() override;
 
     /// Called when typing is to begin in the first field.
     std::function<void()> onTypingBegins;
     /// Called when viewing has become editing.
     std::function<void()> onEditing;
+    /// Called when a phone number, mail address or web address is to be acted on.
+    std::function<void(FieldType type, const QString& text)> onAction;
 
     /// Loads the document's current record.
     void ShowRecord();
@@ -38,6 +45,8 @@ class CEditRecordForm : public QScrollArea {
     [[nodiscard]] bool IsNew() const { return m_isNew; }
     /// Whether the user has changed what was loaded.
     [[nodiscard]] bool IsChanged() const;
+    /// What the field's editor shows, of a field that is edited in one line.
+    [[nodiscard]] QString TextOf(std::size_t field) const;
 
     /// Stores what was entered: replaces the current record, or appends the new one, which then is the current one. On
     /// failure `control` is the editor whose text was refused, when it was one. `changed`: the document has.
@@ -56,9 +65,12 @@ class CEditRecordForm : public QScrollArea {
     struct Row {
         std::unique_ptr<CRecordEditor> editor;
         CFieldLabel* label;
+        QToolButton* action;  // null for a type without one
     };
 
-    void AddRow(std::size_t field, const Clock& clock, DateOrder order);
+    void AddRow(std::size_t field, const Clock& clock, DateOrder order, bool canDial);
+    /// The button that acts on the row's value; null for a type without one.
+    [[nodiscard]] QToolButton* MakeAction(const CRecordEditor& editor, const QString& fieldName, bool canDial);
     void LayOut();
     /// Puts a row at `y`; its height.
     [[nodiscard]] int Place(const Row& row, const QRect& column, int labelWidth, int y) const;
@@ -72,10 +84,12 @@ class CEditRecordForm : public QScrollArea {
     [[nodiscard]] const Row* RowOf(const QObject* widget) const;
     [[nodiscard]] bool CommitNew(Failure& failure, int& control);
     [[nodiscard]] bool CommitChanges(bool& changed, Failure& failure, int& control);
+    [[nodiscard]] bool ActionTakes(const QEvent& event);
     [[nodiscard]] bool TakesKey(const CRecordEditor& editor, const QKeyEvent& event);
 
     CQuillaryDoc& m_doc;
     const Clock& m_clock;
+    int m_nextAction = kFirstAction;
     std::vector<Row> m_rows;  // one for each field; the widgets belong to the scrolled page
     std::vector<std::string> m_newValues;
     bool m_isNew = false;

@@ -27,6 +27,7 @@
 #include "ui/WaitCursor.h"
 #include "ui/WideText.h"
 #include "views/DocumentSession.h"
+#include "views/Exports.h"
 #include "views/ListFont.h"
 #include "views/RecordCellDelegate.h"
 #include "views/RecordHeader.h"
@@ -55,7 +56,11 @@ std::span<const CommandEntry<CQuillaryView>> CQuillaryView::Commands() {
         {ID_DATABASE_FIELDS, &View::OnFieldDefinitions, &View::UpdateChange},
         {ID_DATABASE_INFO, &View::OnInfo},  // read only, it can be looked at
         {ID_DATABASE_OPTIONS, &View::OnOptions, &View::UpdateChange},
+        {ID_DATABASE_SEND_INFRARED, &View::OnSendByInfrared, &View::UpdateSendByInfrared},
+        {ID_DATABASE_SEND_MAIL, &View::OnSendByMail},
         {ID_EDIT_COPY, &View::OnCopy, &View::UpdateCopy},
+        {ID_EXPORT_CALENDAR, &View::OnExportCalendar, &View::UpdateExportCalendar},
+        {ID_EXPORT_CONTACTS, &View::OnExportContacts, &View::UpdateExportContacts},
         {ID_RECORD_BOTTOM, &View::OnBottom, &View::UpdateTopAndBottom},
         {ID_RECORD_FILTER, &View::OnFilterRecords},
         {ID_RECORD_FIND, &View::OnFind},
@@ -78,7 +83,8 @@ CQuillaryView::CQuillaryView(CDocumentSession& session, FrameWindow& frame, Tras
       m_delegate(new CRecordCellDelegate(m_doc, m_model, this)),
       m_header(new CRecordHeader(this)),
       m_sorting(m_doc, *this, *m_header, m_frame),
-      m_typedSearch(m_doc) {
+      m_typedSearch(m_doc),
+      m_sending(session, surroundings.launcher, frame) {
     setAccessibleName(QStringLiteral("Records"));
     setModel(&m_model);
     setItemDelegate(m_delegate);
@@ -364,6 +370,10 @@ void CQuillaryView::OnDelete() {
     }
 }
 
+void CQuillaryView::OnExportCalendar() { ExportToCalendar(m_doc, std::nullopt, m_surroundings, m_frame); }
+
+void CQuillaryView::OnExportContacts() { ExportToContacts(m_doc, m_surroundings, m_frame); }
+
 void CQuillaryView::OnOptions() {
     CDatabaseOptionsDlg dialog({m_doc.Style() == DateStyle::Long, m_doc.EditOnSelect()}, m_frame);
     dialog.StoreWith([&] {
@@ -482,9 +492,17 @@ void CQuillaryView::OnBottom() { SelectCell(m_model.rowCount() - 1, currentIndex
 
 void CQuillaryView::UpdateCopy(CommandState& state) const { state.Enable(GetSelectedRow() >= 0); }
 
+void CQuillaryView::UpdateExportCalendar(CommandState& state) const { RequireDateField(m_doc, state); }
+
+void CQuillaryView::UpdateExportContacts(CommandState& state) const {
+    if (m_doc.Shown().empty()) state.Disable(QStringLiteral("No record is shown."));
+}
+
 void CQuillaryView::UpdateRepeatFind(CommandState& state) const { state.Enable(m_findColumn != kNoFindYet); }
 
-void CQuillaryView::UpdateShowAll(CommandState& state) const { state.Enable(!EffectiveFilter(m_doc).conditions.empty()); }
+void CQuillaryView::UpdateShowAll(CommandState& state) const {
+    state.Enable(!EffectiveFilter(m_doc).conditions.empty());
+}
 
 void CQuillaryView::UpdateChange(CommandState& state) const {
     if (m_doc.IsReadOnly()) state.Disable(FromUtf8(MessageText(Message::ReadOnly)));

@@ -7,6 +7,7 @@
 
 #include "db/QuillaryDoc.h"
 #include "ui/CommandTarget.h"
+#include "views/DatabaseSending.h"
 #include "views/EditRecordDlg.h"
 #include "views/ListSorting.h"
 #include "views/RecordListModel.h"
@@ -64,19 +65,26 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     void OnChangePassword();
     void OnCopy();
     void OnDelete();
+    void OnExportCalendar();
+    void OnExportContacts();
     void OnFieldDefinitions();
     void OnFilterRecords();
     void OnFind();
     void OnInfo();
     void OnOptions();
     void OnRepeatFind();
+    void OnSendByInfrared() { m_sending.SendByInfrared(); }
+    void OnSendByMail() { m_sending.SendByMail(); }
     void OnShowAll();
     void OnSortRecords();
     void OnTop();
     void OnBottom();
     void UpdateRepeatFind(CommandState& state) const;
+    void UpdateSendByInfrared(CommandState& state) const { m_sending.UpdateInfrared(state); }
     void UpdateShowAll(CommandState& state) const;
     void UpdateCopy(CommandState& state) const;
+    void UpdateExportCalendar(CommandState& state) const;
+    void UpdateExportContacts(CommandState& state) const;
     /// For all that changes the database.
     void UpdateChange(CommandState& state) const;
     void UpdateTopAndBottom(CommandState& state) const;
@@ -111,6 +119,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     CRecordHeader* m_header;
     CListSorting m_sorting;
     CTypedSearch m_typedSearch;
+    CDatabaseSending m_sending;
     QString m_findText;  // as typed
     int m_findColumn = kNoFindYet;
     bool m_painted = false;

@@ -9,6 +9,7 @@
 #include "db/RecordCommit.h"
 #include "ui/DatePicker.h"
 #include "ui/LineEdit.h"
+#include "ui/LinkEdit.h"
 #include "ui/NumericEdit.h"
 #include "ui/QLYButton.h"
 #include "ui/QLYComboBox.h"
@@ -89,6 +90,7 @@ class LineEditor : public CRecordEditor {
         return StoredOf(m_edit.text(), failure);
     }
     [[nodiscard]] bool HasCaret() const override { return true; }
+    [[nodiscard]] QString Text() const override { return m_edit.text(); }
 
   protected:
     LineEditor(const CQuillaryDoc& doc, std::size_t field, QLineEdit& edit) : CRecordEditor(doc, field), m_edit(edit) {
@@ -98,6 +100,21 @@ class LineEditor : public CRecordEditor {
   private:
     QLineEdit& m_edit;
     QString m_loaded;
+};
+
+class LinkEditor : public LineEditor {
+  public:
+    LinkEditor(const CQuillaryDoc& doc, std::size_t field, QWidget& parent)
+        : LinkEditor(doc, field, *new CLinkEdit(&parent)) {}
+    void SetReadOnly(bool readOnly) override { m_edit.SetReadOnly(readOnly); }
+    [[nodiscard]] bool IsLinkAt(const QPoint& place) const override { return m_edit.IsLinkAt(place); }
+    void WhenFollowed(const std::function<void()>& follow) override { m_edit.onFollow = follow; }
+
+  private:
+    LinkEditor(const CQuillaryDoc& doc, std::size_t field, CLinkEdit& edit)
+        : LineEditor(doc, field, edit), m_edit(edit) {}
+
+    CLinkEdit& m_edit;
 };
 
 class NumericEditor : public LineEditor {
@@ -248,9 +265,10 @@ std::unique_ptr<CRecordEditor> MakeRecordEditor(const CQuillaryDoc& doc, std::si
             return std::make_unique<TimeEditor>(doc, field, *new CTimePicker(clock, &parent));
         case FieldType::List:
             return std::make_unique<ListEditor>(doc, field, parent);
-        case FieldType::Phone:
         case FieldType::EMail:
         case FieldType::WebUrl:
+            return std::make_unique<LinkEditor>(doc, field, parent);
+        case FieldType::Phone:
             break;
     }
     return std::make_unique<LineEditor>(doc, field, parent);

@@ -2,7 +2,9 @@
 // changes it, one kind for every way to edit.
 #pragma once
 
+#include <QPoint>
 #include <QString>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,6 +40,12 @@ class CRecordEditor {
 
     /// Whether the widget has a caret, which a click that begins the editing also places.
     [[nodiscard]] virtual bool HasCaret() const { return false; }
+    /// Whether a click at that place of the widget follows a link instead of beginning the editing.
+    [[nodiscard]] virtual bool IsLinkAt(const QPoint& /*place*/) const { return false; }
+    /// What an action on the value takes: the text as it is in the editor.
+    [[nodiscard]] virtual QString Text() const { return {}; }
+    /// Calls `follow` when the user follows the link that the editor is while it is read only.
+    virtual void WhenFollowed(const std::function<void()>& /*follow*/) {}
     /// Whether Qt::Key_Up or Qt::Key_Down leads out of this editor, in its present state.
     [[nodiscard]] virtual bool IsLeftBy(int /*key*/) const { return true; }
 

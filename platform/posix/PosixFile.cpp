@@ -217,8 +217,8 @@ bool MakeFolders(const Path& folder, unsigned mode, FileError& error) {
     return FlushFolder(folder.parent_path(), error);
 }
 
-bool ReplaceFile(const Path& path, std::string_view suffix, std::initializer_list<std::string_view> pieces,
-                 unsigned mode, FileError& error, TransferObserver* observer) {
+bool PutFile(const Path& path, std::string_view suffix, std::initializer_list<std::string_view> pieces, unsigned mode,
+             FileError& error, TransferObserver* observer) {
     Path second = path;
     second += suffix;
     unlink(second.c_str());  // left by a program that was stopped
@@ -235,7 +235,12 @@ bool ReplaceFile(const Path& path, std::string_view suffix, std::initializer_lis
         unlink(second.c_str());
         return false;
     }
-    return FlushFolder(path.parent_path(), error);
+    return true;
+}
+
+bool ReplaceFile(const Path& path, std::string_view suffix, std::initializer_list<std::string_view> pieces,
+                 unsigned mode, FileError& error, TransferObserver* observer) {
+    return PutFile(path, suffix, pieces, mode, error, observer) && FlushFolder(path.parent_path(), error);
 }
 
 }  // namespace quillary

@@ -58,9 +58,13 @@ inline constexpr unsigned kPrivateFolder = 0700;
 inline constexpr unsigned kSharedFolder = 0777;  // less the user's umask
 /// Makes the folder and those above it, known to the disk.
 [[nodiscard]] bool MakeFolders(const Path& folder, unsigned mode, FileError& error);
-/// Replaces the file by the pieces one after the other, through a second file that takes its name when its bytes are on
-/// the disk. Follows no link. The second file is called `path` + `suffix`: no other writer may use that name meanwhile,
-/// and one that a stopped program left under it is removed.
+/// Makes the pieces, one after the other, the file at `path`, through a second file that takes its name when its bytes
+/// are on the disk; the name itself is there for good when the folder is flushed. Follows no link. The second file is
+/// called `path` + `suffix`: no other writer may use that name meanwhile, and one that a stopped program left under it
+/// is removed.
+[[nodiscard]] bool PutFile(const Path& path, std::string_view suffix, std::initializer_list<std::string_view> pieces,
+                           unsigned mode, FileError& error, TransferObserver* observer = nullptr);
+/// PutFile, then flushes the folder.
 [[nodiscard]] bool ReplaceFile(const Path& path, std::string_view suffix,
                                std::initializer_list<std::string_view> pieces, unsigned mode, FileError& error,
                                TransferObserver* observer = nullptr);

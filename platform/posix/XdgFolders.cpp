@@ -48,6 +48,8 @@ std::string UserName() { return UserAccount().name; }
 
 Path ConfigFolder() { return FolderOr("XDG_CONFIG_HOME", ".config"); }
 
+Path DataFolder() { return FolderOr("XDG_DATA_HOME", ".local/share"); }
+
 Path StateFolder() { return FolderOr("XDG_STATE_HOME", ".local/state"); }
 
 }  // namespace quillary

@@ -14,6 +14,8 @@ namespace quillary {
 [[nodiscard]] std::string UserName();
 /// $XDG_CONFIG_HOME or ~/.config
 [[nodiscard]] Path ConfigFolder();
+/// $XDG_DATA_HOME or ~/.local/share
+[[nodiscard]] Path DataFolder();
 /// $XDG_STATE_HOME or ~/.local/state
 [[nodiscard]] Path StateFolder();
 

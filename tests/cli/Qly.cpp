@@ -65,8 +65,12 @@ QlyResult QlyTest::Qly(const std::vector<std::string>& arguments, const QlySurro
         Redirect(STDERR_FILENO, own + "/err", O_WRONLY | O_CREAT | O_TRUNC);
         RedirectOutput(surroundings.output, own + "/out");
         if (::chdir(m_folder.c_str()) != 0) ::_exit(99);
-        for (const char* name : {"QLY_PASSWORD", "LC_ALL", "LC_TIME", "LANG", "NO_COLOR"}) ::unsetenv(name);
-        for (const char* name : {"HOME", "XDG_STATE_HOME", "XDG_CONFIG_HOME"}) ::setenv(name, own.c_str(), 1);
+        for (const char* name : {"QLY_PASSWORD", "LC_ALL", "LC_TIME", "LANG", "NO_COLOR", "DBUS_SESSION_BUS_ADDRESS"}) {
+            ::unsetenv(name);
+        }
+        for (const char* name : {"HOME", "XDG_STATE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME"}) {
+            ::setenv(name, own.c_str(), 1);
+        }
         for (const auto& [name, value] : surroundings.environment) ::setenv(name.c_str(), value.c_str(), 1);
         std::vector<char*> words{const_cast<char*>("qly")};
         for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.c_str()));

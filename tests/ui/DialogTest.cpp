@@ -19,6 +19,12 @@
 #include "admin/LockPasswordDlg.h"
 #include "admin/PreferencesDlg.h"
 #include "admin/SaveToPathDlg.h"
+#include "app/WindowQuestions.h"
+#include "integration/DialNumberDlg.h"
+#include "integration/Dialing.h"
+#include "integration/ExportCalendarDlg.h"
+#include "integration/ExportContactsDlg.h"
+#include "platform/TelephoneLinks.h"
 #include "query/FindRecordDlg.h"
 #include "tests/views/FormTest.h"
 #include "ui/AboutDlg.h"
@@ -47,19 +53,27 @@ class DialogTest : public WindowTest {
         dialogs.push_back(std::make_unique<CPreferencesDlg>(settings, locations, app.Frame()));
         dialogs.push_back(std::make_unique<CSaveToPathDlg>(locations, app.Frame()));
         dialogs.push_back(std::make_unique<CDatabaseOptionsDlg>(DatabaseOptions{}, app.Frame()));
+        dialogs.push_back(std::make_unique<CDialNumberDlg>(QStringList{"Home", "Work"}, app.Frame()));
         dialogs.push_back(std::make_unique<CEnterPasswordDlg>(m_doc, app.Frame()));
         dialogs.push_back(std::make_unique<CFieldDefinitionsDlg>(
             std::vector<FieldEdit>(1, m_field), true, m_doc.Page(), [](const auto&) { return true; }, app.Frame()));
         dialogs.push_back(std::make_unique<CFieldTypeDlg>(m_field, true, m_doc.Page(), app.Frame()));
         dialogs.push_back(std::make_unique<CFindRecordDlg>(m_doc, QString(), -2, app.Frame()));
-        dialogs.push_back(std::make_unique<CEditRecordDlg>(m_session, FormSurroundings{clock, locale, settings},
-                                                           CEditRecordDlg::Opening::CurrentRecord, app.Frame()));
+        dialogs.push_back(std::make_unique<CEditRecordDlg>(
+            m_session, FormSurroundings{clock, locale, settings, m_dialing, launcher, m_stores},
+            CEditRecordDlg::Opening::CurrentRecord, app.Frame()));
+        dialogs.push_back(std::make_unique<CExportCalendarDlg>(m_session.Doc(), std::nullopt, app.Frame()));
+        dialogs.push_back(std::make_unique<CExportContactsDlg>(m_session.Doc(), app.Frame()));
         return dialogs;
     }
 
   private:
     FieldEdit m_field{{MakeField("Colour", "Lred;green"), std::nullopt}};
+    PersonalStoreFactory m_stores;
     NewDatabase m_newDatabase{{files, locations, settings}};
+    CWindowQuestions m_messages{app.Frame()};
+    TelephoneLinks m_phone{launcher};
+    Dialing m_dialing{m_phone, m_messages};
     CQuillaryDoc m_doc;
     CDocumentSession m_session;
 };

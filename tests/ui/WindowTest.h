@@ -18,6 +18,7 @@
 #include "platform/Launcher.h"
 #include "platform/RecentFiles.h"
 #include "platform/Trash.h"
+#include "tests/fakes/FakePersonalStore.h"
 #include "tests/fakes/MemoryFiles.h"
 #include "tests/fakes/TestDatabase.h"
 #include "tests/fakes/TestLocations.h"
@@ -84,13 +85,43 @@ class TestFolderWatcher : public FolderWatcher {
 class TestLauncher : public Launcher {
   public:
     std::vector<Path> shown;
+    std::vector<std::string> opened;
     bool there = true;
 
     void ShowInFolder(const Path& file, Failed failed) override {
         shown.push_back(file);
         if (!there) failed();
     }
-    bool OpenLink(const std::string&) override { return there; }
+    bool OpenLink(const std::string& link) override {
+        if (there) opened.push_back(link);
+        return there;
+    }
+
+    std::map<std::string, Program> programs;  // by scheme
+    std::vector<std::string> started;         // with these links
+    int exitStatus = 0;                       // of what is started
+    std::vector<Path> mailed;
+    bool mails = true;
+    Bluetooth bluetooth = Bluetooth::NoAdapter;
+    std::vector<Path> beamed;
+
+    Program ProgramFor(const std::string& scheme) override {
+        const auto found = programs.find(scheme);
+        return found == programs.end() ? Program::None : found->second;
+    }
+    void StartProgramFor(const std::string& link, EndedBadly endedBadly) override {
+        started.push_back(link);
+        if (exitStatus != 0) endedBadly(exitStatus);
+    }
+    void SendByMail(const Path& file, QWindow*, Failed failed) override {
+        mailed.push_back(file);
+        if (!mails) failed();
+    }
+    Bluetooth BluetoothState() override { return bluetooth; }
+    void SendByBluetooth(const Path& file, EndedBadly endedBadly) override {
+        beamed.push_back(file);
+        if (exitStatus != 0) endedBadly(exitStatus);
+    }
 };
 
 /// Sunday, 7 March 2004, 2:30 pm, wherever and whenever the test runs.
@@ -123,8 +154,19 @@ class WindowTest : public ::testing::Test {
 
     /// All of the test's own, but for the disk.
     [[nodiscard]] Desktop DesktopOn(FileAccess& disk) {
-        return {disk,        locations,     settings,    trash,    inputPanel, windowSettings,
-                recentFiles, folderWatcher, fileWatcher, launcher, clock,      locale};
+        return {disk,
+                locations,
+                settings,
+                trash,
+                inputPanel,
+                windowSettings,
+                recentFiles,
+                folderWatcher,
+                fileWatcher,
+                launcher,
+                clock,
+                locale,
+                [this] { return std::make_unique<FakePersonalStore>(items); }};
     }
 
     WindowFiles files;
@@ -139,6 +181,7 @@ class WindowTest : public ::testing::Test {
     TestLauncher launcher;
     TestClock clock;
     TestLocale locale;
+    std::shared_ptr<FakePersonalItems> items = std::make_shared<FakePersonalItems>();
     CQuillaryApp app{DesktopOn(files)};
     User user;
 };

@@ -62,7 +62,7 @@ TEST_F(EditRecordTest, ANumberIsCleanedUpThoughTheFocusNeverLeftIt) {
 
 TEST_F(EditRecordTest, AStoredNewRecordIsNotStoredAsAnother) {
     CQuillaryDoc* doc = Open(AllTypesParts().Build());
-    CEditRecordForm form(*doc, clock, locale.Order());
+    CEditRecordForm form(*doc, clock, locale.Order(), false);
     form.ShowNewRecord();
     for (const bool first : {true, false}) {
         bool changed = false;

@@ -25,7 +25,7 @@ class FormCommandsTest : public FormTest {
     /// The commands that are enabled, of New, Duplicate, Delete, Previous and Next.
     static std::string Enabled(const CQuillaryDialog& page) {
         std::string letters;
-        for (const ToolButton& command : ButtonsOf(kToolBarRecord)) {
+        for (const ToolButton& command : ButtonsOf(kToolBarRecord).first(5)) {
             const auto* button = page.Control<QToolButton>(command.command);
             if (button->isEnabled()) letters += button->toolTip().remove("<qt>").left(2).toStdString();
         }
@@ -414,7 +414,7 @@ TEST_F(FormCommandsTest, NothingIsCutOffOnAnyScreen) {
                 EXPECT_GE(place.top(), bottom) << id;
                 EXPECT_GE(place.height(), id == 100 ? 69 : id == 103 ? 21 : 23) << id;
                 EXPECT_LE(place.right(), form->viewport()->width()) << id;
-                EXPECT_GE(place.width(), 140) << id;
+                EXPECT_GE(place.width(), id == 108 || id == 109 ? 101 : 140) << id;  // two have a button behind them
                 bottom = place.bottom();
             }
             for (const QLabel* label : form->findChildren<QLabel*>()) {
