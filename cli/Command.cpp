@@ -99,6 +99,15 @@ constexpr CommandOption kCalendarOptions[] = {
 constexpr CommandOption kContactsOptions[] = {
     {"--map", "PROPERTY=FIELD", "the field that gives a property; once for each", true},
 };
+constexpr CommandOption kCatalogueOptions[] = {
+    {"--title", "TEXT", "search: a part of the title"},
+    {"--category", "NAME", "search: the category"},
+    {"--pages", "N", "search: how many pages to fetch (1), or \"all\""},
+    {"--json", "", "search, package: print JSON"},
+    {"--in-package", "", "download: FILE-ID is the doc id of a file inside a package"},
+    {"--name", "NAME", "download: the file's name in the folder TARGET (FILE-ID)"},
+    {"--server", "HOST[:PORT]", "the server, instead of those in the preferences"},
+};
 constexpr CommandOption kJsonOnly[] = {kJson};
 
 constexpr CommandOption kCommonOptions[] = {
@@ -199,6 +208,15 @@ const Command kCommands[] = {
      1, 1, kCalendarOptions, ExitStatus::Refused, nullptr},
     {"contacts", "FILE --map PROPERTY=FIELD...", "Export every shown record as a contact", kContactDetails, 1, 1,
      kContactsOptions, ExitStatus::Refused, nullptr},
+    {"catalogue",
+     "search [--title TEXT] [--category NAME] [--pages N|all] | details DOC FILE | package DOC FILE | "
+     "download FILE-ID TARGET [--in-package] [--name NAME]",
+     "Search a catalogue of published databases, and download them",
+     "A search prints name, size in kilobytes, kind, doc id and file id with tabs between; a package (kind zip) its "
+     "files\n"
+     "in the same way and the sum of their sizes. TARGET is a file or a folder that exists; a name that is taken gets\n"
+     "\" (2)\". The servers are the preferences CatalogueServer and DownloadServer (127.0.0.1:8711).",
+     1, 3, kCatalogueOptions, ExitStatus::Refused, nullptr},
 };
 
 }  // namespace

@@ -51,10 +51,13 @@ std::int32_t After(std::int32_t last) { return last == std::numeric_limits<std::
 }  // namespace
 
 CRemoteCatalog::CRemoteCatalog(std::unique_ptr<HttpSession> session, const Settings& settings)
-    : m_session(std::move(session)),
-      m_servers{settings.ReadText(kCatalogueServer, kServerDefault),
-                settings.ReadText(kDownloadServer, kServerDefault)},
-      m_pageSize(settings.ReadInt(kMaxRemoteResults, kMaxRemoteResultsDefault)) {}
+    : CRemoteCatalog(
+          std::move(session),
+          {settings.ReadText(kCatalogueServer, kServerDefault), settings.ReadText(kDownloadServer, kServerDefault)},
+          settings.ReadInt(kMaxRemoteResults, kMaxRemoteResultsDefault)) {}
+
+CRemoteCatalog::CRemoteCatalog(std::unique_ptr<HttpSession> session, CatalogueServers servers, std::int32_t pageSize)
+    : m_session(std::move(session)), m_servers(std::move(servers)), m_pageSize(pageSize) {}
 
 CRemoteCatalog::~CRemoteCatalog() = default;
 

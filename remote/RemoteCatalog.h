@@ -20,6 +20,8 @@ class CRemoteCatalog {
   public:
     /// Page size and servers are the preferences'.
     CRemoteCatalog(std::unique_ptr<HttpSession> session, const Settings& settings);
+    /// `pageSize` is how many results one query asks for.
+    CRemoteCatalog(std::unique_ptr<HttpSession> session, CatalogueServers servers, std::int32_t pageSize);
     ~CRemoteCatalog();
 
     /// For the next Search, which begins anew. Texts in the code page; the category in lower case; either may be empty.
@@ -37,6 +39,8 @@ class CRemoteCatalog {
     [[nodiscard]] const std::vector<std::unique_ptr<CRemoteResult>>& Results() const { return m_results; }
     [[nodiscard]] std::int32_t Total() const { return m_total; }
     [[nodiscard]] std::int32_t PageCount() const { return m_pageCount; }
+    /// Of the next page.
+    [[nodiscard]] std::int32_t NextStart() const { return m_nextStart; }
     /// Whether Search would ask the server.
     [[nodiscard]] bool HasMore() const { return m_total == 0 || m_nextStart <= m_total; }
     /// For a person, UTF-8; empty when the last operation did not fail.

@@ -9,6 +9,7 @@ namespace quillary {
 class Session;
 
 [[nodiscard]] ExitStatus RunCalendar(Session& session, const Arguments& arguments);
+[[nodiscard]] ExitStatus RunCatalogue(Session& session, const Arguments& arguments);
 [[nodiscard]] ExitStatus RunContacts(Session& session, const Arguments& arguments);
 
 }  // namespace quillary

@@ -24,6 +24,7 @@ struct Service {
 constexpr Service kServices[] = {
     {"calendar", RunCalendar},
     {"contacts", RunContacts},
+    {"catalogue", RunCatalogue},
 };
 
 ExitStatus Run(const Command& command, Session& session, const Arguments& arguments) {

@@ -31,6 +31,8 @@ class PosixFile {
 
     [[nodiscard]] explicit operator bool() const { return m_descriptor >= 0; }
     [[nodiscard]] int Descriptor() const { return m_descriptor; }
+    /// The descriptor, for somebody else to close.
+    [[nodiscard]] int Release() { return std::exchange(m_descriptor, -1); }
 
     /// Tells `observer`, which may be null and must outlive the file, of what follows.
     void Observe(TransferObserver* observer) { m_observer = observer; }

@@ -32,20 +32,6 @@ std::int64_t Now() {
     return Nanoseconds(now);
 }
 
-FileStamp MakeStamp(const struct stat& status) {
-    constexpr std::int64_t kMillisecond = 1000000;
-    FileStamp stamp;
-    stamp.device = status.st_dev;
-    stamp.inode = status.st_ino;
-    stamp.size = static_cast<std::uint64_t>(status.st_size);
-    stamp.modifiedNs = Nanoseconds(status.st_mtim);
-    stamp.changedNs = Nanoseconds(status.st_ctim);
-    // The kernel's time stamps move on every few milliseconds, those of memory cards every two seconds.
-    const std::int64_t grain = status.st_mtim.tv_nsec == 0 ? 2050 * kMillisecond : 50 * kMillisecond;
-    stamp.mayHideAWrite = stamp.modifiedNs > Now() - grain;
-    return stamp;
-}
-
 bool RefuseUnlessRegular(const struct stat& status, FileError& error) {
     if (S_ISREG(status.st_mode)) return true;
     error = SystemError(S_ISDIR(status.st_mode) ? EISDIR : ENXIO);
@@ -146,6 +132,20 @@ bool PosixLockedFile::Flush(FileError& error) {
 }
 
 }  // namespace
+
+FileStamp MakeStamp(const struct stat& status) {
+    constexpr std::int64_t kMillisecond = 1000000;
+    FileStamp stamp;
+    stamp.device = status.st_dev;
+    stamp.inode = status.st_ino;
+    stamp.size = static_cast<std::uint64_t>(status.st_size);
+    stamp.modifiedNs = Nanoseconds(status.st_mtim);
+    stamp.changedNs = Nanoseconds(status.st_ctim);
+    // The kernel's time stamps move on every few milliseconds, those of memory cards every two seconds.
+    const std::int64_t grain = status.st_mtim.tv_nsec == 0 ? 2050 * kMillisecond : 50 * kMillisecond;
+    stamp.mayHideAWrite = stamp.modifiedNs > Now() - grain;
+    return stamp;
+}
 
 std::unique_ptr<LockedFile> PosixFileAccess::Open(const Path& path, LockKind lock, FileError& error) {
     const int access = lock == LockKind::Exclusive ? O_RDWR : O_RDONLY;

@@ -7,7 +7,12 @@
 #include "platform/posix/PosixFile.h"
 #include "platform/posix/XdgFolders.h"
 
+struct stat;
+
 namespace quillary {
+
+/// Taken now, of a file whose status was just asked for.
+[[nodiscard]] FileStamp MakeStamp(const struct stat& status);
 
 class PosixFileAccess : public FileAccess {
   public:

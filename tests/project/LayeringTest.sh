@@ -38,8 +38,9 @@ mapfile -t ui < <(sources ui)
 mapfile -t platform < <(sources platform)
 mapfile -t posix < <(sources platform/posix)
 mapfile -t cli < <(sources cli)
-mapfile -t elsewhere < <(sources app db query admin integration remote ui views cli)
-mapfile -t all < <(sources app db query admin integration remote ui views cli platform tests fuzz benchmarks)
+mapfile -t catalogue_server < <(sources catalogue-server)
+mapfile -t elsewhere < <(sources app catalogue-server db query admin integration remote ui views cli)
+mapfile -t all < <(sources app catalogue-server db query admin integration remote ui views cli platform tests fuzz benchmarks)
 if [ ${#db[@]} -lt 20 ] || [ ${#rules[@]} -lt 4 ]; then echo "No sources below $1"; exit 1; fi
 
 forbid "db/ includes nothing of other folders" "${include}\"([^d]|d[^b]|db[^/])" "${db[@]}"
@@ -53,6 +54,9 @@ forbid "platform/ knows no windows of ours" "${include}\"(app|views|ui|cli)/|${i
 forbid "qly has no Qt" "$qt" "${posix[@]}" "${cli[@]}"
 forbid "qly includes db/, rules and platform/posix/" \
   "${include}\"(app|views|ui)/|${include}\"platform/[^p]|${include}\"$dialogs" "${cli[@]}"
+forbid "the catalogue server has no Qt" "$qt" "${catalogue_server[@]}"
+forbid "the catalogue server includes db/, rules and platform/posix/" \
+  "${include}\"(app|views|ui|cli)/|${include}\"platform/[^p]|${include}\"$dialogs" "${catalogue_server[@]}"
 forbid "only platform/ asks for the operating system" '(_WIN32|__linux__|__APPLE__|Q_OS_)' "${elsewhere[@]}"
 forbid "include the class, not the whole module" "${include}<(QtWidgets|QtCore|QtGui|QtNetwork)>" "${all[@]}"
 forbid "finish it, or leave it out" '\b(TO''DO|FIX''ME|X''XX)\b' "${all[@]}"
