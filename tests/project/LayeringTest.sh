@@ -38,6 +38,7 @@ mapfile -t ui < <(sources ui)
 mapfile -t platform < <(sources platform)
 mapfile -t posix < <(sources platform/posix)
 mapfile -t cli < <(sources cli)
+mapfile -t qly < <(sources cli ! '^cli/services/')
 mapfile -t catalogue_server < <(sources catalogue-server)
 mapfile -t elsewhere < <(sources app catalogue-server db query admin integration remote ui views cli)
 mapfile -t all < <(sources app catalogue-server db query admin integration remote ui views cli platform tests fuzz benchmarks)
@@ -52,8 +53,9 @@ forbid "views/ does not include app/" "${include}\"(app|cli)/" "${views[@]}"
 forbid "ui/ knows no views and no dialogs" "${include}\"(app|views|cli)/|${include}\"$dialogs" "${ui[@]}"
 forbid "platform/ knows no windows of ours" "${include}\"(app|views|ui|cli)/|${include}\"$dialogs" "${platform[@]}"
 forbid "qly has no Qt" "$qt" "${posix[@]}" "${cli[@]}"
-forbid "qly includes db/, rules and platform/posix/" \
-  "${include}\"(app|views|ui)/|${include}\"platform/[^p]|${include}\"$dialogs" "${cli[@]}"
+forbid "qly includes db/, rules and platform/posix/, its helper program platform/http/ too" \
+  "${include}\"(app|views|ui)/|${include}\"platform/([^ph]|h[^t])|${include}\"$dialogs" "${cli[@]}"
+forbid "only the helper program includes platform/http/" "${include}\"platform/http" "${qly[@]}"
 forbid "the catalogue server has no Qt" "$qt" "${catalogue_server[@]}"
 forbid "the catalogue server includes db/, rules and platform/posix/" \
   "${include}\"(app|views|ui|cli)/|${include}\"platform/[^p]|${include}\"$dialogs" "${catalogue_server[@]}"
