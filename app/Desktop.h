@@ -1,6 +1,9 @@
 // What the system provides to the window.
 #pragma once
 
+#include <functional>
+#include <memory>
+
 #include "integration/PersonalStore.h"
 
 namespace quillary {
@@ -8,6 +11,7 @@ namespace quillary {
 class Clock;
 class FileAccess;
 class FolderWatcher;
+class HttpSession;
 class InputPanel;
 class Launcher;
 class RecentFiles;
@@ -31,6 +35,7 @@ struct Desktop {
     const Clock& clock;
     const UserLocale& locale;
     PersonalStoreFactory makePersonalStore = {};
+    std::function<std::unique_ptr<HttpSession>()> openHttp = {};  // may give none
 };
 
 }  // namespace quillary

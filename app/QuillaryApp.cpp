@@ -10,6 +10,7 @@
 #include "admin/PreferencesDlg.h"
 #include "admin/Settings.h"
 #include "app/CreateDatabase.h"
+#include "app/DownloadDatabase.h"
 #include "app/RecoveryCopy.h"
 #include "app/Splash.h"
 #include "app/WindowQuestions.h"
@@ -17,9 +18,12 @@
 #include "platform/InputPanel.h"
 #include "platform/NativePath.h"
 #include "platform/RecentFiles.h"
+#include "remote/DownloadProgressDlg.h"
+#include "remote/HttpSession.h"
 #include "ui/AboutDlg.h"
 #include "ui/CommandIds.h"
 #include "ui/FileFilter.h"
+#include "ui/MessageBox.h"
 #include "ui/OpenDialog.h"
 #include "ui/RowColor.h"
 #include "ui/StepLog.h"
@@ -38,6 +42,7 @@ std::span<const CommandEntry<CQuillaryApp>> CQuillaryApp::Commands() {
     static constexpr CommandEntry<CQuillaryApp> kCommands[] = {
         {ID_FILE_NEW, &CQuillaryApp::OnFileNew},
         {ID_FILE_OPEN, &CQuillaryApp::OnFileOpen},
+        {ID_APP_DOWNLOAD, &CQuillaryApp::OnDownload},
         {ID_APP_PREFERENCES, &CQuillaryApp::OnPreferences},
         {ID_DATABASE_PREFERENCES, &CQuillaryApp::OnPreferences},
         {ID_APP_ABOUT, &CQuillaryApp::OnAbout},
@@ -292,6 +297,25 @@ void CQuillaryApp::OpenOther() {
         if (chooser.exec() != QDialog::Accepted) return;
     }
     OpenDocumentFile(ToPath(chooser.selectedFiles().first()));
+}
+
+void CQuillaryApp::OnDownload() {
+    auto session = m_desktop.openHttp ? m_desktop.openHttp() : nullptr;
+    if (!session) {
+        ShowMessage(&m_frame,
+                    QStringLiteral("Nothing can be downloaded, as the program's part for HTTP does not load."));
+        return;
+    }
+    const Downloaded downloaded =
+        DownloadDatabases(std::move(session), m_desktop.settings,
+                          {m_desktop.files, m_desktop.locations, AnsiText::Windows1252()}, m_frame);
+    if (downloaded.files.empty()) return;
+    CMyDocListTemplate::SetRefreshFlag();
+    if (downloaded.isOpenedNow) {
+        OpenDocumentFile(downloaded.files.front());
+    } else if (!m_session) {
+        ShowDocList(downloaded.files.front());
+    }
 }
 
 void CQuillaryApp::OnPreferences() {

@@ -58,6 +58,7 @@ class CQuillaryApp : public CommandMap<CQuillaryApp>, public DocumentHost {
     void OnFileNew();
     void OnFileOpen();
     void OpenOther();
+    void OnDownload();
     void OnPreferences();
     void OnAbout();
     /// `mayAsk`: whether the user decides about a copy that an interrupted save has left.

@@ -20,6 +20,7 @@
 #include "platform/Signals.h"
 #include "platform/SingleInstance.h"
 #include "platform/WindowActivation.h"
+#include "platform/http/HttpModule.h"
 #include "platform/posix/DesktopPersonalStore.h"
 #include "platform/posix/LargePages.h"
 #include "platform/posix/PosixClock.h"
@@ -99,7 +100,8 @@ int main(int argc, char** argv) {
         return std::make_unique<quillary::DesktopPersonalStore>(settings);
     };
     quillary::CQuillaryApp app({files, locations, settings, trash, inputPanel, windowSettings, recentFiles,
-                                folderWatcher, fileWatcher, launcher, clock, locale, makePersonalStore});
+                                folderWatcher, fileWatcher, launcher, clock, locale, makePersonalStore,
+                                quillary::LoadHttpSession});
     if (options->task == LaunchOptions::Task::Picture) {
         return quillary::SavePicture(app, options->database, options->picture);
     }

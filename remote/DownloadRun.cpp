@@ -21,7 +21,7 @@ void DownloadRun::Run() {
     const auto& results = m_catalog.Results();
     bool goesOn = true;
     for (std::size_t i = 0; i < results.size() && goesOn && !m_stop; ++i) {
-        const CRemoteResult& result = *results[i];
+        CRemoteResult& result = *results[i];
         if (result.IsSingleFile()) {
             goesOn = !result.isTicked || Fetch(i, result, false);
             continue;
@@ -50,15 +50,18 @@ std::size_t DownloadRun::CountFiles() {
     return count;
 }
 
-bool DownloadRun::Fetch(std::size_t result, const CRemoteResult& item, bool isInPackage) {
+bool DownloadRun::Fetch(std::size_t result, CRemoteResult& item, bool isInPackage) {
     if (!m_folder) {
         m_folder = m_events.askFolder();
         if (!m_folder) return false;
+        FileError untold;  // each file tells why it cannot be written
+        (void)m_files.MakeFolder(*m_folder, untold);
     }
     m_events.begin(result, item.name);
     DownloadTarget target(m_files, *m_folder / SafeFileName(m_page.ToUtf8(item.name), isInPackage));
     if (m_catalog.Download(item, isInPackage, target)) {
         m_kept.push_back(target.KeptAs());
+        item.isTicked = false;
     } else {
         m_missed.push_back({item.name, m_catalog.Reason()});
     }

@@ -1,4 +1,4 @@
-// Downloads what is ticked among a search's results, on a thread of its own.
+// Downloads what is ticked among a search's results, on a thread of its own. What has been fetched is ticked no more.
 #pragma once
 
 #include <atomic>
@@ -51,7 +51,7 @@ class DownloadRun {
     void Run();
     /// Fetches the files of ticked packages that nobody has opened.
     [[nodiscard]] std::size_t CountFiles();
-    [[nodiscard]] bool Fetch(std::size_t result, const CRemoteResult& item, bool isInPackage);
+    [[nodiscard]] bool Fetch(std::size_t result, CRemoteResult& item, bool isInPackage);
 
     CRemoteCatalog& m_catalog;
     FileAccess& m_files;

@@ -48,8 +48,14 @@ inline constexpr int ID_ITEM_UP = 32806;
 inline constexpr int ID_ITEM_DOWN = 32810;
 inline constexpr int ID_ITEM_RENAME = 32814;
 
+// Those of the dialog with a catalogue's results
+inline constexpr int ID_RESULTS_NEXT = 32839;         // "Get Next Results"
+inline constexpr int ID_RESULTS_INFORMATION = 32841;  // "Information"
+inline constexpr int ID_RESULTS_NEW_SEARCH = 32844;   // "New Search"
+
 // The application's
 inline constexpr int ID_APP_PREFERENCES = ID_DATABASE_OPTIONS;  // while no database is open
+inline constexpr int ID_APP_DOWNLOAD = 32835;                   // "Download Database ..."
 
 // The framework's
 inline constexpr int ID_FILE_NEW = 57600;

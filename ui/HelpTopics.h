@@ -34,6 +34,8 @@ inline constexpr std::string_view kTopicPath = "Path";
 inline constexpr std::string_view kTopicPhoneDial = "Phone_Dial";
 inline constexpr std::string_view kTopicPreferences = "Quillary_Preferences";
 inline constexpr std::string_view kTopicRecordList = "Record_List";
+inline constexpr std::string_view kTopicRemoteResults = "Remote_Results";
+inline constexpr std::string_view kTopicRemoteSearch = "Remote_Search";
 inline constexpr std::string_view kTopicSortRecords = "Sort_Records";
 
 inline constexpr std::string_view kAllTopics[] = {
@@ -51,7 +53,8 @@ inline constexpr std::string_view kAllTopics[] = {
     kTopicFieldTypeUrl,      kTopicFilterRecords,
     kTopicFindRecord,        kTopicPath,
     kTopicPhoneDial,         kTopicPreferences,
-    kTopicRecordList,        kTopicSortRecords,
+    kTopicRecordList,        kTopicRemoteResults,
+    kTopicRemoteSearch,      kTopicSortRecords,
 };
 
 }  // namespace quillary

@@ -16,4 +16,9 @@ namespace quillary {
 [[nodiscard]] bool WaitForWork(QWidget* parent, const std::function<QString()>& text,
                                const std::function<bool()>& isDone);
 
+/// The same with `work` on a thread of its own. `stop` breaks it off when the user has stopped it; the work has ended
+/// when this returns.
+[[nodiscard]] bool RunOnThread(QWidget* parent, const QString& text, const std::function<void()>& work,
+                               const std::function<void()>& stop);
+
 }  // namespace quillary

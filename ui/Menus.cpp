@@ -10,6 +10,8 @@ namespace quillary {
 namespace {
 
 constexpr MenuItem kToolsWithoutDatabase[] = {
+    {ID_APP_DOWNLOAD, u"Download Database ..."},
+    {},
     {ID_APP_ABOUT, u"About Quillary..."},
     {ID_APP_PREFERENCES, u"Preferences..."},
 };

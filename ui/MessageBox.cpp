@@ -1,5 +1,6 @@
 #include "ui/MessageBox.h"
 
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -20,9 +21,11 @@ void SetUp(QMessageBox& box, const QString& text) {
 
 }  // namespace
 
-void ShowMessage(QWidget* parent, const QString& text) {
+void ShowMessage(QWidget* parent, const QString& text, const QString& details) {
     QMessageBox box(parent);
     SetUp(box, text);
+    if (!details.isEmpty()) box.setInformativeText(details);
+    for (auto* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);  // the details' too
     box.setIcon(QMessageBox::Warning);
     box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
     const OpenDialog open(box);

@@ -8,8 +8,8 @@ class QWidget;
 
 namespace quillary {
 
-/// With an OK button.
-void ShowMessage(QWidget* parent, const QString& text);
+/// With an OK button. `details`, when there are any, stand below the text.
+void ShowMessage(QWidget* parent, const QString& text, const QString& details = {});
 
 /// Which of `answers` the user chose; Escape and closing choose the last one, Return the default.
 [[nodiscard]] int AskUser(QWidget* parent, const QString& text, const QStringList& answers, int defaultAnswer = 0);

@@ -20,4 +20,12 @@ inline constexpr auto kMakeVisibleMessage = static_cast<QEvent::Type>(0x468);
 /// Raises the input panel when typing can begin in the first field.
 inline constexpr auto kRaisePanelMessage = static_cast<QEvent::Type>(0x47b);
 
+// To the dialog that shows a download's progress, from the download's own thread.
+/// How many files there are to fetch.
+inline constexpr auto kDownloadStartMessage = static_cast<QEvent::Type>(0x464);
+/// All is done.
+inline constexpr auto kDownloadDoneMessage = static_cast<QEvent::Type>(0x465);
+/// One file begins.
+inline constexpr auto kDownloadFileMessage = static_cast<QEvent::Type>(0x466);
+
 }  // namespace quillary

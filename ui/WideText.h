@@ -40,7 +40,7 @@ namespace quillary {
             unbroken = 0;
         }
         out += c;
-        ++unbroken;
+        unbroken = c == u' ' ? 0 : unbroken + 1;  // a line can go on behind a blank, too
         if (c == u'/') {
             out += QChar(0x200B);
             unbroken = 0;

@@ -112,6 +112,7 @@ class CurlFile : public HttpFile {
         set(CURLOPT_LOW_SPEED_LIMIT, 1L);
         set(CURLOPT_LOW_SPEED_TIME, kStallSeconds);
         set(CURLOPT_NOSIGNAL, 1L);
+        set(CURLOPT_QUICK_EXIT, 1L);  // a cancelled transfer does not wait for a name server
         set(CURLOPT_ERRORBUFFER, m_why);
         set(CURLOPT_HEADERFUNCTION, &ReceiveHead);
         set(CURLOPT_HEADERDATA, static_cast<void*>(this));

@@ -18,6 +18,7 @@
 #include "platform/Launcher.h"
 #include "platform/RecentFiles.h"
 #include "platform/Trash.h"
+#include "remote/HttpSession.h"
 #include "tests/fakes/FakePersonalStore.h"
 #include "tests/fakes/MemoryFiles.h"
 #include "tests/fakes/TestDatabase.h"
@@ -166,7 +167,8 @@ class WindowTest : public ::testing::Test {
                 launcher,
                 clock,
                 locale,
-                [this] { return std::make_unique<FakePersonalStore>(items); }};
+                [this] { return std::make_unique<FakePersonalStore>(items); },
+                [this] { return openHttp ? openHttp() : nullptr; }};
     }
 
     WindowFiles files;
@@ -182,6 +184,7 @@ class WindowTest : public ::testing::Test {
     TestClock clock;
     TestLocale locale;
     std::shared_ptr<FakePersonalItems> items = std::make_shared<FakePersonalItems>();
+    std::function<std::unique_ptr<HttpSession>()> openHttp;
     CQuillaryApp app{DesktopOn(files)};
     User user;
 };
