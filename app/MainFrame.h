@@ -50,6 +50,7 @@ class CMainFrame : public QMainWindow, public FrameWindow, public CommandMap<CMa
     void BeginDialog(CQuillaryDialog& dialog) override;
     void EndDialog(CQuillaryDialog& dialog) override;
     void CancelDialog() override;
+    [[nodiscard]] bool IsEndingDialogs() const override { return m_unwinding.IsWaiting(); }
 
     /// Takes place and size from the settings, and writes them there when the window closes.
     void KeepGeometry(Settings& settings);

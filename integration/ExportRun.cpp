@@ -103,10 +103,10 @@ bool ExportRun::Advance() {
     return m_shared->hasEnded;
 }
 
-void ExportRun::Stop(std::chrono::milliseconds patience) {
+bool ExportRun::Stop(std::chrono::milliseconds patience) {
     m_shared->Set([this] { m_shared->isStopped = true; });
     std::unique_lock lock(m_shared->mutex);
-    m_shared->changed.wait_for(lock, patience, [this] { return m_shared->hasEnded; });
+    return m_shared->changed.wait_for(lock, patience, [this] { return m_shared->hasEnded; });
 }
 
 bool ExportRun::IsWriting() const {

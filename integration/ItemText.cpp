@@ -12,7 +12,10 @@ std::string PlainLines(std::u16string_view text) {
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char16_t unit = text[i];
-        if (unit == u'\n' || unit == u'\r') {
+        const bool isLineEnd = unit == u'\u0085' || unit == u'\u2028' || unit == u'\u2029';  // to some readers
+        if (isLineEnd) {
+            out += u'\n';
+        } else if (unit == u'\n' || unit == u'\r') {
             out += u'\n';
             const char16_t other = unit == u'\n' ? u'\r' : u'\n';
             if (i + 1 < text.size() && text[i + 1] == other) ++i;

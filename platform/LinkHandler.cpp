@@ -171,6 +171,24 @@ void AppendArgument(std::string_view argument, const std::string& link, GKeyFile
     if (!out.empty() || argument.empty()) command.push_back(std::move(out));
 }
 
+bool HasLinkCode(std::string_view word) {
+    for (auto at = word.find('%'); at != word.npos && at + 1 < word.size(); at = word.find('%', at + 2)) {
+        if (std::string_view("uUfF").find(word[at + 1]) != std::string_view::npos) return true;
+    }
+    return false;
+}
+
+/// Whether some program would read the link as more than one argument: an entry may have the code only by itself or
+/// behind an option, not among the words of a command that a shell or another program takes apart.
+bool TakesLinkApart(const Texts& words) {
+    constexpr std::string_view kOfCommands = " \t\n;|&<>()$`\"'\\";
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        if (!HasLinkCode(words[i])) continue;
+        if (i == 0 || words[i - 1] == "-c" || words[i].find_first_of(kOfCommands) != std::string::npos) return true;
+    }
+    return false;
+}
+
 /// How a program is started that needs a terminal around it; empty when there is none.
 Texts Terminal() {
     for (const auto& [name, option] : {std::pair{"xdg-terminal-exec", ""}, std::pair{"x-terminal-emulator", "-e"}}) {
@@ -186,8 +204,9 @@ LinkHandler HandlerOf(GKeyFile& entry, const Path& path, const std::string& link
     int count = 0;
     char** words = nullptr;
     if (!g_shell_parse_argv(Text(entry, "Exec").c_str(), &count, &words, nullptr)) return handler;
-    handler.state = Launcher::Program::Missing;
     const std::unique_ptr<char*, decltype(&g_strfreev)> owner(words, &g_strfreev);
+    if (TakesLinkApart(Texts(words, words + count))) return handler;
+    handler.state = Launcher::Program::Missing;
     const std::string program = FindProgram(words[0]);
     const std::string needed = Text(entry, "TryExec");
     if (program.empty() || (!needed.empty() && FindProgram(needed).empty())) return handler;
@@ -206,6 +225,8 @@ LinkHandler HandlerOf(GKeyFile& entry, const Path& path, const std::string& link
 }  // namespace
 
 std::string FindProgram(const std::string& name) {
+    // Below a folder, but of whom?
+    if (name.find('/') != name.npos && !name.starts_with('/')) return {};
     const std::unique_ptr<char, decltype(&g_free)> path(g_find_program_in_path(name.c_str()), &g_free);
     return path ? path.get() : std::string();
 }

@@ -33,6 +33,8 @@ class FrameWindow {
     virtual void EndDialog(CQuillaryDialog& dialog) = 0;
     /// Ends the open dialog, if there is one, with Cancel.
     virtual void CancelDialog() = 0;
+    /// The program ends what is open, to close or to open another file: such a Cancel is not the user's.
+    [[nodiscard]] virtual bool IsEndingDialogs() const { return false; }
 };
 
 }  // namespace quillary

@@ -236,8 +236,11 @@ void CEditRecordDlg::OnDial() {
         QStringList names;
         for (const std::size_t field : phones) names << OnOneLine(FromWide(m_doc.FieldName(field)));
         CDialNumberDlg dialog(names, Frame());
-        // Cancelled, it leaves the number to the phone program.
-        if (dialog.exec() == Accepted) number = m_form->TextOf(phones[static_cast<std::size_t>(dialog.Column())]);
+        if (dialog.exec() == Accepted) {
+            number = m_form->TextOf(phones[static_cast<std::size_t>(dialog.Column())]);
+        } else if (Frame().IsEndingDialogs()) {
+            return;
+        }  // cancelled by the user, it leaves the number to the phone program
     }
     m_surroundings.dialing.DialNumber(number.toStdString());
 }

@@ -86,7 +86,14 @@ bool Run(std::size_t count, const std::function<ExportRun::Item(std::size_t)>& m
         return QStringLiteral("Exporting %1 of %2 records...").arg(Grouped(run.Tried()), Grouped(count));
     };
     if (!WaitForWork(frame.Window(), progress, [&run] { return run.Advance(); })) {
-        run.Stop(kPatience);
+        const bool hasEnded = run.Stop(kPatience);
+        if (frame.IsEndingDialogs() || run.Tried() == 0) return false;
+        if (hasEnded && !run.Files().empty()) {
+            OfferToOpen(run.Files(), kind, surroundings.launcher, frame.Window());
+        } else {
+            const QString told = QStringLiteral("%1 of %2 records were exported.");
+            ShowMessage(frame.Window(), told.arg(Grouped(run.Tried()), Grouped(count)));
+        }
         return false;
     }
     for (const Failure& failure : run.Messages()) ShowMessage(frame.Window(), FromUtf8(failure.text));
@@ -94,9 +101,9 @@ bool Run(std::size_t count, const std::function<ExportRun::Item(std::size_t)>& m
     return true;
 }
 
-// The rows to export; none when there is nothing left, or nothing wanted.
-std::vector<std::size_t> RowsToExport(const CQuillaryDoc& doc, std::optional<std::size_t> row, int dateField,
-                                      const DateHabits& habits, QWidget* window) {
+// The rows to export; nullopt when the user thinks better of it.
+std::optional<std::vector<std::size_t>> RowsToExport(const CQuillaryDoc& doc, std::optional<std::size_t> row,
+                                                     int dateField, const DateHabits& habits, QWidget* window) {
     std::vector<std::size_t> all;
     std::vector<std::size_t> dated;
     for (std::size_t k = row.value_or(0); k < (row ? *row + 1 : doc.Shown().size()); ++k) {
@@ -106,8 +113,16 @@ std::vector<std::size_t> RowsToExport(const CQuillaryDoc& doc, std::optional<std
     if (dated.size() == all.size()) return all;
     const std::string number = std::to_string(all.size() - dated.size());
     const QString question = FromUtf8(FormatMessage(Message::ExportWithoutDate, {number}));
-    const bool isWanted = AskUser(window, question, {QStringLiteral("Yes"), QStringLiteral("No")}) == 0;
-    return isWanted ? all : dated;
+    enum Answer { Yes, No };
+    switch (AskUser(window, question, {QStringLiteral("Yes"), QStringLiteral("No"), QStringLiteral("Cancel")})) {
+        case Yes:
+            return all;
+        case No:
+            // With nothing left the user is back in the dialog.
+            return dated.empty() ? std::nullopt : std::optional(std::move(dated));
+        default:
+            return std::nullopt;
+    }
 }
 
 DateHabits HabitsOf(const FormSurroundings& surroundings) {
@@ -129,9 +144,9 @@ void ExportToCalendar(const CQuillaryDoc& doc, std::optional<std::size_t> row, c
         const DateHabits habits = HabitsOf(surroundings);
         const CalendarFields& fields = dialog.Fields();
         const auto rows = RowsToExport(doc, row, fields.date, habits, frame.Window());
-        if (rows.empty() && !doc.Shown().empty()) return false;
-        const auto makeItem = [&](std::size_t k) { return MakeAppointment(doc, rows[k], fields, habits); };
-        return Run(rows.size(), makeItem, Appointments(), surroundings, frame);
+        if (!rows) return false;
+        const auto makeItem = [&](std::size_t k) { return MakeAppointment(doc, (*rows)[k], fields, habits); };
+        return Run(rows->size(), makeItem, Appointments(), surroundings, frame);
     });
     dialog.exec();
 }

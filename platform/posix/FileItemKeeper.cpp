@@ -17,28 +17,26 @@ constexpr unsigned kPrivateFile = 0600;
 Path CalendarFolder(const Path& dataFolder) { return dataFolder / "quillary" / "calendar"; }
 Path ContactsFolder(const Path& dataFolder) { return dataFolder / "quillary" / "contacts"; }
 
-// The file gets its name when its bytes are on the disk, so that whatever stops the program leaves no part of one.
-// False when it cannot be written; another program that was faster with the same item has made the same file.
+// The file gets its name when it is whole, so that whatever stops the program leaves no part of one. The disk may have
+// its bytes later: many items are flushed at once. What a power cut then leaves is empty. False when it cannot be
+// written; another program that was faster with the same item has made the same file.
 bool WriteNew(const Path& path, const std::string& text) {
     FileError untold;
     const PosixFile file(::open(path.parent_path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, kPrivateFile));
     if (!file) {  // a file system without nameless files
         return PutFile(path, "." + std::to_string(::getpid()), {text}, kPrivateFile, untold);
     }
-    if (!file.WriteAt(0, text, untold) || !file.Flush(untold)) return false;
+    if (!file.WriteAt(0, text, untold)) return false;
     const std::string nameless = "/proc/self/fd/" + std::to_string(file.Descriptor());
     return ::linkat(AT_FDCWD, nameless.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0 || errno == EEXIST;
 }
 
 }  // namespace
 
-// Once for all the names, as it takes as long as a file.
 FileItemKeeper::~FileItemKeeper() {
     if (m_files.empty()) return;
-    FileError untold;
-    for (const Path& folder : {CalendarFolder(m_dataFolder), ContactsFolder(m_dataFolder)}) {
-        (void)FlushFolder(folder, untold);
-    }
+    const PosixFile folder(::open(m_dataFolder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder) (void)::syncfs(folder.Descriptor());
 }
 
 bool FileItemKeeper::LogOn() {
@@ -62,6 +60,7 @@ bool FileItemKeeper::Keep(const Path& path, const std::string& text) {
     struct stat status {};
     if (::lstat(path.c_str(), &status) == 0) {
         if (!S_ISREG(status.st_mode)) return false;  // nothing that an export has made, and not to be replaced
+        if (status.st_size == 0 && (::unlink(path.c_str()) != 0 || !WriteNew(path, text))) return false;
     } else if (errno != ENOENT || !WriteNew(path, text)) {
         return false;
     }

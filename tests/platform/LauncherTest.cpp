@@ -59,6 +59,9 @@ TEST_F(LauncherTest, FindsTheProgramThatTheDesktopNames) {
     AddEntry("gone.desktop", "gone %u");
     AddEntry("unready.desktop", "there %u", "TryExec=gone\n");
     AddEntry("hidden.desktop", "there %u", "Hidden=true\n");
+    AddEntry("inside.desktop", "there -x \"there %u\"");
+    AddEntry("shell.desktop", "there -c %u");
+    AddEntry("option.desktop", "there --to=%u");
     AddEntry("vendor/below.desktop", "there %u");
     const struct {
         const char* group;
@@ -73,6 +76,9 @@ TEST_F(LauncherTest, FindsTheProgramThatTheDesktopNames) {
         {"Default Applications", "unready.desktop", "", Program::Missing},
         {"Default Applications", "gone.desktop", "there.desktop;", Program::There},
         {"Default Applications", "hidden.desktop", "", Program::None},
+        {"Default Applications", "inside.desktop", "", Program::None},  // what it starts would take the link apart
+        {"Default Applications", "shell.desktop", "", Program::None},
+        {"Default Applications", "option.desktop", "", Program::There},
         {"Default Applications", "../applications/there.desktop", "", Program::None},
         {"Added Associations", "there.desktop", "", Program::There},
         {"Removed Associations", "there.desktop", "there.desktop;", Program::None},

@@ -1,6 +1,7 @@
 // The exports to calendar and address book from the list and the form: the dialogs, the questions, the run.
 #include <QComboBox>
 #include <QListWidget>
+#include <QTimer>
 #include <QToolButton>
 
 #include "tests/views/FormTest.h"
@@ -75,6 +76,22 @@ TEST_F(ExportsTest, CalendarTakesTheFieldsInTheOrderPickedAndAsksBeforeAnyRecord
     EXPECT_EQ(items->asked, -1) << "nothing is shown";
 }
 
+TEST_F(ExportsTest, NothingIsExportedWhenTheQuestionIsLeft) {
+    Open(PeopleParts().Build());
+    Export(kCalendar, [this](CQuillaryDialog&) { user.ExpectMessage(kWithoutDate, "Cancel"); });
+    user.ExpectDialog(kCalendar, [this](CQuillaryDialog& page) {
+        qApp->removeEventFilter(&user);  // who does not answer
+        QTimer::singleShot(0, &page, [this] { app.HandOver().Receive({"/gone.pdb", {}}); });
+        Click(page.Control<QWidget>(kOkButton));
+        qApp->installEventFilter(&user);
+        user.ExpectMessage("Invalid database file.");
+        EXPECT_TRUE(QTest::qWaitFor([&page] { return !page.isVisible(); }));
+    });
+    ChooseMenu("Database", "Export to Calendar...");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
+    EXPECT_EQ(items->asked, -1) << "another file came while it was asked";
+}
+
 TEST_F(ExportsTest, TheFormExportsItsRecordAsItWasJustEntered) {
     OpenForEditing(AllTypesParts());
     InForm(0, [this](CQuillaryDialog& page) {
@@ -137,6 +154,7 @@ TEST_F(ExportsTest, ContactsNeedAFieldAndCanBeStoppedAndTheirFilesOpened) {
         Export(kContacts, [&](CQuillaryDialog& page) {
             Key(page, 1002, Qt::Key_N);
             user.ExpectMessage(waitsAt < 0 ? "Opening the address book..." : "Exporting 2 of 3 records...", "Cancel");
+            if (waitsAt == 2) user.ExpectMessage("2 of 3 records were exported.");
         });
         held->GoOn();
         items.reset();

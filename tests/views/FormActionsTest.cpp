@@ -134,8 +134,16 @@ TEST_F(FormActionsTest, DialTakesThePhoneFieldOrAsksWhich) {
         user.ExpectDialog(216, [](CQuillaryDialog& choice) { Press(choice, kCancelButton); });
         Press(page, ID_FORM_DIAL);
         EXPECT_EQ(launcher.started, (Links{"tel:(555)123-4567", "tel:"})) << "cancelled, the phone program asks";
-        Press(page, kOkButton);
+        user.ExpectDialog(216, [&](CQuillaryDialog& choice) {
+            app.HandOver().Receive({"/gone.pdb", {}});
+            EXPECT_TRUE(QTest::qWaitFor([&] { return !choice.isVisible(); }));
+        });
+        user.ExpectMessage("Invalid database file.");
+        Press(page, ID_FORM_DIAL);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !page.isVisible(); }));
+        EXPECT_EQ(launcher.started.size(), 2u) << "nobody has cancelled when another file comes";
     });
+    EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
 }
 
 TEST_F(FormActionsTest, WithoutAPhoneProgramDialIsDisabledAndSaysWhy) {
