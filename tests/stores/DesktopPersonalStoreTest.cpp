@@ -73,6 +73,9 @@ TEST_F(DesktopStore, FilesAreForTheUserAloneAndKeepWhatTheUserMadeOfThem) {
     m_folder.Write("data/quillary/calendar/u1.ics", "edited");
     EXPECT_TRUE(store.AddAppointment({}, "u1"));
     EXPECT_EQ("edited", FileBytes(m_calendar / "u1.ics"));
+    m_folder.Write("data/quillary/calendar/u1.ics", "");  // as a power cut may leave it
+    EXPECT_TRUE(store.AddAppointment({}, "u1"));
+    EXPECT_TRUE(FileBytes(m_calendar / "u1.ics").starts_with("BEGIN:VCALENDAR"));
 }
 
 TEST_F(DesktopStore, RefusesFoldersThatCannotHoldFiles) {
