@@ -1,5 +1,6 @@
 #include "remote/CatalogueAnswer.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <limits>
 #include <string>
@@ -12,6 +13,8 @@ namespace {
 
 constexpr std::string_view kHeaderEnd = ":";
 constexpr std::string_view kFieldEnd = "^!";
+// A hundred times what a query asks for at most: a list that a person reads, not what fills the memory.
+constexpr std::int64_t kMostResults = 10000;
 
 class Tokens {
   public:
@@ -47,7 +50,7 @@ CataloguePage ReadPage(std::string_view answer) {
     page.last = ReadDecimal(tokens.Next(kHeaderEnd));
     page.total = ReadDecimal(tokens.Next(kHeaderEnd));
     const auto claimed = std::int64_t{page.last} - page.first + 1;
-    const auto most = claimed < 0 ? std::numeric_limits<std::int64_t>::max() : claimed;
+    const auto most = claimed < 0 ? kMostResults : std::min(claimed, kMostResults);
     for (std::int64_t i = 0; i < most && !tokens.AtEnd(); ++i) {
         auto result = std::make_unique<CRemoteResult>();
         result->name = tokens.Next(kFieldEnd);

@@ -18,7 +18,7 @@ struct CataloguePage {
 };
 
 /// "first:last:total:" and behind it last - first + 1 results, or as many as there are when that is less than none or
-/// more than there are.
+/// more than there are; 10,000 at most.
 [[nodiscard]] CataloguePage ReadPage(std::string_view answer);
 
 [[nodiscard]] CRemoteDetails ReadDetails(std::string_view answer);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "db/Ascii.h"
+#include "db/Utf.h"
 
 namespace quillary {
 
@@ -13,6 +13,12 @@ constexpr std::string_view kEnding = ".pdb";
 // As file systems have it, less what a number, an ending and the beginning of a hidden name take.
 constexpr std::size_t kMostNameBytes = 255 - 32;
 constexpr int kMostNames = 10000;
+
+// A control character, or one that turns the direction of writing, with which a name could show another ending.
+bool IsUnseen(char16_t c) {
+    return c < 0x20 || (c >= 0x7F && c < 0xA0) || c == 0x200E || c == 0x200F || (c >= 0x2028 && c <= 0x202E) ||
+           (c >= 0x2066 && c <= 0x2069);
+}
 
 // Cut in front of its ending, never inside a character.
 std::string Shortened(const std::string& name, std::size_t most) {
@@ -34,12 +40,11 @@ Path Numbered(const Path& path, int number) {
 }  // namespace
 
 std::string SafeFileName(std::string_view name, bool isInPackage) {
-    std::string safe;
-    for (const char c : name) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 || byte == 0x7F) continue;
-        safe += c == '\\' || c == '/' ? '-' : c == ':' ? '_' : c;
+    std::u16string kept;
+    for (const char16_t c : Utf8ToWide(name).value_or(std::u16string())) {
+        if (!IsUnseen(c)) kept += c == u'\\' || c == u'/' ? u'-' : c == u':' ? u'_' : c;
     }
+    std::string safe = WideToUtf8(kept);
     for (std::size_t i = 0; i < safe.size() && safe[i] == '.'; ++i) safe[i] = '_';
     if (safe.empty()) safe = "_";
     if (!isInPackage) safe += kEnding;

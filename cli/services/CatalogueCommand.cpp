@@ -10,6 +10,7 @@
 #include "cli/Progress.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
+#include "cli/services/Interrupts.h"
 #include "cli/services/ServiceCommands.h"
 #include "db/Ascii.h"
 #include "platform/http/CurlSession.h"
@@ -83,10 +84,13 @@ class CatalogueRun {
             path /= SafeFileName(m_arguments.Value("--name").value_or(m_arguments.words[1]), isInPackage);
         } else if (m_arguments.Has("--name")) {
             return m_session.WrongUsage("--name is for a TARGET that is a folder.");
+        } else if (std::filesystem::exists(path, none) && !std::filesystem::is_regular_file(path, none)) {
+            return m_session.Refuse(path.string() + " is neither a file nor a folder.");
         }
+        const Interrupts interrupts([this] { m_catalog.Session().Cancel(); });
         DownloadTarget target(m_session.Files(), path);
         if (!m_catalog.Download(item, isInPackage, target)) {
-            return m_session.Refuse("The file was not downloaded: " + m_catalog.Reason());
+            return m_session.Refuse("The file was not downloaded to " + path.string() + ": " + m_catalog.Reason());
         }
         m_session.Out().Append(target.KeptAs().string() + "\n");
         return ExitStatus::Done;
@@ -176,7 +180,14 @@ constexpr Action kActions[] = {
 };
 constexpr std::string_view kOwnOptions[] = {"--title", "--category", "--pages", "--json", "--in-package", "--name"};
 
+// A name and, behind a colon, a port. The colons of an address in numbers stand in brackets.
 bool IsServer(std::string_view server) {
+    const auto colon = server.find(':', server.starts_with('[') ? server.find(']') : 0);
+    if (colon != std::string_view::npos) {
+        const auto port = ReadWholeNumber(server.substr(colon + 1));
+        if (!port || *port < 1 || *port > 65535) return false;
+        server = server.substr(0, colon);
+    }
     return !server.empty() && std::none_of(server.begin(), server.end(), [](char c) {
         return c <= ' ' || c > '~' || std::string_view("/?#@\\").find(c) != std::string_view::npos;
     });

@@ -1,12 +1,15 @@
 // "Download Database ...", against a server on this machine.
 #include <QComboBox>
 #include <QElapsedTimer>
+#include <QFile>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
@@ -189,6 +192,41 @@ TEST_F(DownloadDatabaseTest, OneFileOpens) {
                                                            "&category=palm-related",
                                                            "/?global_op=download_file&file_id=7"}));
 }
+
+#ifdef CATALOGUE_PROGRAM
+TEST_F(DownloadDatabaseTest, TheCatalogueServersOwnAnswers) {
+    const QTemporaryDir published;
+    QFile database(published.filePath("people.pdb"));
+    ASSERT_TRUE(database.open(QFile::WriteOnly));
+    database.write(QByteArray::fromStdString(PeopleParts().Build()));
+    database.close();
+    QTest::qWait(100);  // the server leaves alone what may still be being written
+    QProcess program;
+    program.start(CATALOGUE_PROGRAM, {"--folder", published.path(), "--port", "0"});
+    ASSERT_TRUE(program.waitForReadyRead());
+    const QString place = QString::fromLocal8Bit(program.readLine()).section("http://", 1).section('/', 0, 0);
+    for (const auto name : {kCatalogueServer, kDownloadServer}) {
+        settings.texts.insert_or_assign(std::string(name), place.toStdString());
+    }
+    ClickOn(kSearch, kOkButton);
+    OnPage(kResults, [](CQuillaryDialog& page) {
+        EXPECT_EQ(Rows(page), "People/0.9");
+        Click(page.Control<QWidget>(ID_RESULTS_INFORMATION));
+    });
+    OnPage(kInformation, [](CQuillaryDialog& page) {
+        EXPECT_TRUE(page.Control<QPlainTextEdit>(1059)->toPlainText().startsWith("Last Updated: 20"));
+        page.reject();
+    });
+    TickAndBegin(1);
+    ClickOn(kSaveToPath, kOkButton);
+    FinishDownload("Saved in /nowhere");
+    Download();
+    EXPECT_EQ(Title(), "People");
+    EXPECT_EQ(files.contents["/nowhere/People.pdb"], PeopleParts().Build());
+    program.terminate();
+    EXPECT_TRUE(program.waitForFinished());
+}
+#endif
 
 TEST_F(DownloadDatabaseTest, ResultsAreASortedTreeToTick) {
     answers = {{"start=0", "0:2:5:B^!d1^!1^!pdb^!10^!a^!d2^!2^!pdb^!9^!pack^!d3^!3^!zip^!1^!"},

@@ -137,6 +137,18 @@ def by_script():
         assert bytes_of(where) == bytes_of("pub/planets.pdb"), where
     inside = listed[0].split("\t")[3]
     assert catalogue("download", inside, "got", "--in-package", "--name", "../x") == "got/__-x\n"
+    # Ended in the midst of a transfer it leaves nothing.
+    with socket.create_server(("127.0.0.1", 0)) as stuck:
+        place = f"127.0.0.1:{stuck.getsockname()[1]}"
+        process = subprocess.Popen([qly, "catalogue", "download", "1", "got", "--server", place], stderr=subprocess.PIPE)
+        client = stuck.accept()[0]
+        client.recv(4096)
+        client.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\nhalf")
+        until(lambda: len(os.listdir("got")) == 4, "the beginning of a file")
+        process.send_signal(signal.SIGTERM)
+        assert process.wait(20) == -signal.SIGTERM
+        process.stderr.close()
+        client.close()
     assert sorted(os.listdir("got")) == ["Planets (2).pdb", "Planets.pdb", "__-x"]
 
 

@@ -18,9 +18,11 @@ TEST_F(CatalogueCommand, Refuses) {
                {"another command's option", {"search", "--name", "x"}, 2, "\"catalogue search\" has no \"--name\"."},
                {"no pages", {"search", "--pages", "0"}, 2, "a number from 1"},
                {"a path for a server", {"search", "--server", "h/x"}, 2, "HOST or HOST:PORT"},
+               {"no port", {"search", "--server", "h:8711x"}, 2, "HOST or HOST:PORT"},
+               {"a device", {"download", "1", "/dev/null"}, 1, "/dev/null is neither a file nor a folder."},
                {"a character that cannot travel", {"search", "--title", "\xD0\xB6"}, 1, "cannot be stored"},
                {"nobody there", {"search", "--server", "127.0.0.1:1"}, 1, "No results returned. ("},
-               {"nor for a file", {"download", "1", "x", "--server", "127.0.0.1:1"}, 1, "was not downloaded: "},
+               {"nor for a file", {"download", "1", "x", "--server", "127.0.0.1:1"}, 1, "was not downloaded to x: "},
            });
 }
 

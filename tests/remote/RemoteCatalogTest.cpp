@@ -79,6 +79,9 @@ TEST(CatalogueAnswer, TakesWhatIsThere) {
         EXPECT_EQ(NamesOf(page.results), c.results) << c.name;
         EXPECT_EQ(page.total, c.total) << c.name;
     }
+    std::string endless = "0:-2:99:";
+    for (int i = 0; i < 60000; ++i) endless += "^!";
+    EXPECT_EQ(ReadPage(endless).results.size(), 10000u);
     EXPECT_EQ(ReadDetails("A^!B^!C^!D^!E^!F^!4.5^!9^!").rating, "4.50");
     EXPECT_EQ(ReadDetails("A^!B^!C^!D^!E^!F^!0.0^!9^!").rating, "0.0");
     EXPECT_EQ(ReadDetails("^!^!^!^!^!^!none^!").rating, "none");
@@ -219,6 +222,9 @@ TEST(DownloadTarget, KeepsNamesInsideItsFolder) {
         {".hidden", false, "_hidden.pdb"},
         {"a\r\nb\x7F", true, "ab"},
         {"\n", true, "_"},
+        {"a\xC2\x81\xE2\x80\xAE"
+         "fdp.exe",
+         true, "afdp.exe"},
         {"", false, "_.pdb"},
     };
     for (const Case& c : kCases) EXPECT_EQ(SafeFileName(c.name, c.isInPackage), c.safe);
