@@ -201,7 +201,8 @@ const Command kCommands[] = {
      1, 1, kTextOptions, ExitStatus::Refused, RunText},
     {"calendar", "FILE --date FIELD [--start FIELD] [--end FIELD] [--field NAME]...",
      "Export every shown record as an appointment",
-     "The subject is the database's name. Records without a date are exported too, at 30 December 1899, and counted on\n"
+     "The subject is the database's name. Records without a date are exported too, at 30 December 1899, and counted "
+     "on\n"
      "standard error. Appointments go to the calendar of the desktop's Evolution where the "
      "session\n"
      "has it, else each becomes a file; the preference PersonalStore=files in Quillary's settings makes files always.\n"

@@ -33,7 +33,8 @@ class ExportRun {
     /// run has ended: every item was tried, or the store could not be opened.
     [[nodiscard]] bool Advance();
     /// No item follows the one that is being written. Waits for that one for `patience` at most; a store that takes
-    /// longer, as while another program starts up, is left to itself and keeps nothing any more. True when it has ended.
+    /// longer, as while another program starts up, is left to itself and keeps nothing any more. True when it has
+    /// ended.
     bool Stop(std::chrono::milliseconds patience = {});
 
     /// The store is open, and items are being written.
