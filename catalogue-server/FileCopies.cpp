@@ -1,5 +1,6 @@
 #include "catalogue-server/FileCopies.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <chrono>
@@ -18,6 +19,8 @@ constexpr std::uint64_t kMostKeptBytes = 128u << 20;
 constexpr std::size_t kMostKept = 8192;
 constexpr std::size_t kMostJobs = 1024;
 constexpr std::chrono::milliseconds kBetweenTries{5};
+// Room comes when a client has read to the end, which takes longer than another program holds a lock.
+constexpr std::chrono::milliseconds kBetweenTriesForRoom{100};
 
 std::int64_t NowMs() {
     using std::chrono::steady_clock;
@@ -34,6 +37,12 @@ bool StampOf(const PosixFile& file, FileStamp& stamp) {
 CopyResult Failed(const FileError& error) {
     const bool mayPass = error.kind == FileError::Kind::Busy || error.kind == FileError::Kind::Recovery;
     return {mayPass ? CopyOutcome::Busy : CopyOutcome::Gone, nullptr};
+}
+
+// What was an archive when it was listed and is none now is being written by a program that knows of no locks.
+CopyResult FailedArchive(const FileError& error) {
+    if (error.kind == FileError::Kind::NotAFile) return {CopyOutcome::Busy, nullptr};
+    return Failed(error);
 }
 
 }  // namespace
@@ -64,6 +73,7 @@ bool FileCopies::Make(WantedFile wanted, Receiver receiver) {
         job = m_jobs.emplace(std::move(key), Job{std::move(wanted), {}, NowMs() + kLockWait.count()}).first;
     }
     job->second.receivers.push_back(std::move(receiver));
+    m_isAskedAnew = true;
     m_changed.notify_one();
     return true;
 }
@@ -84,7 +94,9 @@ void FileCopies::Work() {
         std::vector<std::pair<std::string, WantedFile>> round;
         for (const auto& [key, job] : m_jobs) round.emplace_back(key, job.wanted);
         if (round.empty()) return;
+        m_isAskedAnew = false;
         bool isAnyBusy = false;
+        auto pause = kBetweenTriesForRoom;
         for (const auto& [key, wanted] : round) {
             Made made;
             if (!m_stopping) {
@@ -95,6 +107,7 @@ void FileCopies::Work() {
             const auto job = m_jobs.find(key);
             if (made.result.outcome == CopyOutcome::Busy && !m_stopping && NowMs() < job->second.deadlineMs) {
                 isAnyBusy = true;
+                if (!made.lacksRoom) pause = kBetweenTries;
                 continue;
             }
             if (made.result.copy) Keep(key, made);
@@ -104,7 +117,7 @@ void FileCopies::Work() {
             for (const Receiver& receiver : receivers) receiver(made.result);
             lock.lock();
         }
-        if (isAnyBusy) m_changed.wait_for(lock, kBetweenTries, [this] { return m_stopping; });
+        if (isAnyBusy) m_changed.wait_for(lock, pause, [this] { return m_stopping || m_isAskedAnew; });
     }
 }
 
@@ -117,51 +130,92 @@ FileCopies::Made FileCopies::TryToMake(const WantedFile& wanted) {
         made.result = Failed(error);
         return made;
     }
-    std::shared_ptr<const Image> image;
-    if (publication->kind == PublicationKind::Database) {
+    // Before anything is read: who waits for room would read a large file again and again.
+    struct stat status {};
+    const bool isThere = fstat(source.Descriptor(), &status) == 0;
+    if (!isThere || !HasRoomFor(file ? file->size : static_cast<std::uint64_t>(status.st_size))) {
+        made.lacksRoom = isThere;
+        return made;
+    }
+    if (file) {
+        made = MakePackageFile(std::move(source), *file);
+    } else if (publication->kind == PublicationKind::Package) {
+        made = MakePackage(std::move(source));
+    } else {
         WholeDatabase database;
         const Path path = catalogue->folder->Location() / publication->path;
-        if (!ReadWholeDatabase(std::move(source), path, database, error)) {
+        if (ReadWholeDatabase(std::move(source), path, database, error)) {
+            made.stamp = database.stamp;
+            made.image = std::move(database.image);
+        } else {
             made.result = Failed(error);
-            return made;
         }
-        made.stamp = database.stamp;
-        image = std::move(database.image);
-    } else {
-        auto bytes = std::make_shared<Image>();
-        FileStamp after;
-        if (file) {
-            auto package = Package::Open(std::move(source), error);
-            made.result.outcome = CopyOutcome::Gone;
-            if (!package) {
-                made.result = Failed(error);
-                return made;
-            }
-            made.stamp = package->Stamp();
-            // By its id: the archive may have been packed anew since it was listed.
-            for (const PackageFile& now : package->Files()) {
-                if (now.id == file->id && package->Unpack(now, *bytes, error)) made.result.outcome = CopyOutcome::Done;
-            }
-            if (made.result.outcome == CopyOutcome::Gone) return made;
-        } else if (!StampOf(source, made.stamp) || !source.Read(kLargestPublished, *bytes, error) ||
-                   !StampOf(source, after) || !after.SameState(made.stamp)) {
-            return made;
-        }
-        image = std::move(bytes);
     }
-    made.result.copy = Counted(std::move(image));
+    if (!made.image) return made;
+    made.result.copy = Counted(std::move(made.image));
     made.result.outcome = made.result.copy ? CopyOutcome::Done : CopyOutcome::Busy;
+    made.lacksRoom = !made.result.copy;
     return made;
+}
+
+FileCopies::Made FileCopies::MakePackageFile(PosixFile source, const PackageFile& file) {
+    FileError error;
+    Made made;
+    auto package = Package::Open(std::move(source), error);
+    if (!package) {
+        made.result = FailedArchive(error);
+        return made;
+    }
+    made.stamp = package->Stamp();
+    made.result.outcome = CopyOutcome::Gone;
+    auto bytes = std::make_shared<Image>();
+    // By its id: the archive may have been packed anew since it was listed.
+    for (const PackageFile& now : package->Files()) {
+        if (now.id != file.id) continue;
+        if (!HasRoomFor(now.size)) {
+            made.result.outcome = CopyOutcome::Busy;
+            made.lacksRoom = true;
+        } else if (package->Unpack(now, *bytes, error)) {
+            made.image = std::move(bytes);
+        }
+        break;
+    }
+    return made;
+}
+
+FileCopies::Made FileCopies::MakePackage(PosixFile source) {
+    FileError error;
+    Made made;
+    // Looks whether it is whole, and takes its lock, which is held for as long as one of the two descriptors is open.
+    const auto package = Package::Open(PosixFile(fcntl(source.Descriptor(), F_DUPFD_CLOEXEC, 0)), error);
+    if (!package) {
+        made.result = FailedArchive(error);
+        return made;
+    }
+    FileStamp after;
+    auto bytes = std::make_shared<Image>();
+    if (!source.Read(kLargestPublished, *bytes, error) || !StampOf(source, after) ||
+        !after.SameState(package->Stamp())) {
+        return made;
+    }
+    made.stamp = package->Stamp();
+    made.image = std::move(bytes);
+    return made;
+}
+
+bool FileCopies::HasRoomFor(std::uint64_t size) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    const std::uint64_t with = m_bytes->load() + size;
+    if (with <= kMostBytes) return true;
+    // What is being sent stays; when that is too much, this file waits.
+    if (with > kMostBytes + m_keptBytes) return false;
+    DropUntil(0);
+    return m_bytes->load() + size <= kMostBytes;
 }
 
 std::shared_ptr<const FileCopy> FileCopies::Counted(std::shared_ptr<const Image> image) {
     const std::uint64_t size = image->Size();
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_bytes->load() + size > kMostBytes) DropUntil(0);
-    }
-    // What is being sent stays; when that is too much, this file waits.
-    if (m_bytes->load() + size > kMostBytes) return nullptr;
+    if (!HasRoomFor(size)) return nullptr;
     auto copy = FileCopy::Make(std::move(image));
     if (!copy) return nullptr;
     *m_bytes += size;

@@ -64,10 +64,16 @@ class FileCopies {
     struct Made {
         CopyResult result;
         FileStamp stamp;
+        std::shared_ptr<const Image> image;  // until it is the copy
+        bool lacksRoom = false;
     };
 
     void Work();
     [[nodiscard]] Made TryToMake(const WantedFile& wanted);
+    [[nodiscard]] Made MakePackageFile(PosixFile source, const PackageFile& file);
+    [[nodiscard]] Made MakePackage(PosixFile source);
+    /// Lets go of the copies that are kept when that makes room.
+    [[nodiscard]] bool HasRoomFor(std::uint64_t size);
     [[nodiscard]] std::shared_ptr<const FileCopy> Counted(std::shared_ptr<const Image> image);
     void Keep(const std::string& key, const Made& made);
     void DropUntil(std::uint64_t mostBytes);
@@ -75,6 +81,7 @@ class FileCopies {
     std::mutex m_mutex;
     std::condition_variable m_changed;
     bool m_stopping = false;
+    bool m_isAskedAnew = false;
     std::unordered_map<std::string, Job> m_jobs;
     std::list<KeptCopy> m_kept;  // the one asked for last is the first
     std::unordered_map<std::string, std::list<KeptCopy>::iterator> m_keptByKey;

@@ -68,6 +68,7 @@ Publication MakePublication(const std::string& path, const FileFacts& facts, con
     publication.kind = facts.kind;
     publication.title = std::string(TrimmedText(texts->title.value_or(facts.name)));
     if (publication.title.empty()) publication.title = ValidText(Path(path).stem().native());
+    publication.title = std::string(BeginningOf(publication.title, kLongestName));
     publication.category = std::string(TrimmedText(texts->category.value_or("")));
     publication.author = texts->author.value_or("");
     publication.description = texts->description.value_or(facts.infoText);

@@ -77,7 +77,8 @@ std::string ListedName(std::string_view nameInArchive) {
         if (!name.empty()) name += '-';
         name += part;
     }
-    return name;
+    // The end tells the kind of file.
+    return std::string(EndOf(name, kLongestName));
 }
 
 void Package::Close::operator()(zip* archive) const { zip_discard(archive); }

@@ -88,6 +88,7 @@ class Server::Running {
     [[nodiscard]] MHD_Result Refuse(MHD_Connection* connection, unsigned status, const char* reason);
     [[nodiscard]] MHD_Result Send(MHD_Connection* connection, unsigned status, const Response& response,
                                   std::uint64_t size);
+    void GiveTimeFor(std::uint64_t size, Deadlines::Connection& deadline) const;
     static Deadlines::Connection* DeadlineOf(MHD_Connection* connection);
 
     const CatalogueKeeper& m_keeper;
@@ -105,10 +106,9 @@ bool Server::Running::Start(PosixFile socket) {
         MHD_USE_EPOLL_INTERNAL_THREAD | MHD_ALLOW_SUSPEND_RESUME, 0, nullptr, nullptr, &Asked, this,
         MHD_OPTION_LISTEN_SOCKET, socket.Descriptor(), MHD_OPTION_THREAD_POOL_SIZE, threads,
         MHD_OPTION_CONNECTION_LIMIT, m_limits.connections, MHD_OPTION_PER_IP_CONNECTION_LIMIT,
-        m_limits.connectionsPerAddress, MHD_OPTION_CONNECTION_TIMEOUT, static_cast<unsigned>(m_limits.patience.count()),
-        MHD_OPTION_CONNECTION_MEMORY_LIMIT, kConnectionMemory, MHD_OPTION_URI_LOG_CALLBACK, &Begun, this,
-        MHD_OPTION_NOTIFY_COMPLETED, &Completed, this, MHD_OPTION_NOTIFY_CONNECTION, &Connected, this,
-        MHD_OPTION_SIGPIPE_HANDLED_BY_APP, 1, MHD_OPTION_END);
+        m_limits.connectionsPerAddress, MHD_OPTION_CONNECTION_MEMORY_LIMIT, kConnectionMemory,
+        MHD_OPTION_URI_LOG_CALLBACK, &Begun, this, MHD_OPTION_NOTIFY_COMPLETED, &Completed, this,
+        MHD_OPTION_NOTIFY_CONNECTION, &Connected, this, MHD_OPTION_SIGPIPE_HANDLED_BY_APP, 1, MHD_OPTION_END);
     if (m_daemon) (void)socket.Release();  // the library's from here on
     return m_daemon != nullptr;
 }
@@ -127,7 +127,8 @@ void Server::Running::Completed(void* self, MHD_Connection* connection, void** e
                                 MHD_RequestTerminationCode /*how*/) {
     delete static_cast<Exchange*>(*exchange);
     *exchange = nullptr;
-    if (auto* deadline = DeadlineOf(connection)) deadline->EndIn(Of(self).m_limits.patience);
+    // Written is not yet sent.
+    if (auto* deadline = DeadlineOf(connection)) Of(self).GiveTimeFor(deadline->BytesUnderWay(), *deadline);
 }
 
 void Server::Running::Connected(void* self, MHD_Connection* connection, void** socketContext,
@@ -159,7 +160,7 @@ MHD_Result Server::Running::Answer(MHD_Connection* connection, std::string_view 
         exchange.isWhole = true;
         return MHD_YES;
     }
-    const Request request = ParseRequest(exchange.target, m_codePage);
+    Request request = ParseRequest(exchange.target, m_codePage);
     const std::shared_ptr<const Catalogue> catalogue = m_keeper.Current();
     const CatalogueIndex& index = catalogue->index;
     switch (request.kind) {
@@ -175,11 +176,12 @@ MHD_Result Server::Running::Answer(MHD_Connection* connection, std::string_view 
         case RequestKind::PackageFile:
             break;
     }
+    const bool asksDetails = request.kind == RequestKind::Details;
+    // A file in a package has no details but those of the package.
+    if (asksDetails && request.docId.starts_with(kPackagePath)) request = ParseRequest(request.docId, m_codePage);
     const bool isInside = request.kind == RequestKind::PackageFile;
     const auto publication = index.Find(isInside ? std::string() : request.docId, request.fileId);
     if (!publication) return Refuse(connection, MHD_HTTP_NOT_FOUND, "There is no such file.");
-    if (request.kind == RequestKind::Details) return Text(connection, DetailsAnswer(*publication, m_codePage));
-    if (request.kind == RequestKind::PackageFiles) return Text(connection, PackageAnswer(*publication, m_codePage));
     WantedFile wanted{catalogue, publication, nullptr};
     if (isInside) {
         const auto& files = publication->files;
@@ -192,6 +194,8 @@ MHD_Result Server::Running::Answer(MHD_Connection* connection, std::string_view 
         const bool isPackage = publication->kind == PublicationKind::Package;
         exchange.fileName = publication->title + (isPackage ? ".zip" : ".pdb");
     }
+    if (asksDetails) return Text(connection, DetailsAnswer(*publication, m_codePage));
+    if (request.kind == RequestKind::PackageFiles) return Text(connection, PackageAnswer(*publication, m_codePage));
     return SendFile(connection, std::move(wanted), exchange);
 }
 
@@ -243,10 +247,12 @@ MHD_Result Server::Running::Refuse(MHD_Connection* connection, unsigned status, 
 MHD_Result Server::Running::Send(MHD_Connection* connection, unsigned status, const Response& response,
                                  std::uint64_t size) {
     if (!response) return MHD_NO;
-    if (auto* deadline = DeadlineOf(connection)) {
-        deadline->EndIn(m_limits.patience + seconds(static_cast<std::int64_t>(size / kBytesPerSecond)));
-    }
+    if (auto* deadline = DeadlineOf(connection)) GiveTimeFor(size + deadline->BytesUnderWay(), *deadline);
     return MHD_queue_response(connection, status, response.get());
+}
+
+void Server::Running::GiveTimeFor(std::uint64_t size, Deadlines::Connection& deadline) const {
+    deadline.EndIn(m_limits.patience + seconds(static_cast<std::int64_t>(size / kBytesPerSecond)));
 }
 
 Server::Server(const CatalogueKeeper& keeper, const AnsiText& codePage) : m_keeper(keeper), m_codePage(codePage) {}

@@ -21,6 +21,8 @@ int HexValue(char c) {
 
 bool IsBlankOrControl(char c) { return static_cast<unsigned char>(c) <= ' ' || c == '\x7F'; }
 
+bool IsInsideCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
 }  // namespace
 
 std::string FoldedText(std::string_view utf8) {
@@ -110,6 +112,19 @@ std::string HexText(std::uint64_t number) {
     char digits[17];
     std::snprintf(digits, sizeof digits, "%016llx", static_cast<unsigned long long>(number));
     return digits;
+}
+
+std::string_view BeginningOf(std::string_view text, std::size_t most) {
+    if (text.size() <= most) return text;
+    while (most > 0 && IsInsideCharacter(text[most])) --most;
+    return text.substr(0, most);
+}
+
+std::string_view EndOf(std::string_view text, std::size_t most) {
+    if (text.size() <= most) return text;
+    text.remove_prefix(text.size() - most);
+    while (!text.empty() && IsInsideCharacter(text.front())) text.remove_prefix(1);
+    return text;
 }
 
 }  // namespace quillary

@@ -30,4 +30,10 @@ namespace quillary {
 /// Sixteen hexadecimal digits.
 [[nodiscard]] std::string HexText(std::uint64_t number);
 
+/// The longest title, and the longest name of a file in a package, in bytes: answers of many of them stay small.
+inline constexpr std::size_t kLongestName = 255;
+/// At most so many bytes from the beginning, or the end, of a UTF-8 text, cut between characters.
+[[nodiscard]] std::string_view BeginningOf(std::string_view text, std::size_t most);
+[[nodiscard]] std::string_view EndOf(std::string_view text, std::size_t most);
+
 }  // namespace quillary

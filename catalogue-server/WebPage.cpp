@@ -4,13 +4,17 @@
 
 #include "catalogue-server/Answers.h"
 #include "catalogue-server/Texts.h"
-#include "db/Utf.h"
 
 namespace quillary {
 
 namespace {
 
-constexpr std::size_t kLongestDescription = 280;  // UTF-16 units
+// So many clients may wait for a page at once that it has to be small. The rest of the rows are on the next one.
+constexpr std::size_t kFullPage = 256 << 10;
+constexpr std::size_t kMostFilesShown = 20;
+constexpr std::size_t kMostCategoriesOffered = 200;
+constexpr std::size_t kLongestCategoryOffered = 80;  // bytes
+constexpr std::size_t kLongestText = 280;            // bytes
 
 constexpr const char* kHead = R"(<!DOCTYPE html>
 <html lang="en"><head><meta charset="utf-8"><meta name="viewport" content="width=device-width, initial-scale=1">
@@ -40,11 +44,9 @@ std::string Link(const std::string& address, const std::string& text) {
 }
 
 std::string Beginning(const std::string& text) {
-    auto wide = Utf8ToWide(TrimmedText(text));
-    if (!wide || wide->size() <= kLongestDescription) return std::string(TrimmedText(text));
-    wide->resize(kLongestDescription);
-    if ((wide->back() & 0xFC00) == 0xD800) wide->pop_back();
-    return WideToUtf8(*wide + u"…");
+    const std::string_view whole = TrimmedText(text);
+    const std::string_view shown = BeginningOf(whole, kLongestText);
+    return shown.size() == whole.size() ? std::string(whole) : std::string(shown) + "…";
 }
 
 std::string Form(const CatalogueIndex& index, const SearchTerms& terms) {
@@ -53,8 +55,10 @@ std::string Form(const CatalogueIndex& index, const SearchTerms& terms) {
         "value=\"" +
         HtmlEscaped(terms.title) + "\">";
     std::vector<std::string> categories = index.Categories();
-    std::erase(categories, "");
+    // A shortened one would not be found.
+    std::erase_if(categories, [](const std::string& c) { return c.empty() || c.size() > kLongestCategoryOffered; });
     std::sort(categories.begin(), categories.end());
+    categories.resize(std::min(categories.size(), kMostCategoriesOffered));
     if (!categories.empty()) {
         form += "<select name=\"category\" aria-label=\"Category\"><option value=\"\">Any category</option>";
         const std::string chosen = FoldedText(terms.category);
@@ -72,7 +76,7 @@ void AppendRow(const Publication& row, std::string& page) {
     const std::string download = "/?global_op=download_file&file_id=" + PercentEncoded(row.fileId);
     page += "<li>" + Link(download, row.title) + "<small>" + KilobytesText(row.size) + " KB";
     for (const std::string* text : {&row.category, &row.author, &row.language, &row.updated}) {
-        if (!text->empty()) page += " · " + HtmlEscaped(*text);
+        if (!text->empty()) page += " · " + HtmlEscaped(Beginning(*text));
     }
     page += "</small>";
     const std::string description = Beginning(row.description);
@@ -80,10 +84,13 @@ void AppendRow(const Publication& row, std::string& page) {
     if (!row.files.empty()) {
         const std::size_t count = row.files.size();
         page += "<details><summary>" + std::to_string(count) + (count == 1 ? " file" : " files") + "</summary><ul>";
-        for (const PackageFile& file : row.files) {
+        const std::size_t shown = std::min(count, kMostFilesShown);
+        for (std::size_t i = 0; i < shown; ++i) {
+            const PackageFile& file = row.files[i];
             page += "<li>" + Link(PackageFilePath(row, file), file.name) + "<small>" + KilobytesText(file.size) +
                     " KB</small></li>";
         }
+        if (shown < count) page += "<li>and " + std::to_string(count - shown) + " more, in the package</li>";
         page += "</ul></details>";
     }
     page += "</li>\n";
@@ -101,11 +108,16 @@ std::string WebPage(const CatalogueIndex& index, const SearchTerms& terms, const
                     std::size_t pageSize) {
     std::string page = kHead + Form(index, terms);
     if (found.rows.empty()) return page + "<p>No results returned.</p>\n</body></html>\n";
-    const std::size_t end = found.first + found.rows.size();
+    std::string rows;
+    std::size_t end = found.first;
+    for (const Publication* row : found.rows) {
+        if (page.size() + rows.size() > kFullPage && end > found.first) break;
+        AppendRow(*row, rows);
+        ++end;
+    }
     page += "<p>" + std::to_string(found.first + 1) + " to " + std::to_string(end) + " of " +
             std::to_string(found.total) + "</p>\n<ul>\n";
-    for (const Publication* row : found.rows) AppendRow(*row, page);
-    page += "</ul>\n<nav>";
+    page += rows + "</ul>\n<nav>";
     if (found.first > 0) page += PageLink(terms, found.first - std::min(found.first, pageSize), "Previous");
     if (end < found.total) page += PageLink(terms, end, "Next");
     return page + "</nav>\n</body></html>\n";

@@ -2,6 +2,7 @@
 #include <signal.h>
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <cstdio>
 #include <optional>
 #include <string>
@@ -28,6 +29,19 @@ int Complain(const std::string& message, Status status) {
     return static_cast<int>(status);
 }
 
+// Says what may be given, of what is no number as well. Without a name it adds nothing to the help.
+CLI::Validator WholeNumber(int least, int most) {
+    const auto check = [least, most](const std::string& text) {
+        int number = 0;
+        const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), number);
+        if (problem == std::errc{} && end == text.data() + text.size() && number >= least && number <= most) {
+            return std::string();
+        }
+        return "\"" + text + "\" is not a whole number from " + std::to_string(least) + " to " + std::to_string(most);
+    };
+    return CLI::Validator(check, "");
+}
+
 // The status to end with, when there is nothing to serve.
 std::optional<int> ReadOptions(int argc, char** argv, Options& options) {
     CLI::App app(
@@ -35,7 +49,10 @@ std::optional<int> ReadOptions(int argc, char** argv, Options& options) {
         "quillary-catalogue");
     int patience = static_cast<int>(options.limits.patience.count());
     app.add_option("--folder", options.folder, "The folder that is published")->type_name("DIR");
-    app.add_option("--port", options.port, "The port, 0 for any that is free")->capture_default_str();
+    app.add_option("--port", options.port, "The port, 0 for any that is free")
+        ->type_name("N")
+        ->check(WholeNumber(0, 65535))
+        ->capture_default_str();
     app.add_option("--listen", options.address, "The address of this machine that is listened on; 0.0.0.0 for all")
         ->type_name("ADDRESS")
         ->capture_default_str();
@@ -44,10 +61,12 @@ std::optional<int> ReadOptions(int argc, char** argv, Options& options) {
         ->capture_default_str();
     app.add_option("--connections-per-address", options.limits.connectionsPerAddress,
                    "How many connections one address may have at a time")
-        ->check(CLI::Range(1, 10000))
+        ->type_name("N")
+        ->check(WholeNumber(1, 10000))
         ->capture_default_str();
     app.add_option("--patience", patience, "How many seconds a client may take for a request, or be silent")
-        ->check(CLI::Range(1, 3600))
+        ->type_name("SECONDS")
+        ->check(WholeNumber(1, 3600))
         ->capture_default_str();
     app.set_version_flag("--version", "quillary-catalogue " QUILLARY_VERSION);
     try {

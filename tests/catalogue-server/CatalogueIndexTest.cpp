@@ -101,6 +101,30 @@ TEST(Answers, NoMarkupOfOthersReachesTheWebPage) {
     EXPECT_NE(page.find("&lt;b&gt;&quot;x&quot;"), page.npos);
 }
 
+TEST(Answers, WebPageStaysSmallAndGoesOn) {
+    CatalogueIndex::Publications rows;
+    for (int i = 0; i < 100; ++i) {
+        Publication row = *Row(std::to_string(1000 + i), std::string(5000, static_cast<char>('a' + i % 26)));
+        row.files.assign(1000, {std::string(kLongestName, '"'), "1", 1, 0});
+        rows.push_back(std::make_shared<const Publication>(row));
+    }
+    const CatalogueIndex index(std::move(rows));
+    std::size_t shown = 0;
+    for (std::size_t start = 0; start < 100;) {
+        const std::string page = WebPage(index, {}, index.Search({}, start, 100), 100);
+        EXPECT_LT(page.size(), 400u << 10);
+        EXPECT_NE(page.find("and 980 more"), page.npos);
+        std::size_t count = 0;
+        for (auto at = page.find("<li><a href=\"/?"); at != page.npos; at = page.find("<li><a href=\"/?", at + 1))
+            ++count;
+        ASSERT_GT(count, 0u);
+        start += count;
+        EXPECT_EQ(page.find("&amp;start=" + std::to_string(start)) != page.npos, start < 100);
+        shown += count;
+    }
+    EXPECT_EQ(shown, 100u);
+}
+
 TEST(CatalogueJson, TakesWhatFitsAndNamesTheRest) {
     std::vector<std::string> problems;
     const auto texts = ParseCatalogueJson(R"({"files": {"a.pdb": {"title": "A", "rating": 4.25, "downloads": 12},
@@ -123,6 +147,8 @@ TEST(Package, ListsNoPath) {
     EXPECT_EQ(ListedName("../../etc//./passwd"), "etc-passwd");
     EXPECT_EQ(ListedName("C:\\new\\..\\a.pdb"), "C:-new-a.pdb");
     EXPECT_EQ(ListedName("/../"), "");
+    EXPECT_EQ(ListedName("\u00e9" + std::string(kLongestName - 5, 'x') + ".pdb").size(), kLongestName - 1)
+        << "no half of a character";
 }
 
 }  // namespace

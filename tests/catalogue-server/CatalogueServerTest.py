@@ -90,7 +90,9 @@ def packages():
     for row, content in zip(inside, (bytes_of("pub/planets.pdb"), b"innocent")):
         status, headers, body = get(row["doc"])
         assert (status, body) == (200, content) and "/" not in headers["Content-Disposition"], row
+        assert details(row) == details(bundle), "a file in a package has the package's details"
     assert get(inside[0]["doc"][:-1])[0] == 404
+    assert get(f"/wireless/?screen=qly_detail&one_file=1&doc_id={inside[0]['doc']}0&file_id=x")[0] == 404
     with zipfile.ZipFile("many.zip", "w") as archive:
         for i in range(1001):
             archive.writestr(f"{i}", "")
@@ -188,20 +190,26 @@ def coming_and_going():
 
 
 def whole_states():
-    """A writer that holds the lock is half way most of the time; downloads show only whole states."""
-    images = []
     for letter in "AB":
         table = "Text\n" + (letter * 60 + "\n") * 30000
         run(qly, "import", "-", f"{letter}.pdb", "--name", "state", "--quiet", input=table.encode())
-        images.append(bytes_of(f"{letter}.pdb"))
-    shutil.copy("A.pdb", "pub/state.pdb")
+        with zipfile.ZipFile(f"{letter}.zip", "w") as archive:
+            archive.write(f"{letter}.pdb", "state.pdb")
+    for ending in ("pdb", "zip"):
+        show_whole_states(f"pub/state.{ending}", [bytes_of(f"{letter}.{ending}") for letter in "AB"])
+
+
+def show_whole_states(path, images):
+    """A writer that holds the lock is half way most of the time; downloads show only whole states."""
+    with open(path, "wb") as file:
+        file.write(images[0])
     until(lambda: "state" in names(), "state")
     row, done, seen = results("&title=state")[0], threading.Event(), []
 
     def write():
         for turn in range(40):
             image = images[(turn + 1) % 2]
-            with open("pub/state.pdb", "r+b") as file:
+            with open(path, "r+b") as file:
                 fcntl.flock(file, fcntl.LOCK_EX)
                 file.write(image[: len(image) // 2])
                 file.flush()
@@ -217,8 +225,32 @@ def whole_states():
     writer.join()
     assert all(body in images for body in seen), [body if isinstance(body, int) else len(body) for body in seen]
     assert set(seen) == set(images), "only one state was seen"
-    os.remove("pub/state.pdb")
+    os.remove(path)
     until(lambda: len(names()) == 4, "state gone")
+
+
+def slow_readers():
+    """A steady one gets all, though the system's buffers take so much that the server writes nothing for long."""
+    content = os.urandom(12 << 20)
+    with zipfile.ZipFile("pub/large.zip", "w") as archive:
+        archive.writestr("content", content)
+    until(lambda: "large" in names(), "large")
+    request = f"GET /?global_op=download_file&file_id={results('&title=large')[0]['file']} HTTP/1.1\r\nHost: x\r\n\r\n".encode()
+    steady, still = connect(), connect()
+    for client in (steady, still):
+        client.sendall(request)
+    stream, end = steady.makefile("rb", buffering=0), time.monotonic() + PATIENCE + 4
+    begun = b""
+    while time.monotonic() < end:
+        begun += stream.read(25 << 10)
+        time.sleep(0.5)
+    rest = b"".join(iter(lambda: stream.read(1 << 20), b""))  # to the end of the connection, which is idle then
+    assert (begun + rest).endswith(b"\r\n\r\n" + bytes_of("pub/large.zip")), len(begun + rest)
+    assert sum(map(len, iter(lambda: still.recv(1 << 20), b""))) < len(content), "one that reads nothing stays"
+    for client in (stream, steady, still):
+        client.close()
+    os.remove("pub/large.zip")
+    until(lambda: len(names()) == 4, "large gone")
 
 
 def hostile_requests():
@@ -330,7 +362,7 @@ with tempfile.TemporaryDirectory() as folder:
     process, port = start("--folder", "pub", "--patience", str(PATIENCE))
     try:
         until(lambda: len(names()) == 4, "what is published at the start")
-        for part in (publishing, packages, by_script, ways_out, coming_and_going, whole_states, hostile_requests):
+        for part in (publishing, packages, by_script, ways_out, coming_and_going, whole_states, slow_readers, hostile_requests):
             part()
             assert process.poll() is None, part.__name__
         taken = subprocess.run([server, "--folder", "pub", "--port", str(port)], capture_output=True, text=True)
@@ -344,7 +376,7 @@ with tempfile.TemporaryDirectory() as folder:
     finally:
         process.send_signal(signal.SIGINT)
         assert process.wait(20) == 0
-    for arguments, status in ((("--folder", "none"), 1), ((), 2), (("--folder", "pub", "--port", "x"), 2),
+    for arguments, status in ((("--folder", "none"), 1), ((), 2), (("--folder", "pub", "--port", "99999"), 2),
                               (("--folder", "pub", "--listen", "nowhere"), 1), (("--help",), 0), (("--version",), 0)):
         told = subprocess.run([server, *arguments], capture_output=True, text=True)
         assert told.returncode == status and bool(told.stderr) == (status != 0), (arguments, told)
