@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
+#include <fstream>
 #include <map>
 
 namespace quillary {
@@ -66,14 +68,21 @@ double ProcessorSeconds() { return SecondsOf(CLOCK_THREAD_CPUTIME_ID); }
 
 double WallSeconds() { return SecondsOf(CLOCK_MONOTONIC); }
 
-void PrintFigure(const std::string& name, const std::string& ours, const std::string& limit, double ratio,
-                 const std::string& aim, bool met) {
-    char ratioText[16] = "";
-    if (ratio > 0) std::snprintf(ratioText, sizeof ratioText, "%.2f", ratio);
-    std::printf("%-34s %11s %11s %6s  %-20s %s\n", name.c_str(), ours.c_str(), limit.c_str(), ratioText, aim.c_str(),
-                aim.empty() ? ""
-                : met       ? "met"
-                            : "MISSED");
+void PrintFigure(const FigureLine& line) {
+    char ratio[16] = "";
+    if (line.ratio > 0) std::snprintf(ratio, sizeof ratio, "%.2f", line.ratio);
+    const char* verdict = line.aim.empty() ? "" : line.met ? "met" : "MISSED";
+    std::printf("%-46s %11s %11s %6s  %-20s %s\n", line.name.c_str(), line.ours.c_str(), line.beside.c_str(), ratio,
+                line.aim.c_str(), verdict);
+    if (!line.besideName.empty()) std::printf("    beside: %s\n", line.besideName.c_str());
+    if (const char* collected = std::getenv("QUILLARY_FIGURES")) {
+        std::ofstream file(collected, std::ios::app);
+        for (const std::string& column :
+             {line.name, line.ours, line.beside, std::string(ratio), line.aim, std::string(verdict)}) {
+            file << column << '\t';
+        }
+        file << line.besideName << '\n';
+    }
 }
 
 bool RunFigures(const std::vector<Figure>& figures, std::vector<std::string> arguments) {
@@ -92,16 +101,24 @@ bool RunFigures(const std::vector<Figure>& figures, std::vector<std::string> arg
     Collector collector;
     benchmark::RunSpecifiedBenchmarks(&collector);
 
-    std::printf("\n%-34s %11s %11s %6s  %s\n", "figure", "ours", "limit", "ratio", "aim");
+    std::printf("\n");
     for (const Figure& figure : figures) {
         const double ours = collector.Median(figure.name);
         const double limit = figure.limit ? collector.Median(figure.name + ", limit") : 0;
         if (ours == 0) continue;
-        char aim[16] = "";
-        if (figure.aim > 0 && limit > 0) std::snprintf(aim, sizeof aim, "at most %.1f", figure.aim);
-        const double ratio = limit > 0 ? ours / limit : 0;
-        PrintFigure(figure.name, Milliseconds(ours), Milliseconds(limit), ratio, aim, ratio <= figure.aim);
-        if (limit > 0) std::printf("    limit: %s\n", figure.limitName.c_str());
+        FigureLine line;
+        line.name = figure.name;
+        line.ours = Milliseconds(ours);
+        line.beside = Milliseconds(limit);
+        if (limit > 0) {
+            line.besideName = figure.limitName;
+            line.ratio = ours / limit;
+            char aim[16] = "";
+            if (figure.aim > 0) std::snprintf(aim, sizeof aim, "at most %.1f", figure.aim);
+            line.aim = aim;
+            line.met = line.ratio <= figure.aim;
+        }
+        PrintFigure(line);
     }
     return true;
 }

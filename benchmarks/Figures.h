@@ -36,8 +36,18 @@ double Seconds(const Work& work, TimeSource clock = ProcessorSeconds) {
 /// are wrong.
 [[nodiscard]] bool RunFigures(const std::vector<Figure>& figures, std::vector<std::string> arguments);
 
-/// A line of the table for something that is no time.
-void PrintFigure(const std::string& name, const std::string& ours, const std::string& limit, double ratio,
-                 const std::string& aim, bool met);
+/// A line of the table: what was measured and what stands beside it, each with its unit.
+struct FigureLine {
+    std::string name;
+    std::string ours;
+    std::string beside;      // empty: nothing
+    std::string besideName;  // what that is
+    double ratio = 0;        // 0: none
+    std::string aim;         // empty: none
+    bool met = true;
+};
+
+/// Prints the line, and adds it to the file that QUILLARY_FIGURES names, where ../bench collects its one table.
+void PrintFigure(const FigureLine& line);
 
 }  // namespace quillary

@@ -232,10 +232,9 @@ void PrintMemory(long held, double fileSize) {
         std::snprintf(text, sizeof text, "%.1f MB", bytes / 1e6);
         return std::string(text);
     };
-    PrintFigure("memory held after open", megabytes(static_cast<double>(held)), megabytes(fileSize),
-                static_cast<double>(held) / fileSize, "at most 1.3 + 20 MB",
-                static_cast<double>(held) <= kMemoryAim * fileSize + kMemoryAllowance);
-    std::printf("    limit: the file's size; ours: the whole process\n");
+    PrintFigure({"memory held after open, the whole process", megabytes(static_cast<double>(held)), megabytes(fileSize),
+                 "the file's size", static_cast<double>(held) / fileSize, "at most 1.3 + 20 MB",
+                 static_cast<double>(held) <= kMemoryAim * fileSize + kMemoryAllowance});
 }
 
 std::vector<Figure> MakeFigures(const Path& table, const ScratchFolder& memory, SavedTable& saved, SavedTable& onDisk,

@@ -3,6 +3,8 @@
 # searches of 100,000 published databases: over loopback, 64 connections, files in memory.
 set -euo pipefail
 export LC_ALL=C.UTF-8
+# shellcheck source=benchmarks/figures.sh
+. "$(dirname "$(readlink -f "$0")")/figures.sh"
 build=${QUILLARY_BUILD:-$(dirname "$(readlink -f "$0")")/../build/bench}
 top=$(dirname "$(readlink -f "$0")")/..
 readonly connections=64 seconds=2 rounds=5 aim_percent=50 aim_ms=20
@@ -32,7 +34,6 @@ serve() {
 }
 # The third field of the first result whose title has TEXT.
 file_id() { curl -sg "${address}wireless/?screen=qly_search&start=0&size=1&title=$1" | sed 's/\^!/\n/g' | sed -n 3p; }
-median() { sort -n | sed -n "$((($1 + 1) / 2))p"; }
 per_second() { wrk -t1 -c"$connections" -d"${seconds}s" "$1" | awk '/Non-2xx/ { bad = 1 } /^Requests\/sec/ { print int(bad ? 0 : $2 + 0.5) }'; }
 
 # ---- Downloads
@@ -54,7 +55,7 @@ nginx=$!
 serve served
 until curl -sf -o /dev/null http://127.0.0.1:$port/small.pdb; do kill -0 "$nginx" || { cat nginx.log; exit 1; }; sleep 0.1; done
 
-printf '\n%-46s %10s %10s %6s  %s\n' "downloads a second, $connections connections" ours nginx ratio aim
+printf '\ncatalogue, %d connections\n' "$connections"
 for name in small middle large; do
   ours="$address?global_op=download_file&file_id=$(file_id $name)"
   theirs=http://127.0.0.1:$port/$name.pdb
@@ -65,14 +66,12 @@ for name in small middle large; do
     per_second "$ours" >>ours.rates
     per_second "$theirs" >>their.rates
   done
-  rate=$(median $rounds <ours.rates)
-  peer=$(median $rounds <their.rates)
+  rate=$(median <ours.rates)
+  peer=$(median <their.rates)
   [ "$peer" -gt 0 ] || { echo "nginx answers nothing for $name.pdb" >&2; exit 1; }
   percent=$((rate * 100 / peer))
-  met=met
-  [ "$percent" -ge "$aim_percent" ] || met=MISSED
-  printf '%-46s %10d %10d  %2d.%02d  %-14s %s\n' "database of $(($(stat -c %s served/$name.pdb) / 1024)) KB" \
-    "$rate" "$peer" $((percent / 100)) $((percent % 100)) "at least 0.$aim_percent" "$met"
+  figure "downloads of $(($(stat -c %s served/$name.pdb) / 1024)) KB" "$rate/s" "$peer/s" "$(hundredths $percent)" \
+    "at least $(hundredths $aim_percent)" "$(verdict "$percent >= $aim_percent")" "nginx, the same file"
 done
 kill "$server" "$nginx"
 wait "$nginx" 2>/dev/null || true
@@ -99,12 +98,12 @@ for ((i = 0; i < 100; ++i)); do
     print "}}" }' >"many/$i/catalogue.json"
 done
 serve many
-printf '\n%-46s %10s %10s  %s\n' "searches of 100,000 titles" median "a second" aim
+printf '\nsearches of 100,000 titles\n'
 for search in "an absent text=&title=xylophone" "a common word=&title=islands" "one letter=&title=o" "a category=&category=travel" \
   "word and category=&title=islands&category=travel"; do
   url="${address}wireless/?screen=qly_search&start=0&size=25${search#*=}"
-  ms=$(wrk -t1 -c1 -d"${seconds}s" --latency "$url" | awk '$1 == "50%" { n = $2 + 0; print $2 ~ /us$/ ? n / 1000 : $2 ~ /ms$/ ? n : n * 1000 }')
-  met=met
-  awk -v ms="$ms" -v aim="$aim_ms" 'BEGIN { exit !(ms <= aim) }' || met=MISSED
-  printf '%-46s %7.2f ms %10d  %-14s %s\n' "${search%%=*}" "$ms" "$(per_second "$url")" "at most $aim_ms ms" "$met"
+  us=$(wrk -t1 -c1 -d"${seconds}s" --latency "$url" |
+    awk '$1 == "50%" { n = $2 + 0; print int($2 ~ /us$/ ? n : $2 ~ /ms$/ ? n * 1000 : n * 1000000) }')
+  figure "search, ${search%%=*}; $(per_second "$url")/s" "$(in_ms "$us")" "" "" "at most $aim_ms ms" \
+    "$(verdict "$us <= $((aim_ms * 1000))")" ""
 done

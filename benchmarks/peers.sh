@@ -3,6 +3,8 @@
 # the medians. All files are memory-backed.
 set -euo pipefail
 export LC_ALL=C.UTF-8
+# shellcheck source=benchmarks/figures.sh
+. "$(dirname "$(readlink -f "$0")")/figures.sh"
 build=${QUILLARY_BUILD:-$(dirname "$(readlink -f "$0")")/../build/bench}
 qly=$build/cli/qly
 readonly rounds=11
@@ -47,16 +49,15 @@ sqlite_sort() {
 elapsed() {
   rm -f new.pdb new.db
   if declare -F "before_$1" >/dev/null; then "before_$1"; fi
-  local begun=${EPOCHREALTIME/./}
+  local begun
+  begun=$(now)
   "$1"
-  echo $((${EPOCHREALTIME/./} - begun))
+  echo $(($(now) - begun))
 }
 
-median() { sort -n | sed -n "$((rounds / 2 + 1))p"; }
-
-# compare FIGURE OURS PEER AIM-IN-PERCENT ("" = none)
+# compare FIGURE OURS PEER PEER-IN-WORDS AIM-IN-PERCENT ("" = none)
 compare() {
-  local round ours peer ratio met=""
+  local round ours peer ratio
   : >ours.times
   : >peer.times
   elapsed "$2" >/dev/null    # the first run fills caches
@@ -68,13 +69,8 @@ compare() {
   ours=$(median <ours.times)
   peer=$(median <peer.times)
   ratio=$((ours * 100 / peer))
-  if [ -n "$4" ]; then
-    met=MISSED
-    if [ "$ratio" -le "$4" ]; then met=met; fi
-  fi
-  printf '%-46s %5d.%d ms %5d.%d ms  %2d.%02d  %-12s %s\n' "$1" $((ours / 1000)) $((ours % 1000 / 100)) \
-    $((peer / 1000)) $((peer % 1000 / 100)) $((ratio / 100)) $((ratio % 100)) \
-    "${4:+at most $(($4 / 100)).$(($4 % 100 / 10))}" "$met"
+  figure "$1" "$(in_ms "$ours")" "$(in_ms "$peer")" "$(hundredths $ratio)" "${5:+at most $(hundredths "$5")}" \
+    "${5:+$(verdict "$ratio <= $5")}" "$4"
 }
 
 # What is compared must have been the same work.
@@ -83,9 +79,9 @@ sqlite_import
 cmp <("$qly" list table.pdb) <("$qly" list new.pdb)
 [ "$(sqlite3 new.db 'select count(*) from t')" -eq "$("$qly" list --format jsonl new.pdb | wc -l)" ]
 
-printf '\n%-46s %10s %10s %6s  %s\n' "whole processes" ours theirs ratio aim
-compare "list as CSV: qly list, sqlite3 select" qly_list sqlite_list 50
-compare "import of a CSV: qly import, sqlite3 .import" qly_import sqlite_import 100
-compare "absent text: qly find, sqlite3 like" qly_find sqlite_find 50
-compare "absent text: qly find, grep -i on the CSV" qly_find grep_find ""
-compare "sort by three keys: qly sort, sqlite3 order by" qly_sort sqlite_sort 25
+printf '\nwhole processes\n'
+compare "qly list, as CSV" qly_list sqlite_list "sqlite3: select" 50
+compare "qly import, a CSV" qly_import sqlite_import "sqlite3: .import" 100
+compare "qly find, absent text" qly_find sqlite_find "sqlite3: like" 50
+compare "qly find, absent text" qly_find grep_find "grep -i on the CSV" ""
+compare "qly sort, three keys" qly_sort sqlite_sort "sqlite3: create table as select, order by" 25

@@ -4,6 +4,8 @@
 # (sqlitebrowser, under Xvfb: until its window is there).
 set -euo pipefail
 export LC_ALL=C.UTF-8
+# shellcheck source=benchmarks/figures.sh
+. "$(dirname "$(readlink -f "$0")")/figures.sh"
 build=${QUILLARY_BUILD:-$(dirname "$(readlink -f "$0")")/../build/bench}
 readonly rounds=11 aim_ms=150
 
@@ -15,9 +17,6 @@ export HOME=$folder XDG_STATE_HOME=$folder XDG_CONFIG_HOME=$folder XDG_DATA_HOME
 chmod 700 "$folder"
 "$build/benchmarks/generate_table" "$folder"
 cd "$folder"
-
-now() { echo "${EPOCHREALTIME/./}"; }    # in microseconds
-median() { sort -n | sed -n "$((rounds / 2 + 1))p"; }
 
 # until_line TEXT COMMAND...: the time until the command's standard error has a line with TEXT; then it is ended.
 until_line() {
@@ -65,10 +64,9 @@ done
 ours=$(tail -n +2 window.times | median)
 base=$(tail -n +2 info.times | median)
 more=$(((ours - base) / 1000))
-met=met
-[ "$more" -le "$aim_ms" ] || met=MISSED
-printf '\nstart with 65,531 records until they are painted: %d ms; qly info: %d ms; %d ms more (aim: at most %d) %s\n' \
-  $((ours / 1000)) $((base / 1000)) "$more" "$aim_ms" "$met"
+printf '\nstart with 65,531 records\n'
+figure "start until the records are painted" "$(in_ms "$ours")" "$(in_ms "$base")" "" "at most $aim_ms ms more" \
+  "$(verdict "$more <= $aim_ms")" "qly info of the same table"
 
 if command -v sqlitebrowser >/dev/null && command -v Xvfb >/dev/null && command -v xwininfo >/dev/null; then
   sqlite3 table.db '.import --csv table.csv t'
@@ -84,8 +82,6 @@ if command -v sqlitebrowser >/dev/null && command -v Xvfb >/dev/null && command 
   done
   ours=$(tail -n +2 x-window.times | median)
   peer=$(tail -n +2 browser.times | median)
-  met=met
-  [ "$ours" -lt "$peer" ] || met=MISSED
-  printf 'under Xvfb: %d ms; DB Browser for SQLite until its window is there: %d ms (aim: ahead) %s\n' \
-    $((ours / 1000)) $((peer / 1000)) "$met"
+  figure "the same under Xvfb" "$(in_ms "$ours")" "$(in_ms "$peer")" "$(hundredths $((ours * 100 / peer)))" "below 1" \
+    "$(verdict "$ours < $peer")" "DB Browser for SQLite, until its window is there"
 fi
