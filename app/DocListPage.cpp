@@ -2,19 +2,11 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QComboBox>
-#include <QDir>
-#include <QFontDatabase>
-#include <QFontInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QMenu>
 #include <QPushButton>
-#include <QRegularExpression>
-#include <QScrollArea>
 #include <QStackedWidget>
-#include <QStyle>
-#include <QStyleOption>
 #include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -27,6 +19,8 @@
 #include "admin/Settings.h"
 #include "admin/StorageLocations.h"
 #include "app/DocListView.h"
+#include "app/FolderBox.h"
+#include "app/NoDatabasesPage.h"
 #include "platform/FolderWatcher.h"
 #include "platform/NativePath.h"
 #include "ui/Captions.h"
@@ -50,20 +44,7 @@ QString CountText(std::size_t count) {
                       : QStringLiteral("%L1 databases").arg(static_cast<qulonglong>(count));
 }
 
-constexpr int kMostFolderLetters = 50;
 constexpr int kTextCharacters = 50;  // of a page on which the button has its text beside the icon
-
-/// Shows both ends of a folder that is too long for it.
-class FolderBox : public QComboBox {
-  protected:
-    void initStyleOption(QStyleOptionComboBox* option) const override {
-        QComboBox::initStyleOption(option);
-        const QRect field = style()->subControlRect(QStyle::CC_ComboBox, option, QStyle::SC_ComboBoxEditField, this);
-        constexpr int kStyleMargin = 2;  // that the style leaves free at both sides of the text
-        option->currentText =
-            option->fontMetrics.elidedText(option->currentText, Qt::ElideMiddle, field.width() - 2 * kStyleMargin);
-    }
-};
 
 }  // namespace
 
@@ -76,7 +57,7 @@ CDocListPage::CDocListPage(const Desktop& desktop, QWidget& window, Requests req
           [this](const CDocListScanner::Result& result) { OnScanned(result); }),
       m_view(new CDocListView(m_model)),
       m_new(new QToolButton),
-      m_folders(new FolderBox),
+      m_folders(new CFolderBox),
       m_other(new QPushButton(QStringLiteral("Open &Other..."))),
       m_body(new QStackedWidget),
       m_state(new QLabel),
@@ -96,9 +77,8 @@ CDocListPage::CDocListPage(const Desktop& desktop, QWidget& window, Requests req
     connect(m_menu, &QMenu::aboutToHide, this,
             [this] { QTimer::singleShot(0, this, [this] { m_menuTarget.reset(); }); });
     m_view->onRename = [this](const Path& path, const QString& name) { Rename(path, name); };
-    connect(m_folders, &QComboBox::activated, this, [this](int chosen) {
-        const QVariant folder = m_folders->itemData(chosen);
-        m_model.ShowFolder(folder.isNull() ? std::nullopt : std::optional<Path>(folder.toByteArray().toStdString()));
+    connect(m_folders, &QComboBox::activated, this, [this] {
+        m_model.ShowFolder(m_folders->Chosen());
         m_view->SelectFirst();
         ShowState();
     });
@@ -168,9 +148,6 @@ void CDocListPage::BuildLayout() {
     auto* folders = new QLabel(QStringLiteral("Folder"), this);
     folders->setBuddy(m_folders);
     folders->hide();
-    m_folders->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_folders->setMinimumContentsLength(6);
-    m_folders->addItem(QStringLiteral("All Folders"));
     m_other->setObjectName(QString::number(ID_FILE_OPEN));
     connect(m_other, &QPushButton::clicked, this, [this] { m_requests.openOther(); });
     m_new->setIcon(Icon("new"));
@@ -181,7 +158,8 @@ void CDocListPage::BuildLayout() {
     m_new->setToolTip(FromWide(Caption(kCaptionNew)));
     connect(m_new, &QToolButton::clicked, this, [this] { m_requests.create(); });
 
-    m_emptyPage = MakeEmptyPage();
+    m_emptyPage = new CNoDatabasesPage(OnOneLine(FromPath(Path(m_desktop.locations.MainFolder()).parent_path())),
+                                       m_requests.create);
     m_body->addWidget(m_view);
     m_body->addWidget(m_emptyPage);
     for (QLabel* label : {m_state, m_noticeLabel}) {
@@ -192,7 +170,6 @@ void CDocListPage::BuildLayout() {
     const int gap = fontMetrics().averageCharWidth();
     auto* top = new QHBoxLayout;
     top->setContentsMargins(gap, gap, gap, gap);
-    m_folders->setMaximumWidth(kMostFolderLetters * gap);
     top->addWidget(m_new);
     top->addWidget(m_folders, 1000);  // on a small screen before the free space
     top->addStretch(1);
@@ -212,72 +189,6 @@ void CDocListPage::BuildLayout() {
     setTabOrder(m_new, m_folders);
     setTabOrder(m_folders, m_other);
     ShowState();
-}
-
-QWidget* CDocListPage::MakeEmptyPage() {
-    const QString folder = OnOneLine(FromPath(Path(m_desktop.locations.MainFolder()).parent_path()));
-    QString example = QDir(folder).filePath(QStringLiteral("things.pdb"));
-    if (example.contains(QRegularExpression(QStringLiteral("[^A-Za-z0-9_./-]")))) {
-        example = u'\'' + example.replace(QStringLiteral("'"), QStringLiteral("'\\''")) + u'\'';
-    }
-    enum class Look { Heading, Text, Command, Button };
-    const struct {
-        Look look;
-        QString text;
-    } kLines[] = {
-        {Look::Heading, QStringLiteral("No databases yet")},
-        {Look::Text, QStringLiteral("The databases in %1 and on storage cards show here.").arg(folder)},
-        {Look::Button, {}},
-        {Look::Text, QStringLiteral("To make one of a table, type in a terminal:")},
-        {Look::Command, QStringLiteral("qly import table.csv %1").arg(example)},
-        {Look::Text, QStringLiteral("A database that you have downloaded: put it into that folder, or open it where it "
-                                    "is with Open Other...")},
-    };
-    auto* page = new QScrollArea;  // a small screen does not hold all of it
-    page->setFrameShape(QFrame::NoFrame);
-    page->setWidgetResizable(true);
-    page->setBackgroundRole(QPalette::Base);
-    auto* lines = new QVBoxLayout;
-    lines->addStretch(1);
-    const int gap = fontMetrics().height();
-    for (const auto& line : kLines) {
-        if (line.look == Look::Button) {
-            auto* create = new QPushButton(QStringLiteral("New &Database..."));
-            create->setAutoDefault(true);  // Return presses it
-            connect(create, &QPushButton::clicked, this, [this] { m_requests.create(); });
-            lines->addSpacing(gap / 2);
-            lines->addWidget(create, 0, Qt::AlignLeft);
-            page->setFocusProxy(create);
-            continue;
-        }
-        auto* label = new QLabel(line.text);
-        label->setTextFormat(Qt::PlainText);
-        label->setWordWrap(true);
-        label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        QFont font = label->font();
-        if (line.look == Look::Heading) {
-            font.setPointSizeF(QFontInfo(font).pointSizeF() * 1.4);
-        } else if (line.look == Look::Command) {
-            font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-            label->setIndent(gap);
-        } else {
-            lines->addSpacing(gap / 2);
-        }
-        label->setFont(font);
-        lines->addWidget(label);
-    }
-    lines->addStretch(2);
-    // A column in the middle, as wide as lines are easy to read.
-    auto* column = new QWidget;
-    column->setLayout(lines);
-    column->setMaximumWidth(96 * fontMetrics().averageCharWidth());
-    auto* content = new QWidget;
-    auto* row = new QHBoxLayout(content);
-    row->addStretch(1);
-    row->addWidget(column, 100);
-    row->addStretch(1);
-    page->setWidget(content);
-    return page;
 }
 
 void CDocListPage::FitColumns() { m_view->FitColumns(); }
@@ -364,21 +275,7 @@ void CDocListPage::WatchFolders() {
 }
 
 void CDocListPage::FillFolders() {
-    const std::vector<CDocListModel::Folder> folders = m_model.Folders();
-    const auto data = [](const CDocListModel::Folder& folder) {
-        return QByteArray::fromStdString(folder->path.native());
-    };
-    bool same = m_folders->count() == static_cast<int>(folders.size()) + 1;
-    for (int i = 1; same && i < m_folders->count(); ++i) {
-        same = m_folders->itemData(i).toByteArray() == data(folders[static_cast<std::size_t>(i) - 1]);
-    }
-    if (same) return;
-    const QVariant chosen = m_folders->currentData();
-    while (m_folders->count() > 1) m_folders->removeItem(1);
-    for (const CDocListModel::Folder& folder : folders) m_folders->addItem(folder->name, data(folder));
-    const int again = chosen.isNull() ? 0 : m_folders->findData(chosen);
-    m_folders->setCurrentIndex(std::max(again, 0));
-    if (again < 0) m_model.ShowFolder(std::nullopt);  // its last database has gone
+    if (!m_folders->Fill(m_model.Folders())) m_model.ShowFolder(std::nullopt);  // its last database has gone
 }
 
 void CDocListPage::ShowState() {

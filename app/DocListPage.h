@@ -13,7 +13,6 @@
 #include "app/DocListScanner.h"
 
 class QAction;
-class QComboBox;
 class QLabel;
 class QMenu;
 class QPushButton;
@@ -24,6 +23,7 @@ class QToolButton;
 namespace quillary {
 
 class CDocListView;
+class CFolderBox;
 
 class CDocListPage : public QWidget {
   public:
@@ -53,7 +53,6 @@ class CDocListPage : public QWidget {
   private:
     void BuildActions();
     void BuildLayout();
-    [[nodiscard]] QWidget* MakeEmptyPage();
     void ReadSortOrder();
     void OnFound(std::vector<DocListRow> rows);
     void OnFoldersChanged();
@@ -84,7 +83,7 @@ class CDocListPage : public QWidget {
 
     CDocListView* m_view;
     QToolButton* m_new;
-    QComboBox* m_folders;
+    CFolderBox* m_folders;
     QPushButton* m_other;
     QStackedWidget* m_body;
     QWidget* m_emptyPage = nullptr;

@@ -2,13 +2,13 @@
 
 #include <QContextMenuEvent>
 #include <QDateTime>
-#include <QGestureEvent>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QStyledItemDelegate>
 #include <algorithm>
 
 #include "app/DocListModel.h"
+#include "ui/MenuPlace.h"
 #include "views/RecordCellDelegate.h"
 
 namespace quillary {
@@ -127,21 +127,12 @@ void CDocListView::keyboardSearch(const QString& search) {
     QTreeView::keyboardSearch(search);
 }
 
-void CDocListView::contextMenuEvent(QContextMenuEvent* event) {
-    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
-    if (byKey) scrollTo(currentIndex());
-    AskForMenu(byKey ? visualRect(currentIndex()).center() : event->pos());
-}
+void CDocListView::contextMenuEvent(QContextMenuEvent* event) { AskForMenu(MenuPlace(*event, *this)); }
 
 bool CDocListView::viewportEvent(QEvent* event) {
-    if (event->type() == QEvent::Gesture) {
-        const QGesture* held = static_cast<QGestureEvent*>(event)->gesture(Qt::TapAndHoldGesture);
-        if (held && held->state() == Qt::GestureFinished) {
-            AskForMenu(viewport()->mapFromGlobal(held->hotSpot().toPoint()));
-            return true;
-        }
-    }
-    return QTreeView::viewportEvent(event);
+    const auto held = HeldPlace(*event, *this);
+    if (held) AskForMenu(*held);
+    return held || QTreeView::viewportEvent(event);
 }
 
 void CDocListView::AskForMenu(const QPoint& inViewport) {

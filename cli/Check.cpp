@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "cli/AppInfoCheck.h"
 #include "cli/RecordCheck.h"
 #include "cli/Text.h"
 #include "cli/ValueEntry.h"
@@ -19,9 +20,7 @@ namespace {
 constexpr std::size_t kSortInfoAt = 56;
 constexpr std::size_t kCreatorAt = 64;
 constexpr std::size_t kNextListAt = 72;
-constexpr std::size_t kUniqueIdAt = 5;   // in an entry of the record list
-constexpr std::size_t kSelectorAt = 40;  // in a condition
-constexpr std::size_t kCodesAt = 41;
+constexpr std::size_t kUniqueIdAt = 5;  // in an entry of the record list
 constexpr std::uint8_t kLastCategory = kCategoryFieldLengths;
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
@@ -64,7 +63,7 @@ class Checker {
     // ---- Header
 
     void CheckHeader() {
-        CheckPaddedText(0, kNameSize, "The name of the database");
+        CheckPaddedText(m_image, 0, kNameSize, "The name of the database", m_departures);
         if (const auto version = LoadBig16(At(kVersionAt))) {
             Report(kVersionAt, "The version is " + Number(version) + ", not 0");
         }
@@ -76,17 +75,6 @@ class Checker {
         StoreLittle32(seed.data(), LoadBig16(At(kRecordCountAt)));
         if (m_image.substr(kUniqueIdSeedAt, seed.size()) != std::string_view(seed.data(), seed.size())) {
             Report(kUniqueIdSeedAt, "The unique-ID seed is not the number of records");
-        }
-    }
-
-    // A text that is filled up with NUL, at least one.
-    void CheckPaddedText(std::uint64_t at, std::size_t size, const std::string& what) {
-        const std::string_view text = m_image.substr(at, size);
-        const auto end = text.find('\0');
-        if (end == text.npos) {
-            Report(at, what + " has no end");
-        } else if (const auto stray = text.find_first_not_of('\0', end); stray != text.npos) {
-            Report(at + stray, what + " is not filled up with NUL");
         }
     }
 
@@ -222,92 +210,7 @@ class Checker {
         m_appInfoAt = LoadBig32(At(kAppInfoOffsetAt));
         const std::uint64_t listEnd = EntryAt(m_list.size());
         const std::uint64_t records = m_list.empty() ? m_image.size() : m_list[0].offset;
-        if ((m_appInfoAt == 0 ? records : m_appInfoAt) == listEnd + kGapSize) CheckGap(listEnd);
-        if (m_appInfoAt == 0) {
-            if (records > listEnd + kGapSize && records <= m_image.size()) {
-                Report(listEnd, "Behind the record list are bytes that belong to nothing");
-            }
-            return;
-        }
-        if (m_appInfoAt >= m_image.size() || m_appInfoAt < listEnd) {
-            Report(kAppInfoOffsetAt, "The application-info block begins at " + Number(m_appInfoAt) +
-                                         (m_appInfoAt < listEnd ? ", inside the record list" : ", outside the file"));
-            return;
-        }
-        if (m_appInfoAt != listEnd + kGapSize) {
-            Report(kAppInfoOffsetAt, "The application-info block does not begin two bytes behind the record list");
-        }
-        const std::uint64_t size = records > m_appInfoAt ? records - m_appInfoAt : m_image.size() - m_appInfoAt;
-        if (size < kAppInfoWrittenSize || m_image.size() - m_appInfoAt < kAppInfoWrittenSize) {
-            Report(m_appInfoAt, "The application-info block is shorter than " + Number(kAppInfoWrittenSize) + " bytes");
-            return;
-        }
-        constexpr std::size_t kWideSize = kAppInfoFixedSize + kMaxSortKeys * kWideSortKeySize;
-        if (size != kAppInfoWrittenSize && size != kWideSize) {
-            Report(m_appInfoAt, "Behind the application-info block are bytes that belong to nothing");
-        }
-        const std::uint16_t formatVersion = LoadBig16(At(m_appInfoAt + kFormatVersionAt));
-        if (formatVersion > kFormatVersion) {
-            Report(m_appInfoAt + kFormatVersionAt,
-                   "The format version is " + Number(formatVersion) + ", above " + Number(kFormatVersion));
-        }
-        if (formatVersion < kFormatVersion) return;  // neither conditions nor sort keys
-        CheckConditions();
-        // The program reads wide keys by the lock word alone, and writes narrow ones: the size says what is there.
-        CheckSortKeys(size == kWideSize ? kWideSortKeySize : kWrittenSortKeySize);
-    }
-
-    void CheckGap(std::uint64_t at) {
-        const auto stray = m_image.substr(at, kGapSize).find_first_not_of('\0');
-        if (stray != std::string_view::npos) Report(at + stray, "The gap behind the record list is not zero");
-    }
-
-    void CheckConditions() {
-        bool unused = false;
-        for (std::size_t k = 0; k < kMaxConditions; ++k) {
-            const std::uint64_t at = m_appInfoAt + kConditionsAt + k * kConditionSize;
-            const std::string name = "Filter condition " + Number(k + 1);
-            const auto selector = static_cast<std::uint8_t>(*At(at + kSelectorAt));
-            const auto codes = static_cast<std::uint8_t>(*At(at + kCodesAt));
-            if (selector == 0) {
-                unused = true;
-                const auto stray = m_image.substr(at, kConditionSize).find_first_not_of('\0');
-                if (stray != std::string_view::npos) Report(at + stray, name + " is unused, but not all zero");
-                continue;
-            }
-            if (unused) Report(at + kSelectorAt, name + " stands behind an unused one");
-            CheckPaddedText(at, kConditionTextSize, "The text of filter condition " + Number(k + 1));
-            const std::uint8_t joined = codes >> 4;
-            if (joined != 0 && (k > 0 || joined != 8)) {
-                Report(at + kCodesAt, name + " has the unknown connective " + Number(joined));
-            }
-            if (selector != kAllFieldsSelector && selector - kFirstFieldSelector >= static_cast<int>(m_fields.size())) {
-                Report(at + kSelectorAt, name + " names no field");
-                continue;
-            }
-            const auto operators = selector == kAllFieldsSelector
-                                       ? AllFieldsOperators()
-                                       : InfoOf(m_fields[selector - kFirstFieldSelector].type).operators;
-            if ((codes & 0x0F) >= operators.size()) {
-                Report(at + kCodesAt, name + " has an operator that its field's type lacks");
-            }
-        }
-    }
-
-    void CheckSortKeys(std::size_t size) {
-        bool unused = false;
-        for (std::size_t k = 0; k < kMaxSortKeys; ++k) {
-            const std::uint64_t at = m_appInfoAt + kAppInfoFixedSize + k * size;
-            const std::string name = "Sort key " + Number(k + 1);
-            const auto field = static_cast<std::uint8_t>(*At(at));
-            if (field == kUnusedSortKey) {
-                unused = true;
-                continue;
-            }
-            if (unused) Report(at, name + " stands behind an unused one");
-            if (field >= m_fields.size()) Report(at, name + " names no field");
-            if (static_cast<std::uint8_t>(*At(at + 1)) > 1) Report(at + 1, name + " has an unknown direction");
-        }
+        AppInfoCheck(m_image, m_fields, m_departures).Check(m_appInfoAt, listEnd, records);
     }
 
     // ---- Records

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 #include <new>
-#include <thread>
 #include <utility>
 
 #include "db/DatabaseReader.h"
@@ -20,24 +19,6 @@ std::int32_t AddSaturated(std::int32_t a, std::int32_t b) {
     const std::int64_t sum = std::int64_t{a} + b;
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(sum, std::numeric_limits<std::int32_t>::min(),
                                                               std::numeric_limits<std::int32_t>::max()));
-}
-
-Failure ReaderFailure(const FileError& error) {
-    Failure failure;
-    switch (error.kind) {
-        case FileError::Kind::TooLarge:
-            failure.Set(Message::FileTooLarge);
-            break;
-        case FileError::Kind::Busy:
-            failure.Set(Message::FileBusy);
-            break;
-        case FileError::Kind::Recovery:
-            failure = {Message::RecoveryNotRead, error.reason};
-            break;
-        default:
-            failure.Set(Message::ErrorOpeningFile);
-    }
-    return failure;
 }
 
 // The reader's own reasons are all told as an invalid file; these are no fault of the file.
@@ -83,40 +64,18 @@ class CQuillaryDoc::State {
     bool modified = false;
 };
 
-struct CQuillaryDoc::BackgroundFlush {
-    std::unique_ptr<UnfinishedSave> save;
-    std::shared_ptr<const Image> oldImage;  // what the file holds again when the flush fails
-    FileStamp oldStamp;
-    Failure failure;
-    bool finished = false;
-    std::thread thread;
+CQuillaryDoc::CQuillaryDoc(FileAccess& files, const AnsiText& page) : m_page(page), m_file(files) { Clear(); }
 
-    BackgroundFlush(std::unique_ptr<UnfinishedSave> unfinished, std::shared_ptr<const Image> image, FileStamp stamp)
-        : save(std::move(unfinished)), oldImage(std::move(image)), oldStamp(stamp), thread([this] {
-              finished = save->Finish(failure);
-              save.reset();  // lets the file's lock go
-          }) {}
-};
-
-CQuillaryDoc::CQuillaryDoc(FileAccess& files, const AnsiText& page) : m_files(files), m_page(page) { Clear(); }
-
-CQuillaryDoc::~CQuillaryDoc() {
-    if (m_flush) m_flush->thread.join();
-}
+CQuillaryDoc::~CQuillaryDoc() = default;
 
 void CQuillaryDoc::Clear() {
-    m_path.clear();
-    m_held.reset();
-    m_fileImage.reset();
-    m_tornImage.reset();
-    m_stamp = {};
+    m_file.Clear();
     m_content = {};
     m_storage = std::make_shared<Storage>();
     m_current = 0;
     m_formatVersion = kFormatVersion;
     m_foreignRecords = 0;
-    m_modified = m_readOnly = false;
-    m_recovery = RecoveryState::None;
+    m_modified = false;
     m_readerError = {};
 }
 
@@ -132,49 +91,19 @@ void CQuillaryDoc::Changed() {
 }
 
 bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
-    if (path.empty()) {
-        m_readerError.Set(Message::NoFilename);
-        return false;
-    }
-    FileError error;
-    const auto refuse = [&] {
-        m_readerError = ReaderFailure(error);
-        if (error.kind == FileError::Kind::NotFound) m_recovery = RecoveryOfMissing(m_files, path);
-        return false;
-    };
-    LoadedFile loaded;
-    if (mode == OpenMode::EditExclusive) {
-        m_held = m_files.Open(path, LockKind::Exclusive, error);
-        if (!m_held) {
-            (void)refuse();
-            if (error.kind == FileError::Kind::Denied) m_readerError.Set(Message::UnableToOpenForWriting);
-            return false;
-        }
-        if (!m_files.CanWrite(path)) {
-            m_readerError.Set(Message::ReadOnly);
-            return false;
-        }
-    }
-    m_readOnly = mode == OpenMode::Edit && !m_files.CanWrite(path);
-    const LoadMode loadMode = mode == OpenMode::Read || m_readOnly ? LoadMode::Read : LoadMode::Complete;
-    if (!LoadDatabaseFile(m_files, path, loadMode, m_held.get(), loaded, error)) return refuse();
-    m_recovery = loaded.recovery;
-    if (!IsDatabaseImage(loaded.image->Bytes())) return false;
+    if (!m_file.Load(path, mode, m_readerError)) return false;
+    if (!IsDatabaseImage(FileImage())) return false;
 
     CDatabaseReader reader;
-    reader.ReadHeader(loaded.image->Bytes());
+    reader.ReadHeader(FileImage());
     if (!reader.ReadSchema()) {
         m_readerError.Set(reader.LastError());
         return false;
     }
-    DatabaseContent content = ContentOf(reader);
-    m_path = path;
-    m_fileImage = loaded.image;
-    m_stamp = loaded.stamp;
-    m_formatVersion = content.appInfo.FormatVersion();
+    m_content = ContentOf(reader);
+    m_formatVersion = m_content.appInfo.FormatVersion();
     m_foreignRecords = reader.ForeignRecordCount();
-    m_content = std::move(content);
-    m_storage->image = std::move(loaded.image);
+    m_storage->image = m_file.Contents();
     return !m_content.fields.empty();
 }
 
@@ -190,9 +119,9 @@ bool CQuillaryDoc::OpenDatabase(const Path& path, OpenMode mode, Questions& ques
     if (!WithinMemory(m_readerError, [&] { return Load(path, mode); })) {
         Failure told = m_readerError;
         if (!IsToldAsItIs(told.message)) told.Set(Message::InvalidDatabaseFile);
-        const RecoveryState recovery = m_recovery;
+        const RecoveryState recovery = Recovery();
         (void)giveUp();
-        m_recovery = recovery;
+        m_file.Clear(recovery);
         questions.Tell(told);
         return false;
     }
@@ -223,48 +152,16 @@ bool CQuillaryDoc::Save(bool overwriteChanges, Failure& failure) {
     (void)FinishSave(failure);  // after a failed flush the document counts as modified, and this save tries again
     failure = {};
     if (!m_modified && !overwriteChanges) return true;
-    if (m_readOnly) {
+    if (IsReadOnly()) {
         failure.Set(Message::ReadOnly);
         return false;
     }
     DatabaseContent next = m_content;
     auto image = std::make_shared<Image>();
     if (!EncodeDatabase(next, *image, failure)) return false;
-
-    RewriteRequest request;
-    request.path = m_path;
-    request.held = m_held;
-    request.oldImage = m_fileImage;
-    request.oldStamp = m_stamp;
-    request.tornImage = m_tornImage;
-    request.newImage = image.get();
-    request.overwriteChanges = overwriteChanges;
-    FileStamp stamp = m_stamp;
-    auto save = RewriteDatabaseFile(m_files, request, stamp, failure);
-    if (!save) {
-        if (failure.message == Message::WriteFailedTorn) m_tornImage = std::move(image);
-        return false;
-    }
-    if (m_flushInBackground) {
-        m_flush = std::make_unique<BackgroundFlush>(std::move(save), m_fileImage, m_stamp);
-    } else if (!save->Finish(failure)) {
-        if (failure.message == Message::WriteFailedTorn) m_tornImage = std::move(image);
-        return false;
-    }
-    Adopt(std::move(next), std::move(image), stamp);
+    if (!m_file.Rewrite(std::move(image), overwriteChanges, failure)) return false;
+    Adopt(std::move(next));
     return true;
-}
-
-void CQuillaryDoc::Adopt(DatabaseContent content, std::shared_ptr<const Image> image, const FileStamp& stamp) {
-    m_content = std::move(content);
-    m_storage = std::make_shared<Storage>();
-    m_storage->image = image;
-    m_fileImage = std::move(image);
-    m_tornImage.reset();
-    m_stamp = stamp;
-    m_formatVersion = kFormatVersion;
-    m_foreignRecords = 0;
-    m_modified = false;
 }
 
 bool CQuillaryDoc::SaveAs(const Path& path, std::string_view name, Failure& failure) {
@@ -274,33 +171,23 @@ bool CQuillaryDoc::SaveAs(const Path& path, std::string_view name, Failure& fail
     next.header.SetName(m_page.Cut(name, kMaxNameBytes));
     auto image = std::make_shared<Image>();
     if (!EncodeDatabase(next, *image, failure)) return false;
-    std::shared_ptr<LockedFile> file;
-    FileStamp stamp;
-    if (!CreateDatabaseFile(m_files, path, *image, file, stamp, failure)) return false;
-    if (m_held) m_held = std::move(file);
-    m_path = path;
-    m_readOnly = false;
-    m_recovery = RecoveryState::None;
-    Adopt(std::move(next), std::move(image), stamp);
+    if (!m_file.Create(path, std::move(image), failure)) return false;
+    Adopt(std::move(next));
     return true;
 }
 
-bool CQuillaryDoc::FinishSave(Failure& failure) {
-    if (!m_flush) return true;
-    const auto flush = std::move(m_flush);
-    flush->thread.join();
-    if (flush->finished) return true;
-    m_modified = true;  // what was written is not on the disk: the next save writes again
-    if (flush->failure.message == Message::WriteFailedTorn) m_tornImage = m_fileImage;
-    m_fileImage = flush->oldImage;
-    m_stamp = flush->oldStamp;
-    failure = flush->failure;
-    return false;
+void CQuillaryDoc::Adopt(DatabaseContent written) {
+    m_storage = std::make_shared<Storage>(Storage{m_file.Contents(), {}});
+    m_content = std::move(written);
+    m_formatVersion = kFormatVersion;
+    m_foreignRecords = 0;
+    m_modified = false;
 }
 
-bool CQuillaryDoc::HasFileChanged() const {
-    FileStamp now;
-    return m_files.StampOf(m_path, now) && !now.SameState(m_stamp);
+bool CQuillaryDoc::FinishSave(Failure& failure) {
+    if (m_file.FinishSave(failure)) return true;
+    m_modified = true;  // what was written is not on the disk: the next save writes again
+    return false;
 }
 
 bool CQuillaryDoc::DatabaseExists(FileAccess& files, const Path& path, Failure& failure) {
@@ -309,7 +196,9 @@ bool CQuillaryDoc::DatabaseExists(FileAccess& files, const Path& path, Failure& 
     return true;
 }
 
-std::string_view CQuillaryDoc::FileImage() const { return m_fileImage ? m_fileImage->Bytes() : std::string_view{}; }
+std::string_view CQuillaryDoc::FileImage() const {
+    return m_file.Contents() ? m_file.Contents()->Bytes() : std::string_view{};
+}
 
 std::u16string CQuillaryDoc::Name() const { return m_page.ToWide(m_content.header.Name()); }
 
@@ -493,7 +382,7 @@ std::shared_ptr<const CQuillaryDoc::State> CQuillaryDoc::Snapshot() const {
     auto state = std::make_shared<State>();
     state->content = m_content;
     state->storage = m_storage;
-    state->fileImage = m_fileImage;
+    state->fileImage = m_file.Contents();
     state->current = m_current;
     state->modified = m_modified;
     return state;
@@ -504,7 +393,7 @@ void CQuillaryDoc::Restore(const State& state) {
     m_storage = state.storage;
     m_current = state.current;
     // A save in between, or one that failed half-way, left the file with something else.
-    m_modified = state.modified || state.fileImage != m_fileImage || m_tornImage;
+    m_modified = state.modified || state.fileImage != m_file.Contents() || m_file.IsTorn();
     ++m_changeNumber;
 }
 

@@ -12,21 +12,15 @@
 
 #include "db/AnsiText.h"
 #include "db/DatabaseWriter.h"
+#include "db/DocumentFile.h"
 #include "db/FieldType.h"
 #include "db/FileAccess.h"
 #include "db/Messages.h"
 #include "db/Questions.h"
 #include "db/RecordArena.h"
 #include "db/RecordBuffer.h"
-#include "db/Saving.h"
 
 namespace quillary {
-
-enum class OpenMode : std::uint8_t {
-    Read,           // for commands that change nothing: the disk is not written, whatever it holds
-    Edit,           // for the window: the file is free for others between saves
-    EditExclusive,  // for commands that change the file: locked from reading to closing, so no other change is lost
-};
 
 class CQuillaryDoc {
   public:
@@ -57,9 +51,9 @@ class CQuillaryDoc {
     /// Waits for the last save's flush. A failure here leaves a recovery file.
     [[nodiscard]] bool FinishSave(Failure& failure);
     /// Whether the flush of a save runs on a thread of its own (window) or before SaveDatabase returns (commands).
-    void FlushInBackground(bool on) { m_flushInBackground = on; }
+    void FlushInBackground(bool on) { m_file.FlushInBackground(on); }
     /// Whether another program has written the file since it was read or saved, by the file's state alone.
-    [[nodiscard]] bool HasFileChanged() const;
+    [[nodiscard]] bool HasFileChanged() const { return m_file.HasChanged(); }
     /// The file is no longer what was read: the records here are the only ones, and count as unsaved.
     void KeepUnsaved() { m_modified = true; }
     void Close();
@@ -68,11 +62,11 @@ class CQuillaryDoc {
     [[nodiscard]] static bool DatabaseExists(FileAccess& files, const Path& path, Failure& failure);
 
     [[nodiscard]] bool IsOpen() const { return !m_content.fields.empty(); }
-    [[nodiscard]] const Path& FilePath() const { return m_path; }
+    [[nodiscard]] const Path& FilePath() const { return m_file.FilePath(); }
     [[nodiscard]] bool IsModified() const { return m_modified; }
-    [[nodiscard]] bool IsReadOnly() const { return m_readOnly; }
+    [[nodiscard]] bool IsReadOnly() const { return m_file.IsReadOnly(); }
     /// After a database that was not opened too, when that is for want of a valid file at its path.
-    [[nodiscard]] RecoveryState Recovery() const { return m_recovery; }
+    [[nodiscard]] RecoveryState Recovery() const { return m_file.Recovery(); }
     /// The whole file as last read or written.
     [[nodiscard]] std::string_view FileImage() const;
     /// Records that would not come back when this file is written.
@@ -169,18 +163,14 @@ class CQuillaryDoc {
     [[nodiscard]] bool Load(const Path& path, OpenMode mode);
     [[nodiscard]] bool Save(bool overwriteChanges, Failure& failure);
     [[nodiscard]] bool SaveAs(const Path& path, std::string_view name, Failure& failure);
-    void Adopt(DatabaseContent content, std::shared_ptr<const Image> image, const FileStamp& stamp);
+    /// Goes on with what is now in the file.
+    void Adopt(DatabaseContent written);
     [[nodiscard]] RecordRef NewRecord(std::string_view entries);
     void Changed();
     void Clear();
 
-    FileAccess& m_files;
     const AnsiText& m_page;
-    Path m_path;
-    std::shared_ptr<LockedFile> m_held;        // EditExclusive: the lock from reading to closing
-    std::shared_ptr<const Image> m_fileImage;  // the whole file as last read or written
-    std::shared_ptr<const Image> m_tornImage;  // what a failed save may have left in the file
-    FileStamp m_stamp;
+    CDocumentFile m_file;
     DatabaseContent m_content;
     std::shared_ptr<Storage> m_storage;
     std::size_t m_current = 0;
@@ -188,12 +178,7 @@ class CQuillaryDoc {
     std::size_t m_foreignRecords = 0;
     std::uint64_t m_changeNumber = 0;
     bool m_modified = false;
-    bool m_readOnly = false;
-    bool m_flushInBackground = false;
-    RecoveryState m_recovery = RecoveryState::None;
     Failure m_readerError;
-    struct BackgroundFlush;
-    std::unique_ptr<BackgroundFlush> m_flush;
 };
 
 }  // namespace quillary

@@ -1,9 +1,9 @@
 #include "db/Saving.h"
 
-#include <optional>
 #include <utility>
 
 #include "db/RecoveryFile.h"
+#include "db/StoppedRewrite.h"
 
 namespace quillary {
 
@@ -12,110 +12,6 @@ namespace {
 constexpr std::string_view kAsItWas = "The file is as it was.";
 constexpr std::string_view kNotTouched = "The database was not touched.";
 constexpr std::string_view kNotMade = "No file was made.";
-
-// A locked file, what is in it, and what its recovery file says about that.
-struct Situation {
-    std::shared_ptr<const Image> image;
-    FileStamp stamp;
-    std::optional<RecoveryFile> recovery;
-    RecoveryFile::Match match = RecoveryFile::Match::Neither;
-    bool isTorn = false;            // a recovery file that never became whole; its database was not touched
-    bool isOfOtherVersion = false;  // a recovery file that only another version of the program can read
-};
-
-std::shared_ptr<const Image> CopyOf(std::string_view bytes) { return std::make_shared<const Image>(bytes); }
-
-// Reads the recovery file of the database at `path`, when there is one that is whole and its own. False when there is
-// one that cannot be read: a torn database must not pass for a whole one.
-bool FindRecovery(FileAccess& files, const Path& path, Situation& found, FileError& error) {
-    found.recovery.reset();
-    found.isTorn = found.isOfOtherVersion = false;
-    Image bytes;
-    FileError refused;
-    const Path recoveryPath = files.RecoveryPath(path);
-    if (!files.ReadRecovery(recoveryPath, bytes, refused)) {
-        if (refused.kind == FileError::Kind::NotFound) return true;
-        error = {FileError::Kind::Recovery,
-                 FormatMessage(Message::RecoveryNotRead, {recoveryPath.string(), refused.reason})};
-        return false;
-    }
-    found.isOfOtherVersion = RecoveryFile::IsOfOtherVersion(bytes.Bytes());
-    if (found.isOfOtherVersion) return true;
-    found.recovery = RecoveryFile::Parse(std::move(bytes));
-    found.isTorn = !found.recovery;
-    if (found.recovery && !found.recovery->IsFor(files.CanonicalPath(path))) found.recovery.reset();
-    return true;
-}
-
-bool RefuseOtherVersion(FileAccess& files, const Path& path, Failure& failure) {
-    failure.Set(Message::OtherVersionsCopy, {files.RecoveryPath(path).string()});
-    return false;
-}
-
-bool Examine(FileAccess& files, const Path& path, LockedFile& file, Situation& found, FileError& error) {
-    Image image;
-    // The stamp first: what is written after it shows in the next one.
-    if (!file.Stamp(found.stamp, error) || !file.Read(image, error)) return false;
-    found.image = std::make_shared<const Image>(std::move(image));
-    if (!FindRecovery(files, path, found, error)) return false;
-    if (found.recovery) found.match = found.recovery->Compare(found.image->Bytes(), found.stamp.inode);
-    // From here on the new image stands for a mixture; the file's own bytes make room for it.
-    if (found.recovery && found.match == RecoveryFile::Match::Mixture) {
-        found.image.reset();
-        found.image = CopyOf(found.recovery->NewImage());
-    }
-    return true;
-}
-
-bool Overwrite(LockedFile& file, std::string_view bytes, FileError& error) {
-    return file.WriteAt(0, bytes, error) && file.Truncate(bytes.size(), error) && file.Flush(error);
-}
-
-// Ends a rewrite that was stopped, the file being one of its two images or a mixture. Writes even bytes that read back
-// as they should: a flush that failed may have left them off the disk.
-bool Settle(FileAccess& files, const Path& path, LockedFile& file, Situation& found, FileError& error) {
-    if (!Overwrite(file, found.image->Bytes(), error)) return false;
-    if (!file.Stamp(found.stamp, error)) return false;
-    found.recovery.reset();
-    return files.Remove(files.RecoveryPath(path), error);
-}
-
-// Why a file cannot be locked or looked at.
-void SetLookFailure(const FileError& error, Failure& failure) {
-    if (error.kind == FileError::Kind::Recovery) {
-        failure = {Message::RecoveryNotRead, error.reason};
-    } else {
-        // A name that leads to another file now, or to none, is another program's doing.
-        Message why = Message::UnableToOpenForWriting;
-        if (error.kind == FileError::Kind::NotFound) why = Message::ChangedByAnother;
-        if (error.kind == FileError::Kind::Busy) why = Message::FileBusy;
-        failure.Set(why);
-    }
-}
-
-// The recovery file is about to be replaced, so a rewrite that still needs it is ended first, and a copy that nobody
-// has decided about is left alone.
-bool EndStoppedRewrite(FileAccess& files, const Path& path, LockedFile& file, Failure& failure) {
-    FileError error;
-    Situation found;
-    if (!FindRecovery(files, path, found, error)) {
-        SetLookFailure(error, failure);
-        return false;
-    }
-    if (found.isOfOtherVersion) return RefuseOtherVersion(files, path, failure);
-    if (!found.recovery) return true;
-    if (!Examine(files, path, file, found, error)) {
-        SetLookFailure(error, failure);
-        return false;
-    }
-    if (found.match == RecoveryFile::Match::Neither) {
-        failure.Set(Message::UndecidedCopy, {files.RecoveryPath(path).string()});
-        return false;
-    }
-    if (Settle(files, path, file, found, error)) return true;
-    failure.Set(Message::WriteFailedTorn, {error.reason});
-    return false;
-}
 
 // The file must hold what was read from it: equal stamps say so at once, else its bytes do. `oldImage` becomes what it
 // does hold, when that may be overwritten.
@@ -159,7 +55,7 @@ bool FindOldImage(const RewriteRequest& request, LockedFile& file, FileStamp& pr
 void TakeBack(FileAccess& files, LockedFile& file, const Image& oldImage, const Path& recoveryPath,
               const FileError& reason, Failure& failure) {
     FileError error;
-    if (Overwrite(file, oldImage.Bytes(), error)) {
+    if (OverwriteFile(file, oldImage.Bytes(), error)) {
         failure.Set(Message::WriteFailed, {reason.reason, kAsItWas});
         (void)files.Remove(recoveryPath, error);  // one that stays equals the file
     } else {
@@ -177,7 +73,7 @@ bool LoadDatabaseFile(FileAccess& files, const Path& path, LoadMode mode, Locked
         if (!own) return false;
     }
     Situation found;
-    if (!Examine(files, path, held ? *held : *own, found, error)) return false;
+    if (!ExamineFile(files, path, held ? *held : *own, found, error)) return false;
 
     using Match = RecoveryFile::Match;
     if (mode == LoadMode::Complete && found.recovery && found.match != Match::Neither) {
@@ -188,10 +84,10 @@ bool LoadDatabaseFile(FileAccess& files, const Path& path, LoadMode mode, Locked
             own = files.Open(path, LockKind::Exclusive, refused);
             file = own.get();
             // Another program may have been faster.
-            if (file && !Examine(files, path, *file, found, error)) return false;
+            if (file && !ExamineFile(files, path, *file, found, error)) return false;
         }
         if (file && found.recovery && found.match != Match::Neither) {
-            (void)Settle(files, path, *file, found, refused);
+            (void)FinishRewrite(files, path, *file, found, refused);
         }
     }
     if (mode == LoadMode::Complete && found.isTorn) {
@@ -258,7 +154,7 @@ bool RestoreRecoveryCopy(FileAccess& files, const Path& path, Failure& failure) 
         return undone();
     }
     // From here on it is decided: what is stopped or refused now is completed by the next opening.
-    if (!file->Reserve(copy.size(), error) || !Overwrite(*file, copy, error)) {
+    if (!file->Reserve(copy.size(), error) || !OverwriteFile(*file, copy, error)) {
         failure.Set(Message::WriteFailedTorn, {error.reason});
         return false;
     }
@@ -360,7 +256,7 @@ bool CreateDatabaseFile(FileAccess& files, const Path& path, const Image& image,
         (void)files.Remove(recoveryPath, ignored);
         return false;
     }
-    if (!file->Reserve(image.Size(), error) || !Overwrite(*file, image.Bytes(), error)) {
+    if (!file->Reserve(image.Size(), error) || !OverwriteFile(*file, image.Bytes(), error)) {
         // The recovery file goes last, and stays when the disk may keep a part of the new file.
         const bool emptied = file->Truncate(0, ignored) && file->Flush(ignored);
         const bool removed = files.Remove(path, ignored);

@@ -1,12 +1,9 @@
 #include "ui/QuillaryDialog.h"
 
 #include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMetaProperty>
 #include <QPushButton>
@@ -17,13 +14,11 @@
 #include <utility>
 
 #include "platform/InputPanel.h"
-#include "ui/ColorButton.h"
+#include "ui/DialogControl.h"
 #include "ui/FrameWindow.h"
-#include "ui/HyperlinkLabel.h"
 #include "ui/MessageBox.h"
 #include "ui/Mnemonics.h"
 #include "ui/OpenDialog.h"
-#include "ui/SpinEdit.h"
 #include "ui/TitleHeader.h"
 #include "ui/WideText.h"
 
@@ -32,19 +27,6 @@ namespace quillary {
 namespace {
 
 constexpr int kColumnCharacters = 80;  // a wider text is tiring to read
-
-constexpr bool HasLabelAbove(ControlKind kind) {
-    switch (kind) {
-        case ControlKind::ComboBox:
-        case ControlKind::TextEdit:
-        case ControlKind::PasswordEdit:
-        case ControlKind::Number:
-        case ControlKind::Color:
-            return true;
-        default:
-            return false;
-    }
-}
 
 }  // namespace
 
@@ -57,7 +39,8 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, FrameWindow& frame)
     }
     labels = WithMnemonics(labels);
     qsizetype next = 0;
-    for (const ControlInfo& control : info.controls) AddControl(*column, control, labels[next++]);
+    for (const ControlInfo& control : info.controls)
+        AddControl(*column, control, labels[next++], [this] { ShowHelp(); });
     EndScrolledColumn(*column, info.buttons);
 }
 
@@ -172,62 +155,6 @@ void CQuillaryDialog::AddHeader(QVBoxLayout& column) {
     auto* header = new CTitleHeader(accessibleName());
     header->setObjectName(QString::number(kTitleHeader));
     column.addWidget(header);
-}
-
-void CQuillaryDialog::AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel) {
-    QWidget* widget = nullptr;
-    CSpinEdit* spin = nullptr;
-    Qt::Alignment place;  // across the column
-    switch (control.kind) {
-        case ControlKind::Text: {
-            auto* text = new QLabel(FromWide(control.label));
-            text->setTextFormat(Qt::PlainText);
-            text->setWordWrap(true);
-            widget = text;
-            break;
-        }
-        case ControlKind::Hyperlink:
-            widget = new CHyperlinkLabel(FromWide(control.label), [this] { ShowHelp(); });
-            break;
-        case ControlKind::CheckBox:
-            widget = new QCheckBox(markedLabel);
-            place = Qt::AlignLeft;
-            break;
-        case ControlKind::ComboBox: {
-            auto* box = new QComboBox;
-            // As wide as the column, whatever its entries.
-            box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-            widget = box;
-            break;
-        }
-        case ControlKind::TextEdit:
-        case ControlKind::PasswordEdit: {
-            auto* edit = new QLineEdit;
-            if (control.kind == ControlKind::PasswordEdit) edit->setEchoMode(QLineEdit::Password);
-            widget = edit;
-            break;
-        }
-        case ControlKind::Number:
-            spin = new CSpinEdit;
-            spin->setObjectName(QString::number(control.spinId));
-            widget = spin;
-            place = Qt::AlignLeft;
-            break;
-        case ControlKind::Color:
-            widget = new CColorButton(FromWide(control.label));
-            place = Qt::AlignLeft;
-            break;
-    }
-    if (HasLabelAbove(control.kind)) {
-        auto* label = new QLabel(markedLabel);
-        label->setWordWrap(true);
-        label->setBuddy(widget);
-        column.addWidget(label);
-    }
-    QWidget* named = spin ? &spin->Edit() : widget;
-    if (control.id != 0) named->setObjectName(QString::number(control.id));
-    for (QWidget* part : {named, widget}) part->setAccessibleName(FromWide(control.label));
-    column.addWidget(widget, 0, place);
 }
 
 QWidget* CQuillaryDialog::MakeButtons(Buttons buttons) {

@@ -86,7 +86,6 @@ class CQuillaryDialog : public QDialog {
     void EndScrolledColumn(QVBoxLayout& column, Buttons buttons);
     [[nodiscard]] static QVBoxLayout* MakeColumn(QWidget& content);
     void AddHeader(QVBoxLayout& column);
-    void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& markedLabel);
     [[nodiscard]] QWidget* MakeButtons(Buttons buttons);
     void ShowHelp();
     void ScrollIntoSight(const QWidget& control) const;

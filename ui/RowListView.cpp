@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QGestureEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -11,6 +10,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "ui/MenuPlace.h"
 #include "ui/WideText.h"
 
 namespace quillary {
@@ -255,21 +255,12 @@ void CRowListView::selectionChanged(const QItemSelection& selected, const QItemS
     if (onSelection) onSelection();
 }
 
-void CRowListView::contextMenuEvent(QContextMenuEvent* event) {
-    const bool byKey = event->reason() == QContextMenuEvent::Keyboard;
-    if (byKey) scrollTo(currentIndex());
-    AskForMenu(byKey ? visualRect(currentIndex()).center() : event->pos());
-}
+void CRowListView::contextMenuEvent(QContextMenuEvent* event) { AskForMenu(MenuPlace(*event, *this)); }
 
 bool CRowListView::viewportEvent(QEvent* event) {
-    if (event->type() == QEvent::Gesture) {
-        const QGesture* held = static_cast<QGestureEvent*>(event)->gesture(Qt::TapAndHoldGesture);
-        if (held && held->state() == Qt::GestureFinished) {
-            AskForMenu(viewport()->mapFromGlobal(held->hotSpot().toPoint()));
-            return true;
-        }
-    }
-    return QTableView::viewportEvent(event);
+    const auto held = HeldPlace(*event, *this);
+    if (held) AskForMenu(*held);
+    return held || QTableView::viewportEvent(event);
 }
 
 void CRowListView::AskForMenu(const QPoint& inViewport) {

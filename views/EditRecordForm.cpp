@@ -9,7 +9,6 @@
 
 #include "db/RecordCommit.h"
 #include "ui/Icon.h"
-#include "ui/QuillaryDialog.h"
 #include "ui/ToolTip.h"
 #include "ui/TypedText.h"
 #include "ui/UserMessages.h"
@@ -20,23 +19,6 @@
 namespace quillary {
 
 namespace {
-
-// In pixels, as on the handheld's screen; what a large font needs is added.
-constexpr int kTop = 3;
-constexpr int kLabelLeft = 2;
-constexpr int kLabelWidth = 73;
-constexpr int kLabelGap = 4;
-constexpr int kRightMargin = 18;  // the scroll bar's place
-constexpr int kRowGap = 2;
-constexpr int kLineHeight = 23;
-constexpr int kLinePadding = 6;  // of an editor, around its text
-constexpr int kTextHeight = 69;
-constexpr int kTextLines = 3;
-constexpr int kCheckTop = 2;
-constexpr int kHandheldWidth = 240;
-constexpr int kActionWidth = 29;
-constexpr int kActionPlace = 39;  // by which the editor is narrower
-constexpr int kWideMargin = 9;    // as the other parts of the page have it
 
 bool IsDark(const QPalette& palette) { return palette.color(QPalette::Window).lightness() < 128; }
 
@@ -89,7 +71,7 @@ CEditRecordForm::CEditRecordForm(CQuillaryDoc& doc, const Clock& clock, DateOrde
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    verticalScrollBar()->setSingleStep(kLineHeight + kRowGap);
+    verticalScrollBar()->setSingleStep(kFormRowStep);
     auto* page = new QWidget;
     page->setObjectName(QStringLiteral("188"));
     setWidget(page);
@@ -112,13 +94,13 @@ void CEditRecordForm::AddRow(std::size_t field, const Clock& clock, DateOrder or
         if (!qobject_cast<QScrollBar*>(part)) part->installEventFilter(this);
     }
     if (!m_rows.empty()) {
-        const Row& last = m_rows.back();
+        const RecordFormRow& last = m_rows.back();
         setTabOrder(last.action ? last.action : &last.editor->Widget(), &control);
     }
     const FieldType type = m_doc.TypeOf(field);
     editor->WhenFollowed([this, type, &followed = *editor] { onAction(type, followed.Text()); });
     QToolButton* action = MakeAction(*editor, name, canDial);
-    m_rows.push_back({std::move(editor), new CFieldLabel(name, control, widget()), action});
+    m_rows.push_back({type, std::move(editor), new CFieldLabel(name, control, widget()), action});
 }
 
 QToolButton* CEditRecordForm::MakeAction(const CRecordEditor& editor, const QString& fieldName, bool canDial) {
@@ -144,7 +126,7 @@ void CEditRecordForm::ShowRecord() {
     const RecordRef& record = m_doc.Shown()[m_doc.CurrentRecord()];
     EntryTable entries;
     entries.Fill(record.Entries(), m_doc.FieldCount());
-    for (const Row& row : m_rows) {
+    for (const RecordFormRow& row : m_rows) {
         const std::size_t field = row.editor->Field();
         row.editor->Load(entries.Has(field) ? std::optional(entries.Text(field)) : std::nullopt);
     }
@@ -154,7 +136,7 @@ void CEditRecordForm::ShowRecord() {
 void CEditRecordForm::FollowRecord() {
     EntryTable entries;
     entries.Fill(m_doc.Shown()[m_doc.CurrentRecord()].Entries(), m_doc.FieldCount());
-    for (const Row& row : m_rows) {
+    for (const RecordFormRow& row : m_rows) {
         const std::size_t field = row.editor->Field();
         if (row.editor->IsChanged())
             row.editor->Follow(entries.Has(field) ? std::optional(entries.Text(field)) : std::nullopt);
@@ -165,12 +147,12 @@ void CEditRecordForm::ShowNewRecord() {
     m_isNew = true;
     if (m_viewOnly) SetViewOnly(false);
     m_newValues = NewRecordValues(m_doc, m_clock);
-    for (const Row& row : m_rows) row.editor->Load(m_newValues[row.editor->Field()]);
+    for (const RecordFormRow& row : m_rows) row.editor->Load(m_newValues[row.editor->Field()]);
     FocusFirst();
 }
 
 bool CEditRecordForm::IsChanged() const {
-    return std::any_of(m_rows.begin(), m_rows.end(), [](const Row& row) { return row.editor->IsChanged(); });
+    return std::any_of(m_rows.begin(), m_rows.end(), [](const RecordFormRow& row) { return row.editor->IsChanged(); });
 }
 
 QString CEditRecordForm::TextOf(std::size_t field) const { return m_rows[field].editor->Text(); }
@@ -187,7 +169,7 @@ bool CEditRecordForm::Commit(bool& changed, Failure& failure, int& control) {
 
 bool CEditRecordForm::CommitNew(Failure& failure, int& control) {
     std::vector<std::string> values = m_newValues;
-    for (const Row& row : m_rows) {
+    for (const RecordFormRow& row : m_rows) {
         if (!row.editor->IsChanged()) continue;
         const std::size_t field = row.editor->Field();
         auto stored = row.editor->Stored(failure);
@@ -202,7 +184,7 @@ bool CEditRecordForm::CommitNew(Failure& failure, int& control) {
 
 bool CEditRecordForm::CommitChanges(bool& changed, Failure& failure, int& control) {
     std::vector<EnteredValue> values;
-    for (const Row& row : m_rows) {
+    for (const RecordFormRow& row : m_rows) {
         if (!row.editor->IsChanged()) continue;
         const std::size_t field = row.editor->Field();
         auto stored = row.editor->Stored(failure);
@@ -225,39 +207,8 @@ bool CEditRecordForm::CommitChanges(bool& changed, Failure& failure, int& contro
 // ---- Layout
 
 void CEditRecordForm::LayOut() {
-    // Whether the scroll bar shows makes no difference to the layout.
-    const int scrollBar = std::max(kRightMargin, verticalScrollBar()->sizeHint().width());
-    const int outside = std::max(0, width() - CQuillaryDialog::ComfortableWidth(fontMetrics())) / 2;
-    const int margin = width() > kHandheldWidth ? kWideMargin : kLabelLeft;
-    QRect column(outside + margin, 0, 0, 0);
-    column.setRight(width() - 1 - std::max(outside + margin, scrollBar));
-    int labelWidth = 0;
-    for (const Row& row : m_rows) labelWidth = std::max(labelWidth, row.label->NaturalWidth());
-    labelWidth = std::max(std::min(labelWidth, column.width() * 3 / 10), kLabelWidth);
-    int y = kTop;
-    for (const Row& row : m_rows) y += Place(row, column, labelWidth, y) + kRowGap;
-    widget()->resize(viewport()->width(), y);
-}
-
-int CEditRecordForm::Place(const Row& row, const QRect& column, int labelWidth, int y) const {
-    const FieldType type = m_doc.TypeOf(row.editor->Field());
-    const int lineHeight = std::max(kLineHeight, fontMetrics().height() + kLinePadding);
-    const int labelTop = (lineHeight - fontMetrics().height()) / 2;
-    int height = lineHeight;
-    if (type == FieldType::Text) {
-        height = std::max(kTextHeight, kTextLines * fontMetrics().lineSpacing() + 2 * kLinePadding);
-    }
-    row.label->setGeometry(column.left(), y + labelTop, labelWidth, row.label->HeightFor(labelWidth));
-    QRect place(column.left() + labelWidth + kLabelGap, y, 0, height);
-    place.setRight(column.right());
-    if (type == FieldType::Checkbox) place.setTop(y + kCheckTop);
-    if (row.action) {
-        const int width = std::max(kActionWidth, fontMetrics().height() + kLinePadding);
-        row.action->setGeometry(place.right() + 1 - width, y, width, height);
-        place.setRight(place.right() - width - (kActionPlace - kActionWidth));
-    }
-    row.editor->Widget().setGeometry(place);
-    return std::max(height, labelTop + row.label->height());
+    const int height = LayOutRows(m_rows, width(), verticalScrollBar()->sizeHint().width(), fontMetrics());
+    widget()->resize(viewport()->width(), height);
 }
 
 void CEditRecordForm::resizeEvent(QResizeEvent* event) {
@@ -275,7 +226,7 @@ void CEditRecordForm::changeEvent(QEvent* event) {
 
 void CEditRecordForm::SetViewOnly(bool viewOnly) {
     m_viewOnly = viewOnly;
-    for (const Row& row : m_rows) row.editor->SetReadOnly(viewOnly);
+    for (const RecordFormRow& row : m_rows) row.editor->SetReadOnly(viewOnly);
     PaintEditors();
 }
 
@@ -287,9 +238,8 @@ void CEditRecordForm::PaintEditors() {
     }
     QPalette linkColors = colors;
     if (m_viewOnly) linkColors.setColor(QPalette::Text, LinkColor(palette()));
-    for (const Row& row : m_rows) {
-        const FieldType type = m_doc.TypeOf(row.editor->Field());
-        const bool isLink = type == FieldType::EMail || type == FieldType::WebUrl;
+    for (const RecordFormRow& row : m_rows) {
+        const bool isLink = row.type == FieldType::EMail || row.type == FieldType::WebUrl;
         row.editor->Widget().setPalette(isLink ? linkColors : colors);
     }
 }
@@ -321,7 +271,7 @@ bool CEditRecordForm::event(QEvent* event) {
             MakeVisible();
             return true;
         case kRaisePanelMessage:
-            if (!m_rows.empty() && IsTextLike(m_doc.TypeOf(0)) && !m_viewOnly && onTypingBegins) onTypingBegins();
+            if (!m_rows.empty() && IsTextLike(m_rows.front().type) && !m_viewOnly && onTypingBegins) onTypingBegins();
             return true;
         default:
             return QScrollArea::event(event);
@@ -341,13 +291,13 @@ void CEditRecordForm::Step(int direction) {
 }
 
 int CEditRecordForm::FocusedRow() const {
-    const Row* row = RowOf(QApplication::focusWidget());
+    const RecordFormRow* row = RowOf(QApplication::focusWidget());
     return row ? static_cast<int>(row - m_rows.data()) : -1;
 }
 
-const CEditRecordForm::Row* CEditRecordForm::RowOf(const QObject* widget) const {
+const RecordFormRow* CEditRecordForm::RowOf(const QObject* widget) const {
     for (; widget && widget != this; widget = widget->parent()) {
-        const auto found = std::find_if(m_rows.begin(), m_rows.end(), [widget](const Row& row) {
+        const auto found = std::find_if(m_rows.begin(), m_rows.end(), [widget](const RecordFormRow& row) {
             return &row.editor->Widget() == widget || row.action == widget;
         });
         if (found != m_rows.end()) return &*found;
@@ -360,8 +310,8 @@ void CEditRecordForm::MakeVisible() {
     if (row < 0) return;
     // The top last, for an editor that is higher than the form.
     const QRect place = m_rows[static_cast<std::size_t>(row)].editor->Widget().geometry();
-    ensureVisible(place.left(), place.bottom(), 0, kTop);
-    ensureVisible(place.left(), place.top(), 0, kTop);
+    ensureVisible(place.left(), place.bottom(), 0, kFormTop);
+    ensureVisible(place.left(), place.top(), 0, kFormTop);
 }
 
 void CEditRecordForm::FocusFirst() {
@@ -371,7 +321,7 @@ void CEditRecordForm::FocusFirst() {
 }
 
 bool CEditRecordForm::eventFilter(QObject* watched, QEvent* event) {
-    const Row* row = RowOf(watched);
+    const RecordFormRow* row = RowOf(watched);
     if (!row) return QScrollArea::eventFilter(watched, event);
     if (watched == row->action) return ActionTakes(*event);
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonRelease) {

@@ -3,7 +3,6 @@
 
 #include <QScrollArea>
 #include <functional>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -11,14 +10,11 @@
 #include "db/FieldType.h"
 #include "db/Messages.h"
 #include "db/UserLocale.h"
-
-class QToolButton;
+#include "views/RecordFormLayout.h"
 
 namespace quillary {
 
-class CFieldLabel;
 class CQuillaryDoc;
-class CRecordEditor;
 
 inline constexpr int kFirstEditor = 100;  // the control id of the first field's editor; the others follow
 inline constexpr int kFirstAction = 500;  // that of the first action button
@@ -62,18 +58,10 @@ class CEditRecordForm : public QScrollArea {
     void resizeEvent(QResizeEvent* event) override;
 
   private:
-    struct Row {
-        std::unique_ptr<CRecordEditor> editor;
-        CFieldLabel* label;
-        QToolButton* action;  // null for a type without one
-    };
-
     void AddRow(std::size_t field, const Clock& clock, DateOrder order, bool canDial);
     /// The button that acts on the row's value; null for a type without one.
     [[nodiscard]] QToolButton* MakeAction(const CRecordEditor& editor, const QString& fieldName, bool canDial);
     void LayOut();
-    /// Puts a row at `y`; its height.
-    [[nodiscard]] int Place(const Row& row, const QRect& column, int labelWidth, int y) const;
     void SetViewOnly(bool viewOnly);
     void PaintEditors();
     /// In a database that cannot be written, tells so instead.
@@ -81,7 +69,7 @@ class CEditRecordForm : public QScrollArea {
     void Step(int direction);
     void MakeVisible();
     [[nodiscard]] int FocusedRow() const;
-    [[nodiscard]] const Row* RowOf(const QObject* widget) const;
+    [[nodiscard]] const RecordFormRow* RowOf(const QObject* widget) const;
     [[nodiscard]] bool CommitNew(Failure& failure, int& control);
     [[nodiscard]] bool CommitChanges(bool& changed, Failure& failure, int& control);
     [[nodiscard]] bool ActionTakes(const QEvent& event);
@@ -90,7 +78,7 @@ class CEditRecordForm : public QScrollArea {
     CQuillaryDoc& m_doc;
     const Clock& m_clock;
     int m_nextAction = kFirstAction;
-    std::vector<Row> m_rows;  // one for each field; the widgets belong to the scrolled page
+    std::vector<RecordFormRow> m_rows;  // one for each field; the widgets belong to the scrolled page
     std::vector<std::string> m_newValues;
     bool m_isNew = false;
     bool m_viewOnly = false;

@@ -14,13 +14,10 @@
 #include "db/RecordCommit.h"
 #include "query/Filter.h"
 #include "query/FilterRecordsDlg.h"
-#include "query/Find.h"
-#include "query/FindRecordDlg.h"
 #include "query/Sort.h"
 #include "ui/CheckImage.h"
 #include "ui/CommandIds.h"
 #include "ui/FrameWindow.h"
-#include "ui/LongWork.h"
 #include "ui/MessageBox.h"
 #include "ui/StepLog.h"
 #include "ui/TypedText.h"
@@ -35,10 +32,6 @@
 namespace quillary {
 
 namespace {
-
-constexpr int kSmallestFiller = 10;
-constexpr int kLargestWidth = 4096;
-constexpr std::size_t kRowsAStep = 1024;  // of a find that can be stopped
 
 /// As spreadsheets take it: in quotes when it holds what separates cells.
 QString ForClipboard(const QString& text) {
@@ -82,7 +75,9 @@ CQuillaryView::CQuillaryView(CDocumentSession& session, FrameWindow& frame, Tras
       m_model(session.Doc()),
       m_delegate(new CRecordCellDelegate(m_doc, m_model, this)),
       m_header(new CRecordHeader(this)),
+      m_columns(session, *this, *m_header, m_model, frame),
       m_sorting(m_doc, *this, *m_header, m_frame),
+      m_find(m_doc, frame),
       m_typedSearch(m_doc),
       m_sending(session, surroundings.launcher, frame) {
     setAccessibleName(QStringLiteral("Records"));
@@ -114,9 +109,9 @@ void CQuillaryView::SetUpHeaders() {
     verticalHeader()->setMinimumSectionSize(1);
     verticalHeader()->setDefaultSectionSize(CRecordCellDelegate::RowHeight(fontMetrics()));
 
-    m_header->onDragging = [this] { FitFiller(); };
-    m_header->onDragged = [this](int column) { StoreWidth(column); };
-    m_header->onFit = [this](int column) { FitColumn(column); };
+    m_header->onDragging = [this] { m_columns.FitFiller(); };
+    m_header->onDragged = [this](int column) { m_columns.StoreWidth(column); };
+    m_header->onFit = [this](int column) { m_columns.Fit(column); };
     m_header->onTap = [this](int column) { m_sorting.OnHeaderItemClick(column); };
     setHorizontalHeader(m_header);
     // The toolkit's own way to fit a column looks at some rows only.
@@ -128,7 +123,7 @@ bool CQuillaryView::RebuildList(bool resort, bool save) {
         const WaitCursor wait;
         const Place place = CurrentPlace();
         if (resort) SortRecords(m_doc);
-        BuildColumns();
+        m_columns.Build();
         GoTo(place);
     }
     const bool saved = !save || m_session.Save();
@@ -137,63 +132,15 @@ bool CQuillaryView::RebuildList(bool resort, bool save) {
 }
 
 CQuillaryView::Place CQuillaryView::CurrentPlace() const {
-    return {GetSelectedRow(),
-            currentIndex().column(),
-            horizontalScrollBar()->value(),
-            verticalScrollBar()->value(),
-            m_findText,
-            m_findColumn};
+    return {GetSelectedRow(), currentIndex().column(), horizontalScrollBar()->value(), verticalScrollBar()->value(),
+            m_find.LastSought()};
 }
 
 void CQuillaryView::GoTo(const Place& place) {
     SelectCell(place.row, place.column);
     horizontalScrollBar()->setValue(place.horizontal);
     verticalScrollBar()->setValue(place.vertical);
-    m_findText = place.findText;
-    m_findColumn = place.findColumn < m_model.FieldColumns() ? place.findColumn : kNoFindYet;
-}
-
-void CQuillaryView::BuildColumns() {
-    m_model.Rebuild();
-    if (m_model.columnCount() == 0) return;
-    for (int k = 0; k < m_model.FieldColumns(); ++k) {
-        m_header->SetWidth(k, ShownWidth(m_doc.Fields()[static_cast<std::size_t>(k)]));
-    }
-    m_header->setSectionResizeMode(m_model.FieldColumns(), QHeaderView::Fixed);
-    FitFiller();
-}
-
-void CQuillaryView::FitFiller() {
-    if (m_model.columnCount() == 0) return;
-    int sum = 0;
-    for (int k = 0; k < m_model.FieldColumns(); ++k) sum += m_header->sectionSize(k);
-    const int client = viewport()->width();
-    m_header->SetWidth(m_model.FieldColumns(), sum < client - kSmallestFiller ? client - sum : kSmallestFiller);
-}
-
-void CQuillaryView::StoreWidth(int column) {
-    const auto before = m_session.BeforeChange();
-    m_doc.SetFieldWidth(static_cast<std::size_t>(column), std::min(m_header->sectionSize(column), kLargestWidth));
-    if (!m_session.Save()) {
-        m_doc.Restore(*before);
-        RebuildList(false, false);
-    }
-    m_frame.DocumentChanged();
-}
-
-void CQuillaryView::FitColumn(int column) {
-    if (m_model.IsFiller(column)) return;
-    const WaitCursor wait;
-    const QFontMetrics metrics(font());
-    const int widestLetter = metrics.maxWidth();
-    int width = m_header->sectionSizeHint(column) - 2 * CRecordCellDelegate::kTextMargin;
-    for (int row = 0; row < m_model.rowCount(); ++row) {
-        const QString text = m_model.CellText(row, column);
-        if (text.size() * widestLetter > width) width = std::max(width, metrics.horizontalAdvance(text));
-    }
-    m_header->SetWidth(column, std::min(width + 2 * CRecordCellDelegate::kTextMargin + 1, viewport()->width()));
-    FitFiller();
-    StoreWidth(column);
+    m_find.TakeUp(place.sought);
 }
 
 void CQuillaryView::SetRowColor(const std::optional<QColor>& color) {
@@ -314,7 +261,7 @@ void CQuillaryView::changeEvent(QEvent* event) {
 
 void CQuillaryView::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
-    FitFiller();
+    m_columns.FitFiller();
 }
 
 void CQuillaryView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
@@ -388,15 +335,12 @@ void CQuillaryView::OnOptions() {
 void CQuillaryView::OnFieldDefinitions() {
     RunFieldDefinitions(m_doc, CenturyOf(m_surroundings.clock), m_frame, [this](PreparedSchema schema) {
         const auto before = m_session.BeforeChange();
-        const std::string searched =
-            m_findColumn >= 0 ? m_doc.Fields()[static_cast<std::size_t>(m_findColumn)].name : std::string();
+        const CListFind::Sought sought = m_find.LastSought();
+        const std::string searched = m_find.FieldName();
         if (!ApplySchema(m_doc, std::move(schema))) return true;
-        const int column = m_findColumn;
-        // Repeat Find goes on in the same field.
-        const auto field = m_doc.FieldByName(searched);
-        if (m_findColumn >= 0) m_findColumn = field ? static_cast<int>(*field) : kNoFindYet;
+        m_find.FollowField(searched);
         const bool isStored = SaveOrRestore(*before, true);
-        if (!isStored) m_findColumn = column;
+        if (!isStored) m_find.TakeUp(sought);
         return isStored;
     });
 }
@@ -434,38 +378,15 @@ void CQuillaryView::OnChangePassword() {
     dialog.exec();
 }
 
-void CQuillaryView::OnFind() {
-    CFindRecordDlg dialog(m_doc, m_findText, m_findColumn, m_frame);
-    if (dialog.exec() != QDialog::Accepted) return;
-    m_findText = dialog.Text();
-    m_findColumn = dialog.Column();
-    FindFrom(0);
-}
+void CQuillaryView::OnFind() { ShowFound(m_find.OnFind()); }
 
 void CQuillaryView::OnRepeatFind() {
     const int next = GetSelectedRow() + 1;
-    FindFrom(static_cast<std::size_t>(next));
+    ShowFound(m_find.FindFrom(static_cast<std::size_t>(next)));
 }
 
-void CQuillaryView::FindFrom(std::size_t row) {
-    const QString question =
-        QStringLiteral("The end of the database has been reached. Continue from the top of the database?");
-    const QStringList answers = {QStringLiteral("Yes"), QStringLiteral("No")};
-    const QString doing = QStringLiteral("Looking for \"%1\"...").arg(m_findText);
-    const std::size_t rows = m_doc.Shown().size();
-    std::optional<std::size_t> found;
-    bool isThrough = true;
-    do {
-        RecordFinder finder(m_doc, m_findText.toStdU16String(), m_findColumn);
-        isThrough = RunLongWork(m_frame.Window(), doing, [&] {
-            const std::size_t end = std::min(row + kRowsAStep, rows);
-            found = finder.FindFrom(row, end);
-            row = end;
-            return found || row >= rows;
-        });
-        row = 0;
-    } while (!found && isThrough && AskUser(m_frame.Window(), question, answers) == 0);
-    if (found) SelectCell(static_cast<int>(*found), currentIndex().column());
+void CQuillaryView::ShowFound(std::optional<std::size_t> row) {
+    if (row) SelectCell(static_cast<int>(*row), currentIndex().column());
     UpdateRecordCounter();
 }
 
@@ -498,7 +419,7 @@ void CQuillaryView::UpdateExportContacts(CommandState& state) const {
     if (m_doc.Shown().empty()) state.Disable(QStringLiteral("No record is shown."));
 }
 
-void CQuillaryView::UpdateRepeatFind(CommandState& state) const { state.Enable(m_findColumn != kNoFindYet); }
+void CQuillaryView::UpdateRepeatFind(CommandState& state) const { state.Enable(m_find.CanRepeat()); }
 
 void CQuillaryView::UpdateShowAll(CommandState& state) const {
     state.Enable(!EffectiveFilter(m_doc).conditions.empty());

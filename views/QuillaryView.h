@@ -9,6 +9,8 @@
 #include "ui/CommandTarget.h"
 #include "views/DatabaseSending.h"
 #include "views/EditRecordDlg.h"
+#include "views/ListColumns.h"
+#include "views/ListFind.h"
 #include "views/ListSorting.h"
 #include "views/RecordListModel.h"
 #include "views/TypedSearch.h"
@@ -33,8 +35,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     /// What a person looks at: the current cell and how far the list is scrolled; and what was last looked for.
     struct Place {
         int row, column, horizontal, vertical;
-        QString findText;
-        int findColumn;
+        CListFind::Sought sought;
     };
     [[nodiscard]] Place CurrentPlace() const;
     void GoTo(const Place& place);
@@ -60,8 +61,6 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
   private:
-    static constexpr int kNoFindYet = -2;
-
     void OnChangePassword();
     void OnCopy();
     void OnDelete();
@@ -93,14 +92,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     [[nodiscard]] bool SaveOrRestore(const CQuillaryDoc::State& before, bool resort);
 
     void SetUpHeaders();
-    void BuildColumns();
-    /// Widens the filler column to the client area's edge.
-    void FitFiller();
-    void StoreWidth(int column);
-    /// Selects the next record that holds the text; at the end, asks whether to go on from the top.
-    void FindFrom(std::size_t row);
-    /// Widens or narrows a column to its widest text.
-    void FitColumn(int column);
+    void ShowFound(std::optional<std::size_t> row);
     /// What a click or touch does in a cell.
     void Tap(const QModelIndex& cell, const QPoint& point);
     void OnUpdate(int hint);
@@ -117,11 +109,11 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     CRecordListModel m_model;
     CRecordCellDelegate* m_delegate;
     CRecordHeader* m_header;
+    CListColumns m_columns;
     CListSorting m_sorting;
+    CListFind m_find;
     CTypedSearch m_typedSearch;
     CDatabaseSending m_sending;
-    QString m_findText;  // as typed
-    int m_findColumn = kNoFindYet;
     bool m_painted = false;
     QPoint m_tapPoint;  // where the mouse or finger last went down
 };

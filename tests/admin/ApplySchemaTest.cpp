@@ -189,10 +189,7 @@ TEST_F(ApplySchemaTest, FieldsThatStayKeepTheirTexts) {
 
 TEST_F(ApplySchemaTest, TextsThatWouldHideAFieldStopIt) {
     Make({"t", "t"});
-    Append(
-        Entries({"a\x02"
-                 "b",
-                 "x"}));
+    Append(Entries({"a\x02z", "x"}));
     Append(Entries({"\x02", "\x02"}));
     auto definitions = Definitions();
     definitions.push_back({MakeField("City", "t"), std::nullopt});
@@ -219,27 +216,18 @@ TEST_F(ApplySchemaTest, TextsThatWouldHideAFieldStopIt) {
 
     // A field that was hidden before may stay so, another one in its place may not.
     Make({"t", "t", "t", "t"});
-    Append(
-        Entries({"a\x02"
-                 "b",
-                 "x", "y", "z"}));
+    Append(Entries({"a\x02z", "x", "y", "z"}));
     definitions = Definitions();
     std::swap(definitions[2], definitions[3]);
     EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
     definitions.pop_back();
     EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
     Make({"t", "t", "t"});
-    Append(
-        Entries({"a\x02"
-                 "b",
-                 "x", "y"}));
+    Append(Entries({"a\x02z", "x", "y"}));
     definitions = Definitions();
     definitions[1].field.type = FieldType::List;
     Apply(definitions);
-    EXPECT_EQ(Entries({"a\x02"
-                       "b",
-                       "x", "y"}),
-              doc.Shown()[0].Entries());
+    EXPECT_EQ(Entries({"a\x02z", "x", "y"}), doc.Shown()[0].Entries());
 }
 
 TEST_F(ApplySchemaTest, NamesWidthsAndOptionsTouchNoRecord) {

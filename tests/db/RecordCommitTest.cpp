@@ -41,6 +41,8 @@ TEST_F(RecordCommit, NewRecordsStartWithTheirDefaultsAndAdvanceTheSequence) {
     doc.SetSequenceNext(2, 0x7FFFFFFE);
     ASSERT_TRUE(CommitNewRecord(doc, values, failure));
     EXPECT_EQ("2147483647", NewRecordValues(doc, FixedClock())[2]) << "stops at the limit";
+    doc.NewDatabase("x", {MakeField("Done", "B"), MakeField("Day", "D"), MakeField("At", "d")});
+    EXPECT_THAT(NewRecordValues(doc, FixedClock()), testing::ElementsAre("false", "", "")) << "without the options";
 }
 
 TEST_F(RecordCommit, AValueThatReadsTheSameIsNoChange) {
@@ -57,18 +59,8 @@ TEST_F(RecordCommit, AValueThatReadsTheSameIsNoChange) {
 }
 
 TEST_F(RecordCommit, OnlyWhatWasEnteredChanges) {
-    std::vector<std::string> texts = {"cut\rhere",
-                                      "1,500",
-                                      "x",
-                                      "JA",
-                                      "-700000",
-                                      "90001",
-                                      "green",
-                                      "5\xA0"
-                                      "5",
-                                      "",
-                                      "",
-                                      "z"};
+    std::vector<std::string> texts = {"cut\rhere", "1,500",  "x", "JA", "-700000", "90001",
+                                      "green",     "5\xA0x", "",  "",   "z"};
     const std::size_t row = Append(texts);
     bool changed = false;
     ASSERT_TRUE(CommitRecord(doc, row, std::vector<EnteredValue>{{10, "end"}, {3, "false"}}, changed, failure));

@@ -173,18 +173,6 @@ TEST(Sort, ThreeKeysAreStableAndDeadKeysAreSkipped) {
     }
 }
 
-TEST(Sort, ARecordWithoutTheEntrySortsAsEmpty) {
-    MemoryFiles files;
-    CQuillaryDoc doc(files);
-    doc.NewDatabase("x", {MakeField("Row", "F"), MakeField("Key", "B")});
-    Failure failure;
-    for (const auto& texts : std::vector<std::vector<std::string>>{{"0", "false"}, {"1"}, {"2", "true"}}) {
-        ASSERT_TRUE(doc.AppendRecord(Entries(texts), failure));
-    }
-    doc.SetSort({{"Key", false}});
-    EXPECT_THAT(SortedOrder(doc), testing::ElementsAre(1, 0, 2));
-}
-
 TEST(Sort, KeysOfRenamedAndRemovedFieldsCountForNothing) {
     MemoryFiles files;
     CQuillaryDoc doc(files);

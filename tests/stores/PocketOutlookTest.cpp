@@ -6,8 +6,7 @@
 #include <algorithm>
 #include <set>
 
-#include "integration/Appointment.h"
-#include "integration/Contact.h"
+#include "tests/fakes/FakePersonalStore.h"
 #include "tests/fakes/TestDatabase.h"
 
 namespace quillary {
@@ -16,38 +15,27 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-struct ListingStore : PersonalStore {
-    ListingStore(Names& names, bool creates, bool logsOn) : m_names(names), m_creates(creates), m_logsOn(logsOn) {}
-    bool Create() override { return m_creates; }
-    bool LogOn() override { return m_logsOn; }
-    bool AddAppointment(const Appointment&, const std::string& uid) override { return m_names.push_back(uid), true; }
-    bool AddContact(const Contact&, const std::string& uid) override { return m_names.push_back(uid), true; }
-    Names& m_names;
-    bool m_creates;
-    bool m_logsOn;
-};
-
 TEST(PocketOutlook, SaysOnceThatThereIsNoStore) {
     for (const Message trouble : {Message::NoPersonalStore, Message::NoLogOn, Message::None}) {
-        Names names;
+        const auto items = std::make_shared<FakePersonalItems>();
+        items->isThere = trouble != Message::NoPersonalStore;
+        items->letsIn = trouble != Message::NoLogOn;
         ScriptedQuestions questions;
-        CPocketOutlook outlook(
-            std::make_unique<ListingStore>(names, trouble != Message::NoPersonalStore, trouble != Message::NoLogOn),
-            questions);
+        CPocketOutlook outlook(std::make_unique<FakePersonalStore>(items), questions);
         const bool works = trouble == Message::None;
         EXPECT_EQ(works, outlook.IsUsable() && outlook.CreateAppointment({}) && outlook.CreateContact({}));
         EXPECT_EQ(works ? std::vector<Message>() : std::vector<Message>{trouble}, questions.told);
-        EXPECT_EQ(works, !names.empty());
+        EXPECT_EQ(works, !items->uids.empty());
     }
 }
 
 Names NamesOf(const std::vector<Appointment>& appointments, const std::vector<Contact>& contacts) {
-    Names names;
+    const auto items = std::make_shared<FakePersonalItems>();
     ScriptedQuestions questions;
-    CPocketOutlook outlook(std::make_unique<ListingStore>(names, true, true), questions);
+    CPocketOutlook outlook(std::make_unique<FakePersonalStore>(items), questions);
     for (const Appointment& appointment : appointments) EXPECT_TRUE(outlook.CreateAppointment(appointment));
     for (const Contact& contact : contacts) EXPECT_TRUE(outlook.CreateContact(contact));
-    return names;
+    return items->uids;
 }
 
 TEST(PocketOutlook, ItemsThatDifferHaveNamesThatDifferAndTheSameInEveryRun) {

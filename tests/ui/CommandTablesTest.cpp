@@ -121,11 +121,14 @@ TEST_F(CommandRoutingTest, StatesFollowTheDatabase) {
     EXPECT_TRUE(IsEnabled(ID_FILE_OPEN));
 }
 
-TEST_F(CommandRoutingTest, KeysWorkWhileTheMenuBarHasTheFocus) {
+TEST_F(CommandRoutingTest, KeysWorkWhileTheMenuBarHasTheFocusAndThenBelongToTheDialog) {
     Open(PeopleParts().Build());
     auto* bar = app.Frame().findChild<QMenuBar*>();
     bar->setFocus();
-    user.ExpectDialog(142, [this](CQuillaryDialog&) { app.Frame().CancelDialog(); });
+    user.ExpectDialog(142, [](CQuillaryDialog& page) {
+        EXPECT_TRUE(page.Control<QWidget>(1027)->hasFocus());
+        page.reject();
+    });
     QTest::keyClick(bar, Qt::Key_F, Qt::ControlModifier);
 }
 

@@ -2,7 +2,6 @@
 #include <QAbstractButton>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMenuBar>
 #include <QTest>
 #include <algorithm>
 #include <functional>
@@ -28,7 +27,6 @@
 #include "query/FindRecordDlg.h"
 #include "tests/views/FormTest.h"
 #include "ui/AboutDlg.h"
-#include "ui/CommandIds.h"
 #include "views/DocumentSession.h"
 #include "views/EditRecordDlg.h"
 
@@ -151,17 +149,6 @@ TEST_F(DialogTest, ClosingTheWindowEndsTheDialogFirstAndAsksWhenItHoldsChanges) 
         EXPECT_EQ(doc->Style() == DateStyle::Long, answer == "Save");
         EXPECT_TRUE(QTest::qWaitFor([this] { return !app.Frame().isVisible(); }));
     }
-}
-
-TEST_F(DialogTest, HasTheKeysWhateverHadThemBefore) {
-    Open(PeopleParts().Build());
-    app.Frame().findChild<QMenuBar*>()->setFocus();
-    user.ExpectDialog(142, [](CQuillaryDialog& page) {
-        EXPECT_TRUE(page.Control<QWidget>(1027)->hasFocus());
-        QTest::keyClick(&page, Qt::Key_Escape);
-    });
-    app.Frame().PostCommand(ID_RECORD_FIND);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
 }
 
 TEST_F(DialogTest, ALinkFollowsTheKeyboardToo) {

@@ -70,6 +70,12 @@ std::string WindowTest::CloseAndReadFile(const Path& path) {
     return files.contents[path.string()];
 }
 
+const CQuillaryDoc& WindowTest::Stored(const Path& path) {
+    ScriptedQuestions questions;
+    EXPECT_TRUE(m_stored.emplace(files).OpenDatabase(path, OpenMode::Read, questions)) << path;
+    return *m_stored;
+}
+
 ImageParts PeopleParts() {
     ImageParts parts;
     parts.name = "People";

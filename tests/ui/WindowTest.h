@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -152,6 +153,8 @@ class WindowTest : public ::testing::Test {
     [[nodiscard]] CQuillaryView* View();
     /// The file's documents, after the window has closed it.
     [[nodiscard]] std::string CloseAndReadFile(const Path& path = "/people.pdb");
+    /// What the file holds now, as another program would read it; until the next call.
+    [[nodiscard]] const CQuillaryDoc& Stored(const Path& path = "/people.pdb");
 
     /// All of the test's own, but for the disk.
     [[nodiscard]] Desktop DesktopOn(FileAccess& disk) {
@@ -187,7 +190,19 @@ class WindowTest : public ::testing::Test {
     std::function<std::unique_ptr<HttpSession>()> openHttp;
     CQuillaryApp app{DesktopOn(files)};
     User user;
+
+  private:
+    std::optional<CQuillaryDoc> m_stored;
 };
+
+inline constexpr char kDiskFull[] =
+    "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
+    "The database was not touched.";
+inline constexpr char kDiskFullLeaving[] =
+    "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
+    "The database was not touched. The changes to \"People\" are not saved.";
+inline constexpr char kChangedByAnother[] =
+    "Another program has changed this database since it was read. It was not overwritten.";
 
 /// Three records of a Text, a Number, a Date and a Checkbox.
 [[nodiscard]] ImageParts PeopleParts();

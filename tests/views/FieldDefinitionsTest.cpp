@@ -61,12 +61,6 @@ class FieldDefinitionsTest : public WindowTest {
         user.ExpectDialog(136, std::move(steps));
         ChooseMenu("Database", "Field Definitions...");
     }
-    [[nodiscard]] std::vector<std::vector<std::string>> StoredRecords() {
-        CQuillaryDoc doc(files);
-        ScriptedQuestions questions;
-        EXPECT_TRUE(doc.OpenDatabase("/people.pdb", OpenMode::Read, questions));
-        return ShownTexts(doc);
-    }
     /// Does the steps with the field in the dialog of its type, and presses the button.
     bool RunType(FieldEdit& edit, const User::Steps& steps, int button = kOkButton, bool converts = true) {
         user.ExpectDialog(150, [&](CQuillaryDialog& page) {
@@ -116,7 +110,7 @@ TEST_F(FieldDefinitionsTest, AtOkEveryRecordGetsTheNewLayoutInOneSave) {
     const std::vector<std::vector<std::string>> expected = {
         {"36500", "Ada", "false", "1"}, {"0", "100%% of %d", "false", "1"}, {"", "Bob\r\nsecond line", "false", "0"}};
     app.CloseDocument();
-    EXPECT_EQ(StoredRecords(), expected);
+    EXPECT_EQ(ShownTexts(Stored()), expected);
 }
 
 TEST_F(FieldDefinitionsTest, CancelAndAnUnchangedOkLeaveTheFileAlone) {
@@ -189,7 +183,7 @@ TEST_F(FieldDefinitionsTest, LossesAreAskedAboutBeforeAnythingChanges) {
         user.ExpectMessage(question, "Change");
         Ok(page);
     });
-    EXPECT_EQ(StoredRecords()[0][0], "");
+    EXPECT_EQ(ShownTexts(Stored())[0][0], "");
 }
 
 TEST_F(FieldDefinitionsTest, AFailedSaveTakesTheChangeBack) {
@@ -199,9 +193,7 @@ TEST_F(FieldDefinitionsTest, AFailedSaveTakesTheChangeBack) {
     InEditor([this](CQuillaryDialog& page) {
         Tap(page, 0, 0);
         Press(page, ID_FIELD_REMOVE);
-        user.ExpectMessage(
-            "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
-            "The database was not touched.");
+        user.ExpectMessage(kDiskFull);
         Ok(page);
         EXPECT_TRUE(page.isVisible()) << "with everything that was defined";
         page.reject();

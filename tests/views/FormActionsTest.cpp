@@ -167,9 +167,7 @@ TEST_F(FormActionsTest, ADatabaseIsSavedAndSent) {
     ChooseMenu("Tools", "Send via E-mail");
     EXPECT_EQ(launcher.mailed, once);
     EXPECT_EQ(launcher.shown, once);
-    CQuillaryDoc saved(files);
-    ScriptedQuestions questions;
-    EXPECT_TRUE(saved.OpenDatabase("/people.pdb", OpenMode::Read, questions) && saved.EditOnSelect());
+    EXPECT_TRUE(Stored().EditOnSelect());
 
     const auto* infrared = app.Frame().findChild<QAction*>(QString::number(ID_DATABASE_SEND_INFRARED));
     ChooseMenu("Tools", "Send via Infrared");

@@ -271,14 +271,11 @@ TEST_F(FormCommandsTest, AReadOnlyDatabaseCanOnlyBeLookedAt) {
 }
 
 TEST_F(FormCommandsTest, AFailedSaveKeepsTheChangeAndTheFormGoesOn) {
-    const QString full =
-        "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
-        "The database was not touched.";
     OpenForEditing(PeopleParts());
     files.full = "/people.pdb";
     InForm(0, [&](CQuillaryDialog& page) {
         Type(page, "x");
-        user.ExpectMessage(full);
+        user.ExpectMessage(kDiskFull);
         Press(page, ID_FORM_NEXT);
         EXPECT_EQ(Shown(page, 100), "Bob\r\nsecond line");
         EXPECT_EQ(Title(), "People*");
@@ -311,8 +308,7 @@ TEST_F(FormCommandsTest, ReloadingWhatAnotherProgramWroteEndsTheForm) {
         other.records.resize(5);
         files.contents["/people.pdb"] = other.Build();
         Type(page, "x");
-        user.ExpectMessage("Another program has changed this database since it was read. It was not overwritten.",
-                           "Reload");
+        user.ExpectMessage(kChangedByAnother, "Reload");
         Press(page, ID_FORM_NEXT);
         EXPECT_TRUE(QTest::qWaitFor([&page] { return !page.isVisible(); }));
     });

@@ -52,19 +52,11 @@ class FormTest : public WindowTest {
         const auto* picker = page.Control<QDateTimeEdit>(id);
         return picker->specialValueText().isEmpty() ? picker->text() : QString();
     }
-    /// What the file holds now, as another program would read it.
-    [[nodiscard]] std::string StoredEntries(std::size_t row, const Path& path = "/people.pdb") {
-        CQuillaryDoc doc(files);
-        ScriptedQuestions questions;
-        EXPECT_TRUE(doc.OpenDatabase(path, OpenMode::Read, questions));
-        return row < doc.Shown().size() ? std::string(doc.Shown()[row].Entries()) : "no such record";
+    [[nodiscard]] std::string StoredEntries(std::size_t row) {
+        const auto& shown = Stored().Shown();
+        return row < shown.size() ? std::string(shown[row].Entries()) : "no such record";
     }
-    [[nodiscard]] std::vector<std::string> StoredRecord(std::size_t row) {
-        CQuillaryDoc doc(files);
-        ScriptedQuestions questions;
-        EXPECT_TRUE(doc.OpenDatabase("/people.pdb", OpenMode::Read, questions));
-        return ShownTexts(doc).at(row);
-    }
+    [[nodiscard]] std::vector<std::string> StoredRecord(std::size_t row) { return ShownTexts(Stored()).at(row); }
 };
 
 }  // namespace quillary

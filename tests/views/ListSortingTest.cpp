@@ -180,9 +180,7 @@ TEST_F(ListSortingTest, AnOrderThatCannotBeSavedStays) {
     const std::string before = PeopleParts().Build();
     Open(before);
     files.full = "/people.pdb";
-    user.ExpectMessage(
-        "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
-        "The database was not touched.");
+    user.ExpectMessage(kDiskFull);
     Tap(0);
     EXPECT_EQ(Title() + List(), "People*1AB 0+");
     files.full.clear();

@@ -52,18 +52,6 @@ TEST_F(OptionsTest, CtrlSWritesWhatIsUnsaved) {
     EXPECT_EQ(OptionBytes(CloseAndReadFile()), std::string("\1\0", 2));
 }
 
-TEST_F(OptionsTest, CancelChangesNothing) {
-    const std::string before = PeopleParts().Build();
-    Open(before);
-    user.ExpectDialog(149, [](CQuillaryDialog& page) {
-        Click(page.Control<QCheckBox>(1003));
-        QTest::keyClick(page.Control<QCheckBox>(1003), Qt::Key_Escape);
-    });
-    ChooseMenu("Tools", "Options...");
-    EXPECT_EQ(Cell(0, 2), "12/07/2003");
-    EXPECT_EQ(CloseAndReadFile(), before);
-}
-
 TEST_F(OptionsTest, AFailedSaveTakesTheChangeBack) {
     const std::string before = PeopleParts().Build();
     CQuillaryDoc* doc = Open(before);
@@ -75,15 +63,12 @@ TEST_F(OptionsTest, AFailedSaveTakesTheChangeBack) {
     };
     files.full = "/people.pdb";
     user.ExpectDialog(149, tick);
-    user.ExpectMessage(
-        "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
-        "The database was not touched.");
+    user.ExpectMessage(kDiskFull);
     ChooseMenu("Tools", "Options...");
     files.full.clear();
     files.contents["/people.pdb"] += "x";
     user.ExpectDialog(149, tick);
-    user.ExpectMessage("Another program has changed this database since it was read. It was not overwritten.",
-                       "Cancel");
+    user.ExpectMessage(kChangedByAnother, "Cancel");
     ChooseMenu("Tools", "Options...");
     EXPECT_EQ(Cell(0, 2), "12/07/2003");
     EXPECT_FALSE(doc->IsModified());

@@ -10,9 +10,6 @@ namespace {
 
 constexpr char kLockOfA[] = "494665641";  // of the password "a"; tests/db/PasswordTest.cpp works both hashes out
 constexpr std::uint32_t kHashOfA = 184150549;
-constexpr char kDiskFull[] =
-    "The recovery copy /people.pdb.recovery could not be written (No space left on device). "
-    "The database was not touched.";
 
 class PasswordsTest : public WindowTest {
   protected:

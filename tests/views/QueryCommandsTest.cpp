@@ -112,12 +112,8 @@ TEST_F(QueryCommandsTest, ShowAllLiftsTheFilterAndSortsTheHiddenIn) {
     EXPECT_EQ(Cell(1, 0), "Aaron") << "behind 100% of 0";
     EXPECT_EQ(counter->toolTip(), "");
     EXPECT_FALSE(Button(ID_RECORD_SHOW_ALL)->isEnabled());
-    app.CloseDocument();
-    CQuillaryDoc doc(files);
-    ScriptedQuestions questions;
-    ASSERT_TRUE(doc.OpenDatabase("/people.pdb", OpenMode::Read, questions));
-    EXPECT_EQ(doc.Shown().size(), 4U);
-    EXPECT_TRUE(doc.Filter().conditions.empty());
+    EXPECT_EQ(Stored().Shown().size(), 4U);
+    EXPECT_TRUE(Stored().Filter().conditions.empty());
 }
 
 }  // namespace

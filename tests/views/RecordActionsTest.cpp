@@ -97,12 +97,8 @@ TEST_F(RecordActionsTest, SpaceTogglesTheCurrentCellAndTheFileFollows) {
     QTest::keyClick(View(), Qt::Key_Space);
     EXPECT_EQ(Cell(0, kMember), "false") << "another field's cell";
     Tap(2, kMember);
-    app.CloseDocument();
-    CQuillaryDoc doc(files);
-    ScriptedQuestions questions;
-    ASSERT_TRUE(doc.OpenDatabase("/people.pdb", OpenMode::Read, questions));
-    EXPECT_EQ(doc.Shown()[0].Entries(), Entries({"Ada", "36", "36500", "false"}));
-    EXPECT_EQ(doc.Shown()[2].Entries(), Entries({"100%% of %d", "-1", "0", "false"})) << "a 1 was true, too";
+    EXPECT_EQ(Stored().Shown()[0].Entries(), Entries({"Ada", "36", "36500", "false"}));
+    EXPECT_EQ(Stored().Shown()[2].Entries(), Entries({"100%% of %d", "-1", "0", "false"})) << "a 1 was true, too";
 }
 
 TEST_F(RecordActionsTest, ATogglesKeySortsAnew) {
@@ -169,11 +165,7 @@ TEST_F(RecordActionsTest, ADoubleClickOnAnEdgeFitsTheColumn) {
     const int wanted = View()->fontMetrics().horizontalAdvance(QString(12, u'W'));
     EXPECT_GE(header->sectionSize(0), wanted);
     EXPECT_LT(header->sectionSize(0), wanted + 20);
-    app.CloseDocument();
-    CQuillaryDoc doc(files);
-    ScriptedQuestions questions;
-    ASSERT_TRUE(doc.OpenDatabase("/people.pdb", OpenMode::Read, questions));
-    EXPECT_GE(doc.FieldWidth(0), wanted) << "kept in the file";
+    EXPECT_GE(Stored().FieldWidth(0), wanted) << "kept in the file";
 }
 
 TEST(RowColor, WhiteIsNoneAndTextStandsOutFromTheRest) {
