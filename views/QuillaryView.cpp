@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
 
@@ -127,6 +128,7 @@ bool CQuillaryView::RebuildList(bool resort, bool save) {
         GoTo(place);
     }
     const bool saved = !save || m_session.Save();
+    setAccessibleDescription(m_model.rowCount() == 0 ? WhyEmpty() : QString());
     UpdateRecordCounter();
     return saved;
 }
@@ -209,6 +211,22 @@ void CQuillaryView::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
     if (!m_painted) LogStep(QStringLiteral("records painted"));
     m_painted = true;
+    if (m_model.rowCount() > 0) return;
+    QPainter painter(viewport());
+    QColor quiet = palette().color(QPalette::Text);
+    quiet.setAlphaF(0.7);
+    painter.setPen(quiet);
+    painter.setFont(QApplication::font());
+    const QRect room = viewport()->rect().adjusted(16, 16, -16, -16);
+    painter.drawText(room, Qt::AlignCenter | Qt::TextWordWrap, WhyEmpty());
+}
+
+QString CQuillaryView::WhyEmpty() const {
+    const auto hidden = static_cast<qulonglong>(m_doc.Hidden().size());
+    if (hidden == 1) return QStringLiteral("The one record is hidden. Record > Show All shows it.");
+    if (hidden > 1) return QStringLiteral("All %L1 records are hidden. Record > Show All shows them.").arg(hidden);
+    return m_doc.IsReadOnly() ? QStringLiteral("No records.")
+                              : QStringLiteral("No records yet. New (Ctrl+N) adds one.");
 }
 
 void CQuillaryView::keyPressEvent(QKeyEvent* event) {

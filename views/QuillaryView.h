@@ -87,6 +87,8 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     /// For all that changes the database.
     void UpdateChange(CommandState& state) const;
     void UpdateTopAndBottom(CommandState& state) const;
+    /// What stands in a list without rows.
+    [[nodiscard]] QString WhyEmpty() const;
 
     /// Shows and saves a change of the whole database; takes it back, after telling the user, when saving fails.
     [[nodiscard]] bool SaveOrRestore(const CQuillaryDoc::State& before, bool resort);
