@@ -227,4 +227,17 @@ std::span<const Command> AllCommands() { return kCommands; }
 
 std::span<const CommandOption> CommonOptions() { return kCommonOptions; }
 
+std::vector<const CommandOption*> OptionsOf(const Command& command) {
+    std::vector<const CommandOption*> options;
+    for (const CommandOption& option : command.options) options.push_back(&option);
+    for (const CommandOption& option : CommonOptions()) options.push_back(&option);
+    return options;
+}
+
+const Command* CommandNamed(std::string_view name) {
+    const auto* found =
+        std::find_if(std::begin(kCommands), std::end(kCommands), [name](const Command& c) { return c.name == name; });
+    return found == std::end(kCommands) ? nullptr : found;
+}
+
 }  // namespace quillary

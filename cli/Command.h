@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "cli/Arguments.h"
 #include "cli/ExitStatus.h"
@@ -45,5 +46,9 @@ struct Command {
 [[nodiscard]] std::span<const Command> AllCommands();
 /// What every command takes.
 [[nodiscard]] std::span<const CommandOption> CommonOptions();
+/// The command's own options, then those.
+[[nodiscard]] std::vector<const CommandOption*> OptionsOf(const Command& command);
+/// nullptr when there is none.
+[[nodiscard]] const Command* CommandNamed(std::string_view name);
 
 }  // namespace quillary

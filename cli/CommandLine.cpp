@@ -5,6 +5,7 @@
 #include <new>
 
 #include "cli/Command.h"
+#include "cli/Completion.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
 
@@ -14,6 +15,7 @@ namespace {
 
 constexpr std::string_view kHelpOption = "--help";
 constexpr std::string_view kShortHelpOption = "-h";
+constexpr std::string_view kCompletionCommand = "__complete";  // for shells, so help does not list it
 constexpr int kMostWords = 1 << 20;
 
 std::vector<std::string_view> ChoicesOf(const CommandOption& option) {
@@ -26,13 +28,6 @@ std::vector<std::string_view> ChoicesOf(const CommandOption& option) {
     }
     choices.push_back(rest);
     return choices;
-}
-
-std::vector<const CommandOption*> OptionsOf(const Command& command) {
-    std::vector<const CommandOption*> options;
-    for (const CommandOption& option : command.options) options.push_back(&option);
-    for (const CommandOption& option : CommonOptions()) options.push_back(&option);
-    return options;
 }
 
 // ---- Help
@@ -86,13 +81,6 @@ ExitStatus Print(std::string_view text) {
 }
 
 // ---- Commands
-
-const Command* CommandNamed(std::string_view name) {
-    const auto commands = AllCommands();
-    const auto found =
-        std::find_if(commands.begin(), commands.end(), [name](const Command& c) { return c.name == name; });
-    return found == commands.end() ? nullptr : &*found;
-}
 
 ExitStatus UnknownCommand(std::string_view name) {
     std::vector<std::string_view> names{"help"};
@@ -256,6 +244,7 @@ ExitStatus RunCommandLine(const std::vector<std::string>& arguments, const RunSe
     std::vector<std::string> rest(arguments.begin() + 1, arguments.end());
     if (first == kHelpOption || first == kShortHelpOption || first == "help") return RunHelp(rest);
     if (first == "--version") return PrintVersion(rest);
+    if (first == kCompletionCommand) return Print(CompletionAnswer(rest));
     if (first.starts_with("-")) return UnknownOption(first, {kHelpOption, "--version"}, "qly --help");
     const Command* command = CommandNamed(first);
     return command ? RunCommand(*command, std::move(rest), runService) : UnknownCommand(first);
