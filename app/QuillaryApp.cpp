@@ -36,6 +36,23 @@ namespace {
 
 constexpr int kSettlingMilliseconds = 100;
 
+// Holds back why a database was not opened until it is known whether that is all there is to tell.
+class HoldingQuestions : public Questions {
+  public:
+    explicit HoldingQuestions(Questions& questions) : m_questions(questions) {}
+    void Tell(const Failure& failure) override { m_held = failure; }
+    [[nodiscard]] bool AskDatabasePassword(const CQuillaryDoc& doc) override {
+        return m_questions.AskDatabasePassword(doc);
+    }
+    void TellHeld() {
+        if (m_held) m_questions.Tell(*m_held);
+    }
+
+  private:
+    Questions& m_questions;
+    std::optional<Failure> m_held;
+};
+
 }  // namespace
 
 std::span<const CommandEntry<CQuillaryApp>> CQuillaryApp::Commands() {
@@ -107,6 +124,9 @@ CQuillaryDoc* CQuillaryApp::OpenDocumentFile(const Path& path) {
     if (m_session &&
         m_desktop.files.CanonicalPath(path) == m_desktop.files.CanonicalPath(m_session->Doc().FilePath())) {
         FollowFile();
+        const CQuillaryDoc& doc = m_session->Doc();
+        // What a dialog that was ended for this could not save.
+        if (doc.IsModified() && m_keptChange != doc.ChangeNumber()) m_session->Save();
         return &m_session->Doc();
     }
     CWindowQuestions questions(m_frame);
@@ -143,25 +163,26 @@ bool CQuillaryApp::CommitData(bool mayAsk) {
     const auto way = CUnwinding::AskForWay(&m_frame, QStringLiteral("Save the changes before closing?"));
     if (!way) return false;
     // An accepted dialog's command saves as soon as the desktop's question is answered.
-    m_frame.Unwinding().Start(*way, {[] {}});
+    // It can no longer stop the end of the session then, but what it cannot save may go elsewhere.
+    const auto mayEnd = std::make_shared<bool>(false);
+    m_frame.Unwinding().Start(*way, {[this, mayEnd] {
+        if (*mayEnd && m_session) (void)m_session->Leave();
+    }});
     const bool isRefused = !OpenDialog::All().empty() && OpenDialog::All().back()->isVisible();
-    return !isRefused && (!m_session || m_session->Leave());
+    *mayEnd = !isRefused && (!m_session || m_session->Leave());
+    return *mayEnd;
 }
 
 std::unique_ptr<CQuillaryDoc> CQuillaryApp::Read(const Path& path, OpenMode mode, Questions& questions, bool mayAsk) {
     auto doc = std::make_unique<CQuillaryDoc>(m_desktop.files);
-    bool isOpen = doc->OpenDatabase(path, mode, questions);
-    if (mayAsk) {
-        switch (SettleRecoveryCopy(m_desktop.files, path, *doc, &m_frame)) {
-            case CopyChoice::Restored:
-                isOpen = doc->OpenDatabase(path, mode, questions);
-                break;
-            case CopyChoice::Undecided:
-                return nullptr;
-            case CopyChoice::None:
-            case CopyChoice::Discarded:
-                break;
-        }
+    HoldingQuestions holding(questions);
+    bool isOpen = doc->OpenDatabase(path, mode, holding);
+    const CopyChoice choice = mayAsk ? SettleRecoveryCopy(m_desktop.files, path, *doc, &m_frame) : CopyChoice::None;
+    if (choice == CopyChoice::Undecided) return nullptr;  // its question has told what is wrong
+    if (choice == CopyChoice::Restored) {
+        isOpen = doc->OpenDatabase(path, mode, questions);
+    } else {
+        holding.TellHeld();
     }
     return isOpen ? std::move(doc) : nullptr;
 }

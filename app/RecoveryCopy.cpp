@@ -25,7 +25,10 @@ CopyChoice SettleRecoveryCopy(FileAccess& files, const Path& path, const CQuilla
         return CopyChoice::Undecided;
     }
     if (doc.Recovery() != RecoveryState::Unrelated) return CopyChoice::None;
-    const QString fate = doc.IsOpen() ? QStringLiteral("has been changed since") : QStringLiteral("is no database now");
+    FileStamp stamp;
+    QString fate = QStringLiteral("has been changed since");
+    if (!doc.IsOpen()) fate = QStringLiteral("is no database now");
+    if (!files.StampOf(path, stamp)) fate = QStringLiteral("is no longer there");
     const int answer =
         AskUser(parent,
                 QStringLiteral("Saving this database was interrupted, and its file %1. "

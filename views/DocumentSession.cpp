@@ -90,6 +90,9 @@ bool CDocumentSession::Save() {
     }
     m_frame.DocumentChanged();
     if (saved) return true;
+    // Behind the last dialog that is ended for leaving the database comes Leave, which asks about all that is not
+    // saved.
+    if (m_frame.IsEndingDialogs() && OpenDialog::All().empty()) return false;
     if (failure.message == Message::ChangedByAnother) return SettleForeignChange(failure);
     if (!IsFileThere()) {
         failure.Set(Message::FileGone, {m_doc->FilePath().string()});

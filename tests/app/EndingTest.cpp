@@ -3,6 +3,7 @@
 #include <csignal>
 
 #include <QCheckBox>
+#include <QComboBox>
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QTest>
@@ -99,6 +100,43 @@ TEST_F(EndingTest, TheEndOfTheSessionAsksAboutAChangedDialog) {
         EXPECT_EQ(doc->Style() == DateStyle::Long, row.isLong) << row.answer;
         EXPECT_FALSE(doc->IsModified()) << row.answer;
         QTest::qWait(0);
+    }
+}
+
+TEST_F(EndingTest, WhatAnEndedDialogCannotSaveIsAskedAboutOnce) {
+    const struct {
+        int dialog;
+        bool endsSession, mayEnd;
+        const char* answer;
+    } kRows[] = {{173, false, false, "Cancel"},
+                 {173, false, true, "Discard the Changes"},
+                 {173, true, false, "Cancel"},
+                 {139, true, true, "Discard the Changes"}};
+    for (const auto& row : kRows) {
+        files.full.clear();
+        app.Frame().show();
+        CQuillaryDoc* doc = Open(PeopleParts().Build());
+        files.full = "/people.pdb";
+        user.ExpectDialog(row.dialog, [&](CQuillaryDialog& page) {
+            if (row.dialog == 173) {
+                QTest::keyClick(page.Control<QWidget>(100), Qt::Key_F2);
+                page.Control<QPlainTextEdit>(100)->insertPlainText("x");
+            } else {
+                page.Control<QComboBox>(1002)->setCurrentIndex(2);
+            }
+            user.ExpectMessage(kDialogChanged, "Save");
+            user.ExpectMessage(kDiskFullLeaving, row.answer);
+            if (row.endsSession) {
+                EXPECT_EQ(app.CommitData(true), row.mayEnd);
+            } else {
+                app.Frame().close();
+            }
+        });
+        row.dialog == 173 ? QTest::keyClick(View(), Qt::Key_Return) : ChooseMenu("Record", "Sort...");
+        EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); })) << row.dialog << row.answer;
+        QTest::qWait(0);
+        EXPECT_EQ(app.Frame().isVisible(), row.endsSession || !row.mayEnd);
+        EXPECT_TRUE(doc->IsModified());
     }
 }
 
