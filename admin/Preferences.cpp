@@ -8,7 +8,7 @@ namespace quillary {
 Preferences Preferences::Load(const Settings& settings) {
     Preferences read;
     read.location = settings.ReadInt(kLocationNdx, read.location);
-    read.maxRemoteResults = settings.ReadInt(kMaxRemoteResults, read.maxRemoteResults);
+    read.maxRemoteResults = MaxRemoteResults(settings);
     read.confirmRecordDelete = settings.ReadInt(kConfirmRecordDelete, kConfirmRecordDeleteDefault) != 0;
     read.rowColor = settings.ReadInt(kAlternatingRowColor, read.rowColor);
     return read;

@@ -24,8 +24,6 @@ struct Preferences {
     [[nodiscard]] bool Store(Settings& settings, Failure& failure) const;
 };
 
-inline constexpr std::int32_t kFewestRemoteResults = 1;
-inline constexpr std::int32_t kMostRemoteResults = 100;
 /// The number that a person typed; refuses one out of range, and what is no whole number.
 [[nodiscard]] std::optional<std::int32_t> ReadMaxRemoteResults(std::u16string_view typed, Failure& failure);
 

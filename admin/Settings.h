@@ -1,6 +1,7 @@
 // The program's preferences, shared by the window and qly: named values in the group "Preferences".
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -33,6 +34,13 @@ inline constexpr std::string_view kLocationNdx = "LocationNdx";
 /// How many results one query of the catalogue asks for.
 inline constexpr std::string_view kMaxRemoteResults = "MaxRemoteResults";
 inline constexpr std::int32_t kMaxRemoteResultsDefault = 25;
+inline constexpr std::int32_t kFewestRemoteResults = 1;
+inline constexpr std::int32_t kMostRemoteResults = 100;
+/// A number out of range, which only a person's editor can have put there, is the nearest of these.
+inline std::int32_t MaxRemoteResults(const Settings& settings) {
+    const std::int32_t number = settings.ReadInt(kMaxRemoteResults, kMaxRemoteResultsDefault);
+    return std::clamp(number, kFewestRemoteResults, kMostRemoteResults);
+}
 /// Who is searched, and who is downloaded from: a host, or host:port.
 inline constexpr std::string_view kCatalogueServer = "CatalogueServer";
 inline constexpr std::string_view kDownloadServer = "DownloadServer";

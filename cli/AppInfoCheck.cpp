@@ -86,6 +86,7 @@ void AppInfoCheck::CheckConditions() {
         if (joined != 0 && (k > 0 || joined != 8)) {
             Report(at + kCodesAt, name + " has the unknown connective " + Number(joined));
         }
+        if (selector != kAllFieldsSelector && !m_knowsFields) continue;
         if (selector != kAllFieldsSelector && selector - kFirstFieldSelector >= static_cast<int>(m_fields.size())) {
             Report(at + kSelectorAt, name + " names no field");
             continue;
@@ -110,7 +111,7 @@ void AppInfoCheck::CheckSortKeys(std::size_t size) {
             continue;
         }
         if (unused) Report(at, name + " stands behind an unused one");
-        if (field >= m_fields.size()) Report(at, name + " names no field");
+        if (m_knowsFields && field >= m_fields.size()) Report(at, name + " names no field");
         if (static_cast<std::uint8_t>(*At(at + 1)) > 1) Report(at + 1, name + " has an unknown direction");
     }
 }

@@ -18,9 +18,9 @@ void CheckPaddedText(std::string_view image, std::uint64_t at, std::size_t size,
 
 class AppInfoCheck {
   public:
-    /// Everything must outlive the check; `fields` is empty when there are none to refer to.
-    AppInfoCheck(std::string_view image, const std::vector<Field>& fields, Departures& departures)
-        : m_image(image), m_fields(fields), m_departures(departures) {}
+    /// Everything must outlive the check; `knowsFields` is false, and `fields` empty, when the file does not tell them.
+    AppInfoCheck(std::string_view image, bool knowsFields, const std::vector<Field>& fields, Departures& departures)
+        : m_image(image), m_knowsFields(knowsFields), m_fields(fields), m_departures(departures) {}
 
     /// `at` is where the header says that the block begins, 0 for none; `listEnd` is the end of the record list and
     /// `records` where the first record begins, as its entry says.
@@ -35,6 +35,7 @@ class AppInfoCheck {
     [[nodiscard]] const char* At(std::uint64_t offset) const { return m_image.data() + offset; }
 
     std::string_view m_image;
+    const bool m_knowsFields;
     const std::vector<Field>& m_fields;
     Departures& m_departures;
     std::uint64_t m_at = 0;

@@ -42,9 +42,9 @@ class Checker {
             CheckHeader();
             ReadRecordList();
             CheckOrder();
+            FindRecords();
             FindFields();
             CheckAppInfo();
-            FindRecords();
         }
         // What stands ahead of the records is little and goes in one; what is in them may be more than memory holds.
         if (m_departures.HandOver()) CheckRecords();
@@ -192,10 +192,15 @@ class Checker {
 
     // ---- Fields, which everything else refers to
 
+    // None when a record that tells of them is missing or lies nowhere: then nothing is said against them.
     void FindFields() {
         CDatabaseReader reader;
         reader.ReadHeader(m_image);
-        if (!reader.ReadSchema()) return;
+        const auto isMissing = [this](std::uint8_t category) {
+            return m_latest[category] == kNone || m_list[m_latest[category]].bytes.empty();
+        };
+        if (!reader.ReadSchema() || isMissing(kCategoryFieldLabels) || isMissing(kCategoryDataType)) return;
+        m_knowsFields = true;
         for (std::size_t k = 0; k < reader.ColumnCount(); ++k) {
             Field field;
             field.name = reader.ColumnName(k).value_or(std::string_view{});
@@ -207,15 +212,15 @@ class Checker {
     // ---- Application-info block
 
     void CheckAppInfo() {
-        m_appInfoAt = LoadBig32(At(kAppInfoOffsetAt));
         const std::uint64_t listEnd = EntryAt(m_list.size());
         const std::uint64_t records = m_list.empty() ? m_image.size() : m_list[0].offset;
-        AppInfoCheck(m_image, m_fields, m_departures).Check(m_appInfoAt, listEnd, records);
+        AppInfoCheck(m_image, m_knowsFields, m_fields, m_departures).Check(m_appInfoAt, listEnd, records);
     }
 
     // ---- Records
 
     void FindRecords() {
+        m_appInfoAt = LoadBig32(At(kAppInfoOffsetAt));
         for (std::size_t i = 0; i < m_list.size(); ++i) {
             const std::uint8_t attributes = m_list[i].attributes;
             if (IsForeign(attributes)) {
@@ -228,7 +233,7 @@ class Checker {
     }
 
     void CheckRecords() {
-        RecordCheck check(m_image, m_page, m_fields, m_departures);
+        RecordCheck check(m_image, m_page, m_knowsFields, m_fields, m_departures);
         for (std::size_t i = 0; i < m_list.size(); ++i) {
             const ListEntry& entry = m_list[i];
             m_progress.At(i);
@@ -244,6 +249,7 @@ class Checker {
     Departures m_departures;
     std::vector<ListEntry> m_list;
     std::array<std::size_t, kLastCategory + 1> m_latest{};  // of each schema category; the one that counts
+    bool m_knowsFields = false;
     std::vector<Field> m_fields;
     std::uint64_t m_appInfoAt = 0;
     std::uint64_t m_bytesRead = 0;

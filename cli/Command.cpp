@@ -22,8 +22,8 @@ constexpr std::string_view kContactDetails =
     "  Assistant Tel, Category, Birthday, Anniversary, Spouse, Children, Notes\n"
     "Contacts go to the address book of the desktop's Evolution where the session has it, else each becomes a file; "
     "the\n"
-    "preference PersonalStore=files in Quillary's settings makes files always. One that was exported before and is\n"
-    "still there stays as it is.";
+    "line PersonalStore=files below [Preferences] in ~/.config/Telvane/Quillary.conf makes files always. One that was\n"
+    "exported before and is still there stays as it is.";
 
 constexpr std::string_view kDefinitions =
     "A DEFINITION is NAME:TYPE or NAME:TYPE:OPTIONS. NAME ends at the first colon. TYPE is text, number, sequence,\n"
@@ -205,8 +205,9 @@ const Command kCommands[] = {
      "on\n"
      "standard error. Appointments go to the calendar of the desktop's Evolution where the "
      "session\n"
-     "has it, else each becomes a file; the preference PersonalStore=files in Quillary's settings makes files always.\n"
-     "One that was exported before and is still there stays as it is.",
+     "has it, else each becomes a file; the line PersonalStore=files below [Preferences] in\n"
+     "~/.config/Telvane/Quillary.conf makes files always. One that was exported before and is still there stays as it\n"
+     "is.",
      1, 1, kCalendarOptions, ExitStatus::Refused, nullptr},
     {"contacts", "FILE --map PROPERTY=FIELD...", "Export every shown record as a contact", kContactDetails, 1, 1,
      kContactsOptions, ExitStatus::Refused, nullptr},
@@ -217,7 +218,8 @@ const Command kCommands[] = {
      "A search prints name, size in kilobytes, kind, doc id and file id with tabs between; a package (kind zip) its "
      "files\n"
      "in the same way and the sum of their sizes. TARGET is a file or a folder that exists; a name that is taken gets\n"
-     "\" (2)\". The servers are the preferences CatalogueServer and DownloadServer (127.0.0.1:8711).",
+     "\" (2)\". The servers are CatalogueServer=HOST[:PORT] and DownloadServer=HOST[:PORT] below [Preferences] in\n"
+     "~/.config/Telvane/Quillary.conf (127.0.0.1:8711).",
      1, 3, kCatalogueOptions, ExitStatus::Refused, nullptr},
 };
 

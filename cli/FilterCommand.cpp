@@ -98,9 +98,11 @@ class FilterRun {
                 if (value.empty() || IsNumber(value)) return ExitStatus::Done;
                 return m_session.WrongUsage(RefusalText(Message::NotANumber, value, Rules()));
             case FieldType::Checkbox: {
-                const auto checked = ParseCheckBox(value);
-                if (!checked) return m_session.Refuse(RefusalText(Message::NotACheckBox, value, Rules()));
-                value = ConditionCheck(*checked);
+                const bool isChecked = value == "true";
+                if (!isChecked && value != "false") {
+                    return m_session.Refuse(RefusalText(Message::NotACheckBox, value, Rules()));
+                }
+                value = ConditionCheck(isChecked);
                 return ExitStatus::Done;
             }
             case FieldType::List: {

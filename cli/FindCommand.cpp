@@ -17,7 +17,7 @@ constexpr std::size_t kRowsAStep = 64;  // between two looks at the progress
 ExitStatus RunFind(Session& session, const Arguments& arguments) {
     const std::string afterText = arguments.Value("--after").value_or("0");
     const auto after = ReadWholeNumber(afterText);
-    if (!after) return session.WrongUsage(Quoted(afterText) + " is no number of a row.");
+    if (!after || *after < 0) return session.WrongUsage(Quoted(afterText) + " is no number of a row.");
     const auto text = session.Wide(arguments.words[1]);
     if (!text) return ExitStatus::Failed;
 
@@ -35,7 +35,7 @@ ExitStatus RunFind(Session& session, const Arguments& arguments) {
     const std::size_t rows = doc.Shown().size();
     Progress progress("Searching", rows, session.ShowsProgress());
     bool found = false;
-    for (auto next = static_cast<std::size_t>(std::max<std::int64_t>(*after, 0)); next < rows;) {
+    for (auto next = static_cast<std::size_t>(*after); next < rows;) {
         progress.Show(next);
         const std::size_t end = std::min(next + kRowsAStep, rows);
         const auto row = finder.FindFrom(next, end);

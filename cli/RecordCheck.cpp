@@ -94,14 +94,16 @@ void RecordCheck::CheckHiddenEntries(const std::vector<Entry>& entries, std::uin
     const bool isRow = IsRow(attributes);
     const std::size_t count = EntriesRead(attributes);
     for (const Entry& entry : entries) {
-        const auto hidden = FieldHiddenBy(entry.text, entry.number, count);
-        if (!hidden) continue;
+        if (!FieldHiddenBy(entry.text, entry.number, count)) continue;
         const auto name = [&](std::size_t number) {
             return isRow ? "the field " + Quoted(m_fields[number].name) : "entry " + Number(number);
         };
-        const auto byte = static_cast<unsigned char>(hidden->byte);
-        Report(OffsetOf(entry.text) + entry.text.find(hidden->byte),
-               "The byte " + Number(byte) + " in " + name(entry.number) + " hides " + name(hidden->field));
+        for (std::size_t hidden = entry.number + 1u; hidden < count; ++hidden) {
+            const auto at = entry.text.find(static_cast<char>(hidden));
+            if (at == entry.text.npos) continue;
+            Report(OffsetOf(entry.text) + at,
+                   "The byte " + Number(hidden) + " in " + name(entry.number) + " hides " + name(hidden));
+        }
     }
 }
 
@@ -116,7 +118,7 @@ void RecordCheck::CheckSchemaEntries(const std::vector<Entry>& entries, std::uin
                 CheckType(entry);
                 break;
             case kCategoryFieldLabels:
-                if (entry.number >= m_fields.size() && !entry.text.empty()) {
+                if (IsFiller(entry) && !entry.text.empty()) {
                     Report(OffsetOf(entry.text),
                            "The name " + Quoted(entry.text) + " stands behind an empty one, which ends the table");
                 }
@@ -129,7 +131,7 @@ void RecordCheck::CheckSchemaEntries(const std::vector<Entry>& entries, std::uin
                 break;
         }
     }
-    if (CategoryOf(attributes) == kCategoryFieldLabels && m_fields.empty()) {
+    if (CategoryOf(attributes) == kCategoryFieldLabels && m_knowsFields && m_fields.empty()) {
         Report(at, "The table has no field");
     }
 }
@@ -138,7 +140,7 @@ void RecordCheck::CheckType(const Entry& entry) {
     FieldType type{};
     FieldOptions options;
     DecodeFieldType(entry.text, type, options);
-    const bool isFiller = entry.number >= m_fields.size();
+    const bool isFiller = IsFiller(entry);
     if (isFiller ? entry.text == "T" : EncodeFieldType(type, options) == entry.text) return;
     Report(OffsetOf(entry.text), "The type " + Quoted(entry.text) + " of field " + Number(entry.number + 1u) +
                                      (isFiller ? ", which is not there, is not \"T\""
@@ -146,7 +148,7 @@ void RecordCheck::CheckType(const Entry& entry) {
 }
 
 void RecordCheck::CheckWidth(const Entry& entry) {
-    const bool isFiller = entry.number >= m_fields.size();
+    const bool isFiller = IsFiller(entry);
     if (isFiller ? entry.text == "80" : IsDecimal(entry.text)) return;
     Report(OffsetOf(entry.text), "The width " + Quoted(entry.text) + " of field " + Number(entry.number + 1u) +
                                      (isFiller ? ", which is not there, is not \"80\"" : " is no number"));

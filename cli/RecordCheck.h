@@ -28,9 +28,10 @@ inline bool IsRow(std::uint8_t attributes) {
 
 class RecordCheck {
   public:
-    /// Everything must outlive the check; `fields` is empty when there are none to refer to.
-    RecordCheck(std::string_view image, const AnsiText& page, const std::vector<Field>& fields, Departures& departures)
-        : m_image(image), m_page(page), m_fields(fields), m_departures(departures) {}
+    /// Everything must outlive the check; `knowsFields` is false, and `fields` empty, when the file does not tell them.
+    RecordCheck(std::string_view image, const AnsiText& page, bool knowsFields, const std::vector<Field>& fields,
+                Departures& departures)
+        : m_image(image), m_page(page), m_knowsFields(knowsFields), m_fields(fields), m_departures(departures) {}
 
     /// `bytes` are a part of the image. `counts` is false for a schema record that a later one replaces, whose entries
     /// mean nothing.
@@ -47,6 +48,8 @@ class RecordCheck {
     void CheckPreference(const Entry& entry);
 
     void Report(std::uint64_t offset, std::string problem) { m_departures.Report(offset, std::move(problem)); }
+    /// Whether an entry of the schema is one of those behind the last field.
+    [[nodiscard]] bool IsFiller(const Entry& entry) const { return m_knowsFields && entry.number >= m_fields.size(); }
     [[nodiscard]] std::string Quoted(std::string_view text) const;
     [[nodiscard]] std::uint64_t OffsetOf(std::string_view text) const {
         return static_cast<std::uint64_t>(text.data() - m_image.data());
@@ -54,6 +57,7 @@ class RecordCheck {
 
     std::string_view m_image;
     const AnsiText& m_page;
+    const bool m_knowsFields;
     const std::vector<Field>& m_fields;
     Departures& m_departures;
 };

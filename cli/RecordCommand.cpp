@@ -79,7 +79,8 @@ class RecordRun {
         return length;
     }
 
-    // What the words say, in the stored form. `present` is the record that they change, nullptr for a new one.
+    // What the words say, in the stored form; nullopt with m_refusal. `present` is the record that they change, nullptr
+    // for a new one.
     std::optional<std::vector<EnteredValue>> ReadValues(const RecordRef* present) {
         std::vector<EnteredValue> values;
         for (std::size_t i = m_firstValue; i < m_words.size(); ++i) {
@@ -114,7 +115,9 @@ class RecordRun {
             m_doc.AppendDisplay(*old, field, shown);
             if (*typed == shown) return std::string(*old);
         }
-        (void)m_session.Refuse("Field " + name + ": " + RefusalText(refusal, *typed, rules));
+        const std::string text = "Field " + name + ": " + RefusalText(refusal, *typed, rules);
+        const bool isNumberDue = refusal == Message::NotANumber || refusal == Message::NotAWholeNumber;
+        m_refusal = isNumberDue ? m_session.WrongUsage(text) : m_session.Refuse(text);
         return std::nullopt;
     }
 
@@ -125,7 +128,7 @@ class RecordRun {
 
     ExitStatus Add() {
         const auto values = ReadValues(nullptr);
-        if (!values) return ExitStatus::Refused;
+        if (!values) return m_refusal;
         std::vector<std::string> record = NewRecordValues(m_doc, m_clock);
         for (const EnteredValue& value : *values) record[value.field] = value.stored;
         Failure failure;
@@ -135,7 +138,7 @@ class RecordRun {
 
     ExitStatus Set() {
         const auto values = ReadValues(&m_doc.Shown()[Index()]);
-        if (!values) return ExitStatus::Refused;
+        if (!values) return m_refusal;
         bool changed = false;
         Failure failure;
         if (!CommitRecord(m_doc, Index(), *values, changed, failure)) return m_session.Refuse(failure.text);
@@ -159,6 +162,7 @@ class RecordRun {
     CQuillaryDoc m_doc;
     std::int64_t m_row = 0;
     std::size_t m_firstValue = 2;
+    ExitStatus m_refusal = ExitStatus::Refused;
 };
 
 }  // namespace

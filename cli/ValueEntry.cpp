@@ -40,7 +40,7 @@ Message AppendStoredValue(const Field& field, std::string_view given, const Entr
         case FieldType::Number:
             return AppendChecked(IsPlainNumber(given), given, Message::NotANumber, out);
         case FieldType::Sequence:
-            return AppendChecked(IsPlainInteger(given), given, Message::NotANumber, out);
+            return AppendChecked(IsPlainInteger(given), given, Message::NotAWholeNumber, out);
         case FieldType::Checkbox: {
             const auto checked = ParseCheckBox(given);
             if (!checked) return Message::NotACheckBox;

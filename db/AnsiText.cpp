@@ -24,6 +24,7 @@ AnsiText::Table Windows1252Table() {
 
 constexpr char kEndMarkByte = '\xFF';
 
+bool IsSendable(char byte) { return byte != '\0'; }
 bool IsStorable(char byte) { return byte != kEndMarkByte && byte != '\0'; }
 
 void NoteUnstorable(std::u16string_view character, std::u16string* unstorable) {
@@ -128,15 +129,15 @@ std::string AnsiText::ToUtf8(std::string_view bytes) const {
     return utf8;
 }
 
-bool AnsiText::AppendStored(std::u16string_view character, std::string& bytes) const {
+bool AnsiText::Append(std::u16string_view character, IsAllowed isAllowed, std::string& bytes) const {
     if (!m_converter) {
         const auto byte = character.size() == 1 ? ByteOf(character[0]) : std::nullopt;
-        if (!byte || !IsStorable(static_cast<char>(*byte))) return false;
+        if (!byte || !isAllowed(static_cast<char>(*byte))) return false;
         bytes.push_back(static_cast<char>(*byte));
         return true;
     }
     const auto stored = m_converter->fromWide(character);
-    if (!stored || !std::all_of(stored->begin(), stored->end(), IsStorable)) return false;
+    if (!stored || !std::all_of(stored->begin(), stored->end(), isAllowed)) return false;
     bytes += *stored;
     return true;
 }
@@ -167,16 +168,25 @@ std::string AnsiText::Cut(std::string_view bytes, std::size_t mostBytes) const {
 std::optional<std::string> AnsiText::FromWide(std::u16string_view text, std::u16string* unstorable) const {
     std::string bytes;
     if (!m_converter && StoreSingleBytes(text, bytes)) return bytes;
-    bytes.clear();
-    bool storable = true;
+    return Encode(text, IsStorable, unstorable);
+}
+
+std::optional<std::string> AnsiText::FromWideToSend(std::u16string_view text, std::u16string* unstorable) const {
+    return Encode(text, IsSendable, unstorable);
+}
+
+std::optional<std::string> AnsiText::Encode(std::u16string_view text, IsAllowed isAllowed,
+                                            std::u16string* unstorable) const {
+    std::string bytes;
+    bool allowed = true;
     for (std::size_t i = 0; i < text.size();) {
         const std::u16string_view character = CharacterAt(text, i);
         i += character.size();
-        if (AppendStored(character, bytes)) continue;
-        storable = false;
+        if (Append(character, isAllowed, bytes)) continue;
+        allowed = false;
         NoteUnstorable(character, unstorable);
     }
-    if (!storable) return std::nullopt;
+    if (!allowed) return std::nullopt;
     return bytes;
 }
 
@@ -185,7 +195,7 @@ std::string AnsiText::FromWideForHashing(std::u16string_view text) const {
     for (std::size_t i = 0; i < text.size();) {
         const std::u16string_view character = CharacterAt(text, i);
         i += character.size();
-        if (!AppendStored(character, bytes)) bytes.push_back('?');
+        if (!Append(character, IsStorable, bytes)) bytes.push_back('?');
     }
     return bytes;
 }

@@ -50,6 +50,10 @@ class AnsiText {
     [[nodiscard]] std::optional<std::string> FromWide(std::u16string_view text,
                                                       std::u16string* unstorable = nullptr) const;
 
+    /// As FromWide, for a text that no record holds: a byte FF is one like others.
+    [[nodiscard]] std::optional<std::string> FromWideToSend(std::u16string_view text,
+                                                            std::u16string* unstorable = nullptr) const;
+
     /// As FromWide, but each character that cannot be stored becomes "?". For passwords alone.
     [[nodiscard]] std::string FromWideForHashing(std::u16string_view text) const;
 
@@ -72,8 +76,12 @@ class AnsiText {
     [[nodiscard]] std::optional<std::uint8_t> ByteOf(char16_t unit) const;
     [[nodiscard]] bool FindOutWhetherItKeepsAscii() const;
     [[nodiscard]] bool StoreSingleBytes(std::u16string_view text, std::string& bytes) const;
-    /// Appends its bytes; false, with nothing appended, for a character that no text may hold.
-    [[nodiscard]] bool AppendStored(std::u16string_view character, std::string& bytes) const;
+    using IsAllowed = bool (*)(char byte);
+    [[nodiscard]] std::optional<std::string> Encode(std::u16string_view text, IsAllowed isAllowed,
+                                                    std::u16string* unstorable) const;
+    /// Appends its bytes; false, with nothing appended, for a character that the page lacks or whose bytes are not
+    /// allowed.
+    [[nodiscard]] bool Append(std::u16string_view character, IsAllowed isAllowed, std::string& bytes) const;
 
     std::string m_name;
     std::shared_ptr<const Converter> m_converter;  // null for a single-byte page

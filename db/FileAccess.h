@@ -86,6 +86,8 @@ class FileAccess {
     }
     /// A file that is not there is no error.
     [[nodiscard]] virtual bool Remove(const Path& path, FileError& error) = 0;
+    /// Removes a file unless a program holds its lock; does not wait for it. A disk without locks just removes it.
+    [[nodiscard]] virtual bool RemoveUnlocked(const Path& path, FileError& error) { return Remove(path, error); }
     /// Gives the file another name in its folder; `Exists` when that is taken.
     [[nodiscard]] virtual bool Rename(const Path& /*from*/, const Path& /*to*/, FileError& error) {
         error = {FileError::Kind::Other, "Operation not supported"};

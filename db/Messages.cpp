@@ -80,6 +80,7 @@ constexpr Row kMessages[] = {
     {Message::NameTooLong, "The database's name \"%s\" is longer than 28 characters."},
     {Message::ImpossibleName, "\"%s\" cannot be the name of a database file."},
     {Message::NotANumber, "\"%s\" is no number."},
+    {Message::NotAWholeNumber, "\"%s\" is no whole number."},
     {Message::NotADate, "\"%s\" is no date."},
     {Message::NotATime, "\"%s\" is no time."},
     {Message::NotACheckBox, "\"%s\" is neither true nor false."},
@@ -105,6 +106,7 @@ constexpr Row kMessages[] = {
     {Message::NoLogOn, "Could not log on to Pocket Outlook!"},
     {Message::NoContactFields, "You must select at least one field to export to contacts."},
     {Message::ExportWithoutDate, "%s records have no date. Export them too?"},
+    {Message::NotSearchable, "The code page lacks these characters, so they cannot be searched for: %s"},
     {Message::ResultsOutOfRange, "Enter an integer between 1 and 100."},
     {Message::PreferencesNotStored, "The preferences could not be stored (%s)."},
 };

@@ -66,6 +66,7 @@ enum class Message {
     NameTooLong,     // %s: the name
     ImpossibleName,  // %s: the name
     NotANumber,      // %s: text
+    NotAWholeNumber,
     NotADate,
     NotATime,
     NotACheckBox,
@@ -92,6 +93,8 @@ enum class Message {
     NoLogOn,
     NoContactFields,
     ExportWithoutDate,  // %s: number of records
+    // The catalogue
+    NotSearchable,  // %s: the characters
     // Preferences
     ResultsOutOfRange,
     PreferencesNotStored,  // %s: the system's reason

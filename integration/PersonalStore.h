@@ -20,6 +20,8 @@ class PersonalStore {
     [[nodiscard]] virtual bool Create() = 0;
     /// Connects to its calendar and its address book. False when it refuses.
     [[nodiscard]] virtual bool LogOn() = 0;
+    /// Why it refused, for a person (UTF-8); empty where nobody knows.
+    [[nodiscard]] virtual std::string Reason() const { return {}; }
     /// `uid` names the item for good: an item of that name which is there already stays as it is and counts as kept.
     /// False when the item could not be kept.
     [[nodiscard]] virtual bool AddAppointment(const Appointment& appointment, const std::string& uid) = 0;

@@ -91,6 +91,7 @@ CPocketOutlook::CPocketOutlook(std::unique_ptr<PersonalStore> store, Questions& 
         failure.Set(Message::NoPersonalStore);
     } else if (!store->LogOn()) {
         failure.Set(Message::NoLogOn);
+        failure.reason = store->Reason();
     } else {
         m_store = std::move(store);
         return;

@@ -1,5 +1,8 @@
 #include "remote/CatalogueUrl.h"
 
+#include <algorithm>
+#include <charconv>
+
 namespace quillary {
 
 namespace {
@@ -12,7 +15,23 @@ std::string Ids(std::string_view docId, std::string_view fileId) {
     return "doc_id=" + std::string(docId) + "&file_id=" + std::string(fileId);
 }
 
+bool IsPort(std::string_view text) {
+    std::uint16_t port = 0;
+    const auto read = std::from_chars(text.data(), text.data() + text.size(), port);
+    return read.ec == std::errc() && read.ptr == text.data() + text.size() && port > 0;
+}
+
 }  // namespace
+
+bool IsServer(std::string_view server) {
+    // The colons of an address in numbers stand in brackets.
+    const auto colon = server.find(':', server.starts_with('[') ? server.find(']') : 0);
+    if (colon != server.npos && !IsPort(server.substr(colon + 1))) return false;
+    server = server.substr(0, colon);
+    return !server.empty() && std::none_of(server.begin(), server.end(), [](char c) {
+        return c <= ' ' || c > '~' || std::string_view("/?#@\\").find(c) != std::string_view::npos;
+    });
+}
 
 std::string SearchUrl(const CatalogueServers& servers, std::int32_t start, std::int32_t size, std::string_view title,
                       std::string_view category) {

@@ -13,6 +13,9 @@ struct CatalogueServers {
     std::string download;
 };
 
+/// False for what is no host, with or without a port: a whole address, a path, nothing.
+[[nodiscard]] bool IsServer(std::string_view server);
+
 /// The next page of a search. `title` and `category` may be empty, texts in the code page.
 [[nodiscard]] std::string SearchUrl(const CatalogueServers& servers, std::int32_t start, std::int32_t size,
                                     std::string_view title, std::string_view category);

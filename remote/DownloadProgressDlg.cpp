@@ -205,16 +205,21 @@ void CDownloadProgressDlg::Finish() {
 
 QString CDownloadProgressDlg::Summary() const {
     const auto& missed = m_run->NotFetched();
+    const QString folder = Kept().empty() ? QString() : OnOneLine(FromPath(Kept().front().parent_path()));
     if (missed.empty()) {
-        if (Kept().empty()) return QStringLiteral("No file was downloaded.");
-        return QStringLiteral("Saved in ") + OnOneLine(FromPath(Kept().front().parent_path()));
+        return Kept().empty() ? QStringLiteral("No file was downloaded.") : QStringLiteral("Saved in ") + folder;
     }
     const QString first = Shown(missed.front().name, m_place.page);
     const QString reason = FromUtf8(missed.front().reason);
-    if (missed.size() == 1) return QStringLiteral("\"%1\" was not fetched: %2.").arg(first, reason);
-    return QStringLiteral("%L1 files were not fetched, the first one \"%2\": %3.")
-        .arg(static_cast<qulonglong>(missed.size()))
-        .arg(first, reason);
+    QString summary = missed.size() == 1 ? QStringLiteral("\"%1\" was not fetched: %2.").arg(first, reason)
+                                         : QStringLiteral("%L1 files were not fetched, the first one \"%2\": %3.")
+                                               .arg(static_cast<qulonglong>(missed.size()))
+                                               .arg(first, reason);
+    if (Kept().empty()) return summary;
+    return summary +
+           (Kept().size() == 1 ? QStringLiteral("\nThe other file was saved in ")
+                               : QStringLiteral("\nThe others were saved in ")) +
+           folder;
 }
 
 void CDownloadProgressDlg::reject() {

@@ -20,6 +20,9 @@ bool IsUnseen(char16_t c) {
            (c >= 0x2066 && c <= 0x2069);
 }
 
+// A name of these alone would be an empty line in every list.
+bool IsBlank(char16_t c) { return c == u' ' || c == 0xA0 || (c >= 0x2000 && c <= 0x200B) || c == 0x3000; }
+
 // Cut in front of its ending, never inside a character.
 std::string Shortened(const std::string& name, std::size_t most) {
     if (name.size() <= most) return name;
@@ -44,9 +47,9 @@ std::string SafeFileName(std::string_view name, bool isInPackage) {
     for (const char16_t c : Utf8ToWide(name).value_or(std::u16string())) {
         if (!IsUnseen(c)) kept += c == u'\\' || c == u'/' ? u'-' : c == u':' ? u'_' : c;
     }
+    if (std::all_of(kept.begin(), kept.end(), IsBlank)) kept = u"_";
     std::string safe = WideToUtf8(kept);
     for (std::size_t i = 0; i < safe.size() && safe[i] == '.'; ++i) safe[i] = '_';
-    if (safe.empty()) safe = "_";
     if (!isInPackage) safe += kEnding;
     return Shortened(safe, kMostNameBytes);
 }
@@ -63,6 +66,11 @@ bool DownloadTarget::Make(FileError& error) {
         m_temporary = Numbered(m_path, number);
         m_temporary.replace_filename("." + m_temporary.filename().native() + ".part");
         m_file = m_files.Create(m_temporary, error);
+        FileError untold;
+        // What a download that was killed has left behind holds no lock.
+        if (!m_file && error.kind == FileError::Kind::Exists && m_files.RemoveUnlocked(m_temporary, untold)) {
+            m_file = m_files.Create(m_temporary, error);
+        }
         if (m_file || error.kind != FileError::Kind::Exists) break;
     }
     return m_file != nullptr;

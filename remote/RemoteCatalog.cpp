@@ -54,7 +54,7 @@ CRemoteCatalog::CRemoteCatalog(std::unique_ptr<HttpSession> session, const Setti
     : CRemoteCatalog(
           std::move(session),
           {settings.ReadText(kCatalogueServer, kServerDefault), settings.ReadText(kDownloadServer, kServerDefault)},
-          settings.ReadInt(kMaxRemoteResults, kMaxRemoteResultsDefault)) {}
+          MaxRemoteResults(settings)) {}
 
 CRemoteCatalog::CRemoteCatalog(std::unique_ptr<HttpSession> session, CatalogueServers servers, std::int32_t pageSize)
     : m_session(std::move(session)), m_servers(std::move(servers)), m_pageSize(pageSize) {}
@@ -68,8 +68,16 @@ void CRemoteCatalog::SetQuery(std::string title, std::string category) {
     m_nextStart = m_pageCount = m_total = 0;
 }
 
+std::unique_ptr<HttpFile> CRemoteCatalog::Open(const std::string& url, bool isDownload) {
+    const std::string& server = isDownload ? m_servers.download : m_servers.catalogue;
+    if (IsServer(server)) return m_session->OpenUrl(OnTheWire(url), m_reason);
+    const std::string_view preference = isDownload ? kDownloadServer : kCatalogueServer;
+    m_reason = "the preference " + std::string(preference) + " is \"" + server + "\", not HOST or HOST:PORT";
+    return nullptr;
+}
+
 bool CRemoteCatalog::Fetch(const std::string& url, std::string& answer) {
-    const auto file = m_session->OpenUrl(OnTheWire(url), m_reason);
+    const auto file = Open(url, false);
     if (!file) return false;
     const std::uint64_t length = file->Length().value_or(kMostChunk);
     if (length == 0) return true;
@@ -114,7 +122,7 @@ bool CRemoteCatalog::FetchPackage(CRemoteResult& item) {
 
 bool CRemoteCatalog::Download(const CRemoteResult& item, bool isInPackage, DownloadTarget& target) {
     const std::string url = isInPackage ? PackagedFileUrl(m_servers, item.docId) : DownloadUrl(m_servers, item.fileId);
-    const auto file = m_session->OpenUrl(OnTheWire(url), m_reason);
+    const auto file = Open(url, !isInPackage);
     if (!file) return false;
     std::string refused;
     bool isEmpty = true;

@@ -50,6 +50,8 @@ class CRemoteCatalog {
     HttpSession& Session() { return *m_session; }
 
   private:
+    /// nullptr with a reason when there is no answer, or nobody to ask.
+    [[nodiscard]] std::unique_ptr<HttpFile> Open(const std::string& url, bool isDownload);
     [[nodiscard]] bool Fetch(const std::string& url, std::string& answer);
 
     std::unique_ptr<HttpSession> m_session;

@@ -4,7 +4,6 @@
 #include "ui/FrameWindow.h"
 #include "ui/LongWork.h"
 #include "ui/MessageBox.h"
-#include "ui/WideText.h"
 
 namespace quillary {
 
@@ -19,12 +18,7 @@ RequestEnd RunRequest(CRemoteCatalog& catalog, FrameWindow& frame, const QString
 }
 
 void TellNoResults(const CRemoteCatalog& catalog, FrameWindow& frame) {
-    QString reason = FromUtf8(catalog.Reason());
-    if (!reason.isEmpty()) {
-        reason[0] = reason[0].toUpper();
-        reason += u'.';
-    }
-    ShowMessage(frame.Window(), QStringLiteral("No results returned."), reason);
+    ShowMessageAndReason(frame.Window(), QStringLiteral("No results returned."), catalog.Reason());
 }
 
 }  // namespace quillary

@@ -83,12 +83,9 @@ bool CRemoteSearchDlg::eventFilter(QObject* watched, QEvent* event) {
 
 bool CRemoteSearchDlg::Commit() {
     m_search = {m_text->Text(), m_category->currentIndex()};
-    std::u16string unstorable;
-    auto title = m_page.FromWide(ToWide(m_search.text), &unstorable);
-    if (!title) {
-        return Refuse(
-            kText, FromUtf8(FormatMessage(Message::UnstorableCharacters, {"the search text", WideToUtf8(unstorable)})));
-    }
+    std::u16string lacking;
+    auto title = m_page.FromWideToSend(ToWide(m_search.text), &lacking);
+    if (!title) return Refuse(kText, FromUtf8(FormatMessage(Message::NotSearchable, {WideToUtf8(lacking)})));
     m_catalog.SetQuery(std::move(*title), CategoryToAskFor(m_category->currentText().toStdString()));
     const RequestEnd end = RunRequest(m_catalog, Frame(), QStringLiteral("Searching the catalogue..."),
                                       [](CRemoteCatalog& catalog) { return catalog.Search(); });

@@ -32,6 +32,15 @@ void ShowMessage(QWidget* parent, const QString& text, const QString& details) {
     box.exec();
 }
 
+void ShowMessageAndReason(QWidget* parent, const QString& text, const std::string& reason) {
+    QString sentence = FromUtf8(reason);
+    if (!sentence.isEmpty()) {
+        sentence[0] = sentence[0].toUpper();
+        sentence += u'.';
+    }
+    ShowMessage(parent, text, sentence);
+}
+
 int AskUser(QWidget* parent, const QString& text, const QStringList& answers, int defaultAnswer) {
     QMessageBox box(parent);
     SetUp(box, text);

@@ -96,7 +96,9 @@ bool Run(std::size_t count, const std::function<ExportRun::Item(std::size_t)>& m
         }
         return false;
     }
-    for (const Failure& failure : run.Messages()) ShowMessage(frame.Window(), FromUtf8(failure.text));
+    for (const Failure& failure : run.Messages()) {
+        ShowMessageAndReason(frame.Window(), FromUtf8(failure.text), failure.reason);
+    }
     OfferToOpen(run.Files(), kind, surroundings.launcher, frame.Window());
     return true;
 }

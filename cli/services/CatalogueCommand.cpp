@@ -13,6 +13,7 @@
 #include "cli/services/Interrupts.h"
 #include "cli/services/ServiceCommands.h"
 #include "db/Ascii.h"
+#include "db/Utf.h"
 #include "platform/http/CurlSession.h"
 #include "platform/posix/PreferencesFile.h"
 #include "remote/DownloadTarget.h"
@@ -35,8 +36,8 @@ class CatalogueRun {
     ExitStatus Search() {
         const auto pages = ReadPages();
         if (!pages) return m_session.WrongUsage("--pages is a number from 1, or \"all\".");
-        const auto title = m_session.Stored(m_arguments.Value("--title").value_or(""), "a search");
-        auto category = m_session.Stored(m_arguments.Value("--category").value_or(""), "a search");
+        const auto title = Sendable("--title");
+        auto category = Sendable("--category");
         if (!title || !category) return ExitStatus::Refused;
         std::transform(category->begin(), category->end(), category->begin(), AsciiLower);
         if (*category == "any") category->clear();
@@ -103,6 +104,16 @@ class CatalogueRun {
         if (*given == "all") return kAllPages;
         const auto number = ReadWholeNumber(*given);
         return number && *number >= 1 ? number : std::nullopt;
+    }
+
+    // The option's value in the code page.
+    [[nodiscard]] std::optional<std::string> Sendable(std::string_view option) const {
+        const auto wide = m_session.Wide(m_arguments.Value(option).value_or(""));
+        if (!wide) return std::nullopt;
+        std::u16string lacking;
+        auto text = m_session.Page().FromWideToSend(*wide, &lacking);
+        if (!text) Complain(FormatMessage(Message::NotSearchable, {WideToUtf8(lacking)}));
+        return text;
     }
 
     // Until a page brings nothing, or nothing new. False when one does not arrive.
@@ -180,19 +191,6 @@ constexpr Action kActions[] = {
 };
 constexpr std::string_view kOwnOptions[] = {"--title", "--category", "--pages", "--json", "--in-package", "--name"};
 
-// A name and, behind a colon, a port. The colons of an address in numbers stand in brackets.
-bool IsServer(std::string_view server) {
-    const auto colon = server.find(':', server.starts_with('[') ? server.find(']') : 0);
-    if (colon != std::string_view::npos) {
-        const auto port = ReadWholeNumber(server.substr(colon + 1));
-        if (!port || *port < 1 || *port > 65535) return false;
-        server = server.substr(0, colon);
-    }
-    return !server.empty() && std::none_of(server.begin(), server.end(), [](char c) {
-        return c <= ' ' || c > '~' || std::string_view("/?#@\\").find(c) != std::string_view::npos;
-    });
-}
-
 }  // namespace
 
 ExitStatus RunCatalogue(Session& session, const Arguments& arguments) {
@@ -218,8 +216,7 @@ ExitStatus RunCatalogue(Session& session, const Arguments& arguments) {
         if (!IsServer(*server)) return session.WrongUsage("--server is HOST or HOST:PORT.");
         servers = {*server, *server};
     }
-    CatalogueRun run(session, arguments, std::move(servers),
-                     preferences.ReadInt(kMaxRemoteResults, kMaxRemoteResultsDefault));
+    CatalogueRun run(session, arguments, std::move(servers), MaxRemoteResults(preferences));
     return (run.*action->run)();
 }
 

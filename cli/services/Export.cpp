@@ -18,7 +18,7 @@ namespace {
 
 class Complaints : public Questions {
   public:
-    void Tell(const Failure& failure) override { Complain(failure.text); }
+    void Tell(const Failure& failure) override { Complain(failure.WithReason()); }
     bool AskDatabasePassword(const CQuillaryDoc&) override { return false; }
 };
 

@@ -27,6 +27,7 @@ class Error {
     Error& operator=(const Error&) = delete;
 
     GError** Out() { return &m_error; }
+    [[nodiscard]] std::string Text() const { return m_error ? m_error->message : std::string(); }
     [[nodiscard]] bool Is(GQuark domain, int code) const { return g_error_matches(m_error, domain, code); }
 
   private:
@@ -75,22 +76,32 @@ bool EvolutionKeeper::Create() {
 bool EvolutionKeeper::LogOn() {
     const Owned<ESource> calendar(e_source_registry_ref_default_calendar(m_registry.get()));
     const Owned<ESource> addressBook(e_source_registry_ref_default_address_book(m_registry.get()));
+    m_reason = "there is no default calendar or address book";
     if (!calendar || !addressBook) return false;
-    m_calendar = m_calls.Within(kStartLimit, [&calendar](GCancellable* cancellable) {
-        Error error;
-        return Owned<EClient>(e_cal_client_connect_sync(calendar.get(), E_CAL_CLIENT_SOURCE_TYPE_EVENTS, kDoNotWait,
-                                                        cancellable, error.Out()));
+    const auto connect = [this](const auto& call) {
+        auto client = m_calls.Within(kStartLimit, [this, &call](GCancellable* cancellable) {
+            Error error;
+            Owned<EClient> made(call(cancellable, error.Out()));
+            m_reason = error.Text();
+            return made;
+        });
+        if (m_calls.HasTimedOut()) m_reason = "Evolution's server does not answer";
+        return client;
+    };
+    m_calendar = connect([&calendar](GCancellable* cancellable, GError** error) {
+        return e_cal_client_connect_sync(calendar.get(), E_CAL_CLIENT_SOURCE_TYPE_EVENTS, kDoNotWait, cancellable,
+                                         error);
     });
     if (!m_calendar) return false;
-    m_addressBook = m_calls.Within(kStartLimit, [&addressBook](GCancellable* cancellable) {
-        Error error;
-        return Owned<EClient>(e_book_client_connect_sync(addressBook.get(), kDoNotWait, cancellable, error.Out()));
+    m_addressBook = connect([&addressBook](GCancellable* cancellable, GError** error) {
+        return e_book_client_connect_sync(addressBook.get(), kDoNotWait, cancellable, error);
     });
     if (!m_addressBook) return false;
     const auto areOnline = [this] {
         return e_client_is_online(m_calendar.get()) && e_client_is_online(m_addressBook.get());
     };
     m_calls.WaitUntil(kOnlineLimit, areOnline);
+    m_reason = "Evolution's default calendar or address book cannot be written";
     return !e_client_is_readonly(m_calendar.get()) && !e_client_is_readonly(m_addressBook.get());
 }
 

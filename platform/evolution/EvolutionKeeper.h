@@ -16,6 +16,7 @@ class EvolutionKeeper : public ItemKeeper {
 
     bool Create() override;
     bool LogOn() override;
+    std::string Reason() const override { return m_reason; }
     bool KeepEvent(const std::string& text, const std::string& uid) override;
     bool KeepCard(const std::string& text, const std::string& uid) override;
 
@@ -24,6 +25,7 @@ class EvolutionKeeper : public ItemKeeper {
     Owned<ESourceRegistry> m_registry;
     Owned<EClient> m_calendar;
     Owned<EClient> m_addressBook;
+    std::string m_reason;
 };
 
 }  // namespace quillary

@@ -19,6 +19,7 @@ class DesktopPersonalStore : public PersonalStore {
 
     bool Create() override;
     bool LogOn() override { return m_keeper->LogOn(); }
+    std::string Reason() const override { return m_keeper->Reason(); }
     bool AddAppointment(const Appointment& appointment, const std::string& uid) override;
     bool AddContact(const Contact& contact, const std::string& uid) override;
     std::vector<std::filesystem::path> Files() const override;

@@ -41,9 +41,12 @@ FileItemKeeper::~FileItemKeeper() {
 
 bool FileItemKeeper::LogOn() {
     for (const Path& folder : {CalendarFolder(m_dataFolder), ContactsFolder(m_dataFolder)}) {
-        FileError untold;
-        if (!MakeFolders(folder, kPrivateFolder, untold)) return false;
-        if (::access(folder.c_str(), W_OK | X_OK) != 0) return false;
+        FileError error;
+        if (MakeFolders(folder, kPrivateFolder, error) && (::access(folder.c_str(), W_OK | X_OK) == 0 || Fail(error))) {
+            continue;
+        }
+        m_reason = "the folder " + folder.string() + " cannot be written: " + error.reason;
+        return false;
     }
     return true;
 }

@@ -18,6 +18,7 @@ class FileItemKeeper : public ItemKeeper {
     bool Create() override { return !m_dataFolder.empty(); }
     /// False when the folders cannot be made or written.
     bool LogOn() override;
+    std::string Reason() const override { return m_reason; }
     bool KeepEvent(const std::string& text, const std::string& uid) override;
     bool KeepCard(const std::string& text, const std::string& uid) override;
     std::vector<Path> Files() const override { return m_files; }
@@ -27,6 +28,7 @@ class FileItemKeeper : public ItemKeeper {
 
     Path m_dataFolder;
     std::vector<Path> m_files;
+    std::string m_reason;
 };
 
 }  // namespace quillary

@@ -15,6 +15,7 @@ class ItemKeeper {
     /// As those of PersonalStore.
     [[nodiscard]] virtual bool Create() = 0;
     [[nodiscard]] virtual bool LogOn() = 0;
+    [[nodiscard]] virtual std::string Reason() const { return {}; }
     /// `text` is an iCalendar object with one event. An item called `uid` that is there already stays, and counts as
     /// kept.
     [[nodiscard]] virtual bool KeepEvent(const std::string& text, const std::string& uid) = 0;

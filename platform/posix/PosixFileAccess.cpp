@@ -148,6 +148,11 @@ FileStamp MakeStamp(const struct stat& status) {
 }
 
 std::unique_ptr<LockedFile> PosixFileAccess::Open(const Path& path, LockKind lock, FileError& error) {
+    return OpenWithin(m_lockWait, path, lock, error);
+}
+
+std::unique_ptr<LockedFile> PosixFileAccess::OpenWithin(std::chrono::milliseconds wait, const Path& path, LockKind lock,
+                                                        FileError& error) const {
     const int access = lock == LockKind::Exclusive ? O_RDWR : O_RDONLY;
     for (;;) {
         // Looked at before it is opened: opening some devices does something.
@@ -162,7 +167,7 @@ std::unique_ptr<LockedFile> PosixFileAccess::Open(const Path& path, LockKind loc
             Fail(error);
             return nullptr;
         }
-        if (!RefuseUnlessRegular(status, error) || !LockOpenFile(file, lock, m_lockWait, error)) return nullptr;
+        if (!RefuseUnlessRegular(status, error) || !LockOpenFile(file, lock, wait, error)) return nullptr;
         file.Observe(m_observer);
         auto locked = std::make_unique<PosixLockedFile>(std::move(file), path, false);
         // A file that was replaced while we waited for its lock is the wrong one.
@@ -198,6 +203,11 @@ std::unique_ptr<LockedFile> PosixFileAccess::LockNew(PosixFile file, const Path&
 
 bool PosixFileAccess::Remove(const Path& path, FileError& error) {
     return unlink(path.c_str()) == 0 || errno == ENOENT || Fail(error);
+}
+
+bool PosixFileAccess::RemoveUnlocked(const Path& path, FileError& error) {
+    const auto file = OpenWithin({}, path, LockKind::Exclusive, error);
+    return file && Remove(path, error);
 }
 
 bool PosixFileAccess::Rename(const Path& from, const Path& to, FileError& error) {

@@ -24,6 +24,7 @@ class PosixFileAccess : public FileAccess {
     std::unique_ptr<LockedFile> Create(const Path& path, FileError& error) override;
     std::unique_ptr<LockedFile> CreateLike(const Path& path, const Path& original, FileError& error) override;
     bool Remove(const Path& path, FileError& error) override;
+    bool RemoveUnlocked(const Path& path, FileError& error) override;
     bool Rename(const Path& from, const Path& to, FileError& error) override;
     bool MakeFolder(const Path& folder, FileError& error) override;
     bool CanRead(const Path& path) override;
@@ -44,6 +45,9 @@ class PosixFileAccess : public FileAccess {
 
   private:
     [[nodiscard]] std::unique_ptr<LockedFile> LockNew(PosixFile file, const Path& path, FileError& error) const;
+
+    [[nodiscard]] std::unique_ptr<LockedFile> OpenWithin(std::chrono::milliseconds wait, const Path& path,
+                                                         LockKind lock, FileError& error) const;
 
     Path m_stateFolder;  // empty when the user has no home
     std::chrono::milliseconds m_lockWait;

@@ -176,9 +176,9 @@ TEST_F(DownloadDatabaseTest, OneFileOpens) {
         Edit(page)->setPlainText(u"\u017bubr"_qs);
         QTest::keyClick(Edit(page), Qt::Key_Return);
     });
-    OnBox(u"These characters cannot be stored in the search text: \u017b"_qs, "OK");
+    OnBox(u"The code page lacks these characters, so they cannot be searched for: \u017b"_qs, "OK");
     OnPage(kSearch, [](CQuillaryDialog& page) {
-        Edit(page)->setPlainText(u"caf\u00e9"_qs);
+        Edit(page)->setPlainText(u"caf\u00e9\u00ff"_qs);
         page.Control<QComboBox>(1002)->setCurrentText("Palm-Related");
         QTest::keyClick(Edit(page), Qt::Key_Return);
     });
@@ -188,7 +188,7 @@ TEST_F(DownloadDatabaseTest, OneFileOpens) {
     Download();
     EXPECT_EQ(Title(), "People");
     EXPECT_EQ(Saved(), "/nowhere/peo_ple.pdb ");
-    EXPECT_EQ(server.Requests(), (std::vector<std::string>{"/wireless/?screen=qly_search&start=0&size=3&title=caf%E9"
+    EXPECT_EQ(server.Requests(), (std::vector<std::string>{"/wireless/?screen=qly_search&start=0&size=3&title=caf%E9%FF"
                                                            "&category=palm-related",
                                                            "/?global_op=download_file&file_id=7"}));
 }
@@ -331,7 +331,9 @@ TEST_F(DownloadDatabaseTest, TheEndTellsWhatCouldNotBeFetchedAndOpeningWhatIsNoD
         QTest::keyClick(List(page), Qt::Key_Return);
     });
     ClickOn(kSaveToPath, kOkButton);
-    FinishDownload("2 files were not fetched, the first one \"pack\": the server answers with status 404.");
+    FinishDownload(
+        "2 files were not fetched, the first one \"pack\": the server answers with status 404.\n"
+        "The other file was saved in /nowhere");
     OnBox("Invalid database file.", "OK");
     Download();
     EXPECT_EQ(Saved(), "/nowhere/two.pdb ");

@@ -20,7 +20,10 @@ TEST_F(CatalogueCommand, Refuses) {
                {"a path for a server", {"search", "--server", "h/x"}, 2, "HOST or HOST:PORT"},
                {"no port", {"search", "--server", "h:8711x"}, 2, "HOST or HOST:PORT"},
                {"a device", {"download", "1", "/dev/null"}, 1, "/dev/null is neither a file nor a folder."},
-               {"a character that cannot travel", {"search", "--title", "\xD0\xB6"}, 1, "cannot be stored"},
+               {"a character that cannot travel",
+                {"search", "--title", "\xD0\xB6"},
+                1,
+                "cannot be searched for: \xD0\xB6"},
                {"nobody there", {"search", "--server", "127.0.0.1:1"}, 1, "No results returned. ("},
                {"nor for a file", {"download", "1", "x", "--server", "127.0.0.1:1"}, 1, "was not downloaded to x: "},
            });
@@ -37,7 +40,7 @@ TEST_F(CatalogueCommand, EndsWithEveryServer) {
     };
     const std::string one = "0:0:2000000000:a\x1B^!1^!2^!zip^!1.5^!";
     const std::vector<Case> kCases = {
-        {"no result", "0:-1:0:", {"search"}, 1, ""},
+        {"no result", "0:-1:0:", {"search", "--title", "\xC3\xBF"}, 1, ""},
         {"none, as JSON", "0:-1:0:", {"search", "--json"}, 1, "{\"total\": 0, \"results\": []}\n"},
         {"one page of many", one, {"search"}, 0, "aU+001B\t1.5\tzip\t1\t2\n"},
         {"a server that begins anew",

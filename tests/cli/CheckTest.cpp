@@ -171,7 +171,7 @@ const DepartureCase kDepartures[] = {
     {"more entries than numbers", WithRecord(FromHex("FF FF FF 01 FF 00") + std::string(600, '\0') + FromHex("00 FF")),
      "more entries than there are entry numbers"},
     {"an entry of no field", WithEntries("00 00 41 00 03 42"), "Entry 3 of the data record belongs to no field"},
-    {"a text that hides a later field", WithEntries("00 00 41 02 00 02 42"),
+    {"a text that hides two later fields", WithEntries("00 00 41 01 02 00 02 42"),
      "byte 2 in the field \"A\" hides the field \"C\""},
     {"a byte that equals the number of an earlier field", WithEntries("00 00 41 00 02 01"), ""},
     {"a byte that equals no field", WithEntries("00 00 03 0A"), ""},
@@ -189,6 +189,18 @@ TEST(Check, FindsEachDepartureAndNothingElse) {
             matching += departure.problem.find(c.problem) != std::string::npos ? 1 : 0;
         }
         EXPECT_EQ(isClean ? 0 : 1, isClean ? static_cast<int>(found.size()) : matching) << c.why << "\n" << all;
+    }
+}
+
+TEST(Check, SaysNothingAboutFieldsThatItCannotKnow) {
+    for (std::ptrdiff_t record = 0; record < 3; ++record) {
+        const auto found = Found(Changed([record](ImageParts& parts) {
+            parts.tail = std::string(40, '\0') + FromHex("03 03") + std::string(84, '\0') +
+                         FromHex("02000000 FF000000 FF000000");
+            parts.records.erase(parts.records.begin() + record);
+        }));
+        ASSERT_EQ(1u, found.size()) << found.back().problem;
+        EXPECT_THAT(found[0].problem, HasSubstr("There is no "));
     }
 }
 

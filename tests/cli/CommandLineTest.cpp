@@ -38,6 +38,7 @@ const std::vector<Call> kCalls = {
     {"a schema that is not there", {"fields", "t.pdb", "s.json"}, 1, "schema s.json cannot be read (No such file"},
     {"lenience where nothing is applied", {"fields", "t.pdb", "--lenient"}, 2, "--lenient"},
     {"no number where one is due", {"find", "t.pdb", "x", "--after", "1x"}, 2, "1x"},
+    {"a row before the first", {"find", "t.pdb", "x", "--after", "-3"}, 2, "\"-3\" is no number of a row."},
     {"an unknown code page", {"list", "t.pdb", "--code-page", "klingon"}, 2, "klingon"},
     {"a code page that cannot be stored in bytes without NUL", {"list", "t.pdb", "--code-page", "utf-16"}, 2, "utf-16"},
     {"help on an unknown command", {"help", "lits"}, 2, "\"list\"?"},

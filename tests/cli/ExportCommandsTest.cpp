@@ -56,7 +56,7 @@ TEST_F(ExportCommands, ContactsAndTheirPassword) {
             {"an unknown property", {"--map", "Notse=Name"}, 2, "no \"Notse\". Did you mean \"Notes\"?"},
             {"one twice", {"--map", "E-Mail=Name", "--map", "E-Mail=At"}, 2, "\"E-Mail\" is given twice."},
             {"an unknown field", {"--map", "E-Mail=name=x"}, 1, "There is no field \"name=x\"."},
-            {"no store", {"--map", "E-Mail=Name"}, 1, "Could not log on to Pocket Outlook!", "", noFolder},
+            {"no store", {"--map", "E-Mail=Name"}, 1, "Outlook! (the folder /", "", noFolder},
             {"the shown ones", {"--map", "E-Mail=Name", "--map", "Birthday=Day"}, 0, "", two}});
     Write("secret", "open sesame\n");
     ASSERT_EQ("", Output({"password", "t.pdb", "set", "--new-password-file", "secret"}));

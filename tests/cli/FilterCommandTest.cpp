@@ -44,7 +44,7 @@ TEST_F(FilterCommand, Refuses) {
             {"a character that the page lacks", {"--where", "Name", "is", "\xD0\xB6"}, 1, "cannot be stored"},
             {"no number", {"--where", "No", "is", "one"}, 2, "\"one\" is no number."},
             {"a number and more", {"--where", "No", "is", "1e5x"}, 2, "\"1e5x\" is no number."},
-            {"no check box", {"--where", "Ok", "is", "maybe"}, 1, "neither true nor false"},
+            {"no check box", {"--where", "Ok", "is", "yes"}, 1, "neither true nor false"},
             {"no date", {"--where", "Due", "is", "36500"}, 1, "is no date"},
             {"no time", {"--where", "At", "is", "25:00"}, 1, "is no time"},
             {"no item", {"--where", "Kind", "is", "X"}, 1, "no item of the list"},

@@ -80,7 +80,7 @@ const std::vector<RefusalCase> kRefusals = {
      Fields({"A:text"})},
     {"no number", "A\n1\n1e5\n", "Row 3, column A: \"1e5\" is no number.\n", Fields({"A:number"})},
     {"two points", "A\n1.2.3\n", "\"1.2.3\" is no number", Fields({"A:number"})},
-    {"a fraction in a sequence", "A\n1.0\n", "\"1.0\" is no number", Fields({"A:sequence"})},
+    {"a fraction in a sequence", "A\n1.0\n", "\"1.0\" is no whole number", Fields({"A:sequence"})},
     {"no check box", "A\nmaybe\n", "\"maybe\" is neither true nor false", Fields({"A:checkbox"})},
     {"no item", "A\nRed\n", "\"Red\" is no item", Fields({"A:list:red;green"})},
     {"no day", "A\n2023-02-29\n", "\"2023-02-29\" is no date.\n", Fields({"A:date"})},

@@ -133,9 +133,11 @@ TEST_F(PosixFiles, ALockHoldsBetweenProcesses) {
     ASSERT_EQ(read(fromChild[0], &byte, 1), 1);
     EXPECT_EQ(OpenError(path, LockKind::Shared), Kind::Busy);
     EXPECT_EQ(OpenError(path, LockKind::Exclusive), Kind::Busy);
-    ASSERT_EQ(write(toChild[1], "x", 1), 1);
     PosixFileAccess patient(m_folder / "state");
     FileError error;
+    EXPECT_FALSE(patient.RemoveUnlocked(path, error));
+    EXPECT_EQ(error.kind, Kind::Busy);
+    ASSERT_EQ(write(toChild[1], "x", 1), 1);
     Image image;
     const auto file = patient.Open(path, LockKind::Shared, error);
     ASSERT_TRUE(file) << error.reason;
@@ -145,6 +147,7 @@ TEST_F(PosixFiles, ALockHoldsBetweenProcesses) {
     int status = 1;
     waitpid(child, &status, 0);
     EXPECT_EQ(status, 0);
+    EXPECT_FALSE(patient.RemoveUnlocked(path, error)) << "a reader has it";
 }
 
 TEST_F(PosixFiles, AFileThatLostItsNameIsNotWritten) {

@@ -109,17 +109,30 @@ TEST(RemoteCatalog, AsksPageByPage) {
     EXPECT_TRUE(client.catalog->Search());
     EXPECT_FALSE(client.catalog->Search());  // 4 lies beyond 3, and nobody is asked
     EXPECT_EQ(NamesOf(client.catalog->Results()), "a/1 b/2 c/3 ");
-    client.settings.numbers.emplace(kMaxRemoteResults, 7);
+    client.settings.numbers.emplace(kMaxRemoteResults, 1000);
     CRemoteCatalog other(std::make_unique<CurlSession>(), client.settings);
     other.SetQuery("50% caf\xE9 & #1\r\n\"x\"", "palm-related");
     EXPECT_TRUE(other.Search());
     EXPECT_EQ(client.server.Requests(),
               (std::vector<std::string>{
                   "/wireless/?screen=qly_search&start=0&size=25", "/wireless/?screen=qly_search&start=2&size=25",
-                  "/wireless/?screen=qly_search&start=0&size=7&title=50%25%20caf%E9%20&%20%231%0D%0A%22x%22"
+                  "/wireless/?screen=qly_search&start=0&size=100&title=50%25%20caf%E9%20&%20%231%0D%0A%22x%22"
                   "&category=palm-related"}));
     const std::string head = client.server.LastHead();
     EXPECT_NE(head.find("User-Agent: Quillary PPC\r\n"), std::string::npos) << head;
+}
+
+TEST(RemoteCatalog, AsksNobodyWhereTheAddressIsNone) {
+    for (const char* address : {"", "http://h/", "h/x", "h:", "h:0", "h:65536", "h:1x", "a b", "::1"}) {
+        Client client("");
+        client.settings.texts = {{std::string(kCatalogueServer), address}, {std::string(kDownloadServer), address}};
+        client.catalog.emplace(std::make_unique<CurlSession>(), client.settings);
+        const std::string why = " is \"" + std::string(address) + "\", not HOST or HOST:PORT";
+        EXPECT_FALSE(client.catalog->Search());
+        EXPECT_EQ(client.catalog->Reason(), "the preference CatalogueServer" + why);
+        (void)client.Download();
+        EXPECT_EQ(client.catalog->Reason(), "the preference DownloadServer" + why);
+    }
 }
 
 TEST(RemoteCatalog, FetchesDetailsAndPackagesOnce) {
@@ -175,7 +188,7 @@ TEST(RemoteCatalog, LeavesWholeFilesOrNone) {
         EXPECT_EQ(client.catalog->Reason().empty(), client.kept) << c.name;
     }
     Client client(ScriptedServer::Ok("abc"));
-    client.files.contents = {{"/d/x", "mine"}, {"/d/x (2)", "too"}};
+    client.files.contents = {{"/d/x", "mine"}, {"/d/x (2)", "too"}, {"/d/.x.part", "left over"}};
     EXPECT_EQ(client.Download(true), "/d/x=mine;/d/x (2)=too;/d/x (3)=abc;");
     EXPECT_EQ(client.server.Requests().back(), "/p/a%20b.pdb");
     EXPECT_EQ(OnTheWire(PackagedFileUrl({"h", ""}, "@elsewhere/x#y")), "http://h/@elsewhere/x%23y");
@@ -226,6 +239,7 @@ TEST(DownloadTarget, KeepsNamesInsideItsFolder) {
          "fdp.exe",
          true, "afdp.exe"},
         {"", false, "_.pdb"},
+        {" \xC2\xA0", false, "_.pdb"},
     };
     for (const Case& c : kCases) EXPECT_EQ(SafeFileName(c.name, c.isInPackage), c.safe);
     std::string longest;
