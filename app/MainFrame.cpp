@@ -102,7 +102,7 @@ void CMainFrame::Dispatch(int command) {
 }
 
 void CMainFrame::QueryState(int command, CommandState& state) {
-    if (m_dialogs.empty()) {
+    if (m_dialogs.empty() || command == ID_APP_EXIT) {
         for (const CommandTarget* target : Route()) {
             if (target && target->UpdateCommand(command, state)) return;
         }
@@ -152,6 +152,7 @@ void CMainFrame::ShowTitle() {
 
 void CMainFrame::BeginDialog(CQuillaryDialog& dialog) {
     m_dialogs.push_back(&dialog);
+    m_focusBefore.emplace_back(focusWidget());
     m_pages->addWidget(&dialog);
     m_pages->setCurrentWidget(&dialog);
     m_menus->setEnabled(false);
@@ -162,13 +163,16 @@ void CMainFrame::BeginDialog(CQuillaryDialog& dialog) {
 void CMainFrame::EndDialog(CQuillaryDialog& dialog) {
     m_pages->removeWidget(&dialog);
     m_dialogs.pop_back();
+    QWidget* focus = m_focusBefore.back();
+    m_focusBefore.pop_back();
     QWidget* page = m_docList;
     if (m_view) page = m_view;
     if (!m_dialogs.empty()) page = m_dialogs.back();
     m_pages->setCurrentWidget(page);
     m_menus->setEnabled(m_dialogs.empty());
     m_recordBar->setEnabled(m_dialogs.empty());
-    if (m_dialogs.empty()) page->setFocus();
+    if (m_dialogs.empty()) focus = page;
+    if (focus) focus->setFocus();
     m_actions.UpdateStates();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QPointer>
 #include <array>
 #include <memory>
 #include <string>
@@ -35,8 +36,8 @@ class CMainFrame : public QMainWindow, public FrameWindow, public CommandMap<CMa
     void ForgetDatabase();
     void ShowDocList(QWidget& list);
 
-    /// Offers the command to the active view, the document, this frame, the application. Does nothing while a dialog is
-    /// open, or when its update handler disables it.
+    /// Offers the command to the active view, the document, this frame, the application. While a dialog is open, does
+    /// nothing but end the program; does nothing when the update handler disables it.
     void Dispatch(int command);
     /// The state of a command, disabled when nobody handles it.
     void QueryState(int command, CommandState& state);
@@ -75,8 +76,9 @@ class CMainFrame : public QMainWindow, public FrameWindow, public CommandMap<CMa
     CQuillaryView* m_view = nullptr;
     QMenuBar* m_menus;
     QStackedWidget* m_pages;
-    QWidget* m_docList;                       // an empty page until there is one
-    std::vector<CQuillaryDialog*> m_dialogs;  // the innermost last
+    QWidget* m_docList;                            // an empty page until there is one
+    std::vector<CQuillaryDialog*> m_dialogs;       // the innermost last
+    std::vector<QPointer<QWidget>> m_focusBefore;  // each of them
     CUnwinding m_unwinding;
     bool m_askingToClose = false;
     Settings* m_windowSettings = nullptr;  // where the geometry is kept; null: nowhere

@@ -28,6 +28,10 @@ bool ClosePopups() {
 
 std::optional<CUnwinding::Way> CUnwinding::AskForWay(QWidget* parent, const QString& question) {
     const std::vector<QDialog*>& open = OpenDialog::All();
+    for (QDialog* dialog : std::vector(open)) {
+        auto* page = dynamic_cast<CQuillaryDialog*>(dialog);
+        if (page && !page->MayBeLeft()) return std::nullopt;
+    }
     const bool isChanged = std::any_of(open.begin(), open.end(), [](const QDialog* dialog) {
         const auto* page = dynamic_cast<const CQuillaryDialog*>(dialog);
         return page && page->IsChanged();

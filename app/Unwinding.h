@@ -22,7 +22,7 @@ class CUnwinding : public QObject {
     };
 
     /// How to end what is open: when a dialog holds changes, as the user answers `question` (Save, Discard, Cancel).
-    /// Nothing when that was Cancel.
+    /// Nothing when that was Cancel, or when a dialog may not be left.
     [[nodiscard]] static std::optional<Way> AskForWay(QWidget* parent, const QString& question);
 
     CUnwinding();

@@ -189,6 +189,8 @@ QString CFilterConditionEditor::ShownValue() const {
     if (editor == m_text) return m_text->text();
     if (editor == m_list) return m_list->currentText();
     if (editor == m_check) return FromUtf8(ConditionCheck(m_check->isChecked()));
+    const CValuePicker& picker = editor == m_date ? static_cast<const CValuePicker&>(*m_date) : *m_time;
+    if (picker.IsUnreadable()) return picker.Text();
     return FromUtf8(ConditionCount(editor == m_date ? m_date->Day() : m_time->Seconds()));
 }
 
@@ -208,6 +210,13 @@ std::optional<std::string> CFilterConditionEditor::StoredValue(Failure& failure,
     }
     // What the file brought along stays, even where no editor can show it.
     if (IsStoredField() && ShownValue() == m_storedShown) return m_stored->value;
+    for (const auto& [picker, id] :
+         {std::pair<CValuePicker*, int>(m_date, m_controls.date), {m_time, m_controls.time}}) {
+        if (editor != picker || !picker->IsUnreadable()) continue;
+        control = id;
+        failure.text = picker->WhyUnreadable().toStdString();
+        return std::nullopt;
+    }
     control = m_controls.text;
     if (editor == m_text) return ConditionText(ToWide(m_text->text()), m_doc.Page(), failure);
     return ShownValue().toStdString();

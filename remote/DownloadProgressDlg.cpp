@@ -164,16 +164,19 @@ void CDownloadProgressDlg::AskToCancel() {
         m_catalog.Session().Cancel();
         return;
     }
+    if (IsSureToCancel() && m_state == State::Running) BeginCancelling();  // all may be done meanwhile
+}
+
+bool CDownloadProgressDlg::IsSureToCancel() {
     m_isAsking = true;
     const bool isSure = AskUser(Frame().Window(), QStringLiteral("Are you sure you want to cancel the download?"),
                                 {QStringLiteral("Yes"), QStringLiteral("No")}) == 0;
     m_isAsking = false;
-    if (m_state != State::Running) return;  // all was done meanwhile
-    if (isSure) {
-        BeginCancelling();
-    } else if (std::exchange(m_isFolderWanted, false)) {
-        AskForFolder();
+    if (!isSure && m_state == State::Running && std::exchange(m_isFolderWanted, false)) {
+        QMetaObject::invokeMethod(
+            this, [this] { AskForFolder(); }, Qt::QueuedConnection);
     }
+    return isSure;
 }
 
 void CDownloadProgressDlg::BeginCancelling() {

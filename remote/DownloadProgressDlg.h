@@ -36,6 +36,8 @@ class CDownloadProgressDlg : public CQuillaryDialog {
     /// After the end, however it came: the files that are there now.
     [[nodiscard]] const std::vector<Path>& Kept() const;
 
+    /// While it runs, only after the question of Cancel.
+    [[nodiscard]] bool MayBeLeft() override { return m_state != State::Running || m_isAsking || IsSureToCancel(); }
     /// Without a question: breaks off the file that is being written, waits for the download to end and closes.
     void reject() override;
     bool event(QEvent* event) override;
@@ -57,6 +59,7 @@ class CDownloadProgressDlg : public CQuillaryDialog {
     void GiveFolder(std::optional<Path> folder);
     /// The user's Cancel: a question, then the file that is being written is finished. The next one breaks it off.
     void AskToCancel();
+    [[nodiscard]] bool IsSureToCancel();
     void BeginCancelling();
     void Finish();
     [[nodiscard]] QString Summary() const;

@@ -1,12 +1,16 @@
 #include "ui/DatePicker.h"
 
+#include <QAbstractSpinBox>
 #include <QCalendarWidget>
-#include <QKeyEvent>
-#include <QSignalBlocker>
+#include <QFrame>
+#include <QScreen>
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "db/FieldValue.h"
+#include "db/Messages.h"
 #include "db/TextEntry.h"
+#include "ui/WideText.h"
 
 namespace quillary {
 
@@ -14,96 +18,75 @@ namespace {
 
 constexpr const char* kFormats[] = {"MM/dd/yyyy", "dd.MM.yyyy", "yyyy-MM-dd"};  // in the order of DateOrder
 
-// The month's last day for one that it lacks.
-QDateTime Midnight(int year, int month, int day) {
-    const int last = QDate(year, month, 1).daysInMonth();
-    return {QDate(year, month, std::min(day, last)), QTime(0, 0), Qt::UTC};
+QString FormatOf(DateOrder order) { return QString::fromLatin1(kFormats[static_cast<std::size_t>(order)]); }
+
+QDate ToDate(std::int32_t day) {
+    const CivilDate date = DayToDate(day);
+    return {date.year, date.month, date.day};
 }
 
-QDateTime FromDay(std::int32_t day) {
-    const CivilDate date = DayToDate(day);
-    return Midnight(date.year, date.month, date.day);
-}
+CDatePicker::Number ToDay(const QDate& date) { return DateToDay({date.year(), date.month(), date.day()}); }
 
 }  // namespace
 
 CDatePicker::CDatePicker(DateOrder order, const Clock& clock, QWidget* parent)
-    : CValuePicker(QString::fromLatin1(kFormats[static_cast<std::size_t>(order)]), QStringLiteral("No Date"), parent),
+    : CValuePicker(Arrows::DropDown, FormatOf(order), QStringLiteral("No Date"), parent),
       m_order(order),
-      m_clock(clock) {
-    Editor().setCalendarPopup(true);
-    Editor().setDateRange(QDate(100, 1, 1), QDate(9999, 12, 31));
-    SetDay(std::nullopt);
+      m_clock(clock) {}
+
+CValuePicker::Number CDatePicker::Read(const QString& text) const {
+    return ParseDate(text.toStdString(), m_order, CenturyOf(m_clock));
 }
 
-std::optional<std::int32_t> CDatePicker::Day() const {
-    const auto value = Value();
-    if (!value) return std::nullopt;
-    const QDate date = value->date();
-    return DateToDay({date.year(), date.month(), date.day()});
+QString CDatePicker::Write(std::int32_t day) const { return ToDate(day).toString(FormatOf(m_order)); }
+
+QString CDatePicker::RefusalOf(const QString& text) const {
+    const QString example = QDate(2004, 12, 31).toString(FormatOf(m_order));
+    return FromUtf8(FormatMessage(Message::NotADate, {text.toStdString()})) +
+           QStringLiteral(" Write it like %1 or December 31, 2004.").arg(example);
 }
 
-void CDatePicker::SetDay(std::optional<std::int32_t> day) {
-    m_typedDay = 0;
-    SetValue(day ? std::optional(FromDay(*day)) : std::nullopt);
+std::int32_t CDatePicker::Start() const { return m_clock.Today(); }
+
+CValuePicker::Number CDatePicker::Stepped(std::int32_t day, QChar part, int steps) const {
+    const QDate date = ToDate(day);
+    return ToDay(part == u'd' ? date.addDays(steps) : part == u'M' ? date.addMonths(steps) : date.addYears(steps));
 }
 
-QDateTime CDatePicker::Start() const { return FromDay(m_clock.Today()); }
-
-std::optional<QDateTime> CDatePicker::Read(const QString& text) const {
-    const auto day = ParseDate(text.toStdString(), m_order, CenturyOf(m_clock));
-    return day ? std::optional(FromDay(*day)) : std::nullopt;
+// Made when it is wanted: a form may have twenty of them.
+void CDatePicker::MakeCalendar() {
+    auto* frame = new QFrame(this, Qt::Popup);
+    frame->setFrameShape(QFrame::Box);
+    frame->setAttribute(Qt::WA_NoMouseReplay);  // a press on the arrow ends it
+    auto* inside = new QVBoxLayout(frame);
+    inside->setContentsMargins({});
+    m_calendar = new QCalendarWidget;
+    inside->addWidget(m_calendar);
+    m_calendar->setLocale(QLocale::c());
+    m_calendar->setFirstDayOfWeek(QLocale::system().firstDayOfWeek());
+    m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+    m_calendar->setDateRange(QDate(100, 1, 1), QDate(9999, 12, 31));
+    const auto choose = [this, frame](const QDate& date) {
+        frame->close();
+        SetByUser(ToDay(date));
+    };
+    connect(m_calendar, &QCalendarWidget::clicked, this, choose);
+    connect(m_calendar, &QCalendarWidget::activated, this, choose);
 }
 
-int CDatePicker::MostTyped(Section section) const {
-    return section == QDateTimeEdit::DaySection ? 31 : section == QDateTimeEdit::MonthSection ? 12 : 0;
-}
-
-std::optional<QDateTime> CDatePicker::WithTyped(Section section, int number, int /*digits*/) {
-    if (number == 0) return std::nullopt;
-    const QDate date = Editor().date();
-    if (section == QDateTimeEdit::DaySection) m_typedDay = number;
-    return Completed(Midnight(date.year(), section == QDateTimeEdit::MonthSection ? number : date.month(), date.day()));
-}
-
-QDateTime CDatePicker::Completed(const QDateTime& value) const {
-    const QDate date = value.date();
-    return Midnight(date.year(), date.month(), m_typedDay > 0 ? m_typedDay : date.day());
-}
-
-void CDatePicker::TypingEnded() {
-    CValuePicker::TypingEnded();
-    m_typedDay = 0;
-}
-
-// Made at the first click only: a form may have twenty of them.
-void CDatePicker::PrepareCalendar() {
-    QCalendarWidget& calendar = *Editor().calendarWidget();
-    calendar.setLocale(QLocale::c());
-    calendar.setFirstDayOfWeek(QLocale::system().firstDayOfWeek());
-    calendar.setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
-    calendar.installEventFilter(this);
-    m_calendarReady = true;
-}
-
-bool CDatePicker::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == &Editor()) {
-        if (event->type() == QEvent::MouseButtonPress && !IsReadOnly() && !m_calendarReady) PrepareCalendar();
-    } else if (event->type() == QEvent::Show) {
-        m_beforeCalendar = Day();
-        m_calendarCancelled = false;
-        if (!m_beforeCalendar) {
-            auto* calendar = static_cast<QCalendarWidget*>(watched);
-            const QSignalBlocker blocker(calendar);
-            calendar->setSelectedDate(Start().date());
-        }
-    } else if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-        m_calendarCancelled = true;
-    } else if (event->type() == QEvent::Hide && m_calendarCancelled && Day() != m_beforeCalendar) {
-        // The toolkit keeps the day that was passed last.
-        SetByUser(m_beforeCalendar ? std::optional(FromDay(*m_beforeCalendar)) : std::nullopt);
-    }
-    return CValuePicker::eventFilter(watched, event);
+void CDatePicker::DropDown() {
+    if (!m_calendar) MakeCalendar();
+    m_calendar->setSelectedDate(ToDate(Value().value_or(Start())));
+    QWidget& frame = *m_calendar->parentWidget();
+    frame.adjustSize();
+    const QWidget& line = Editor();
+    const QRect room = screen()->availableGeometry();
+    QPoint corner = line.mapToGlobal(QPoint(0, line.height()));
+    if (corner.y() + frame.height() > room.bottom()) corner = line.mapToGlobal(QPoint(0, -frame.height()));
+    corner.setX(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() - frame.width())));
+    frame.move(corner.x(), std::max(corner.y(), room.top()));
+    frame.show();
+    m_calendar->setFocus();
 }
 
 }  // namespace quillary

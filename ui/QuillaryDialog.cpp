@@ -215,6 +215,9 @@ void CQuillaryDialog::keyPressEvent(QKeyEvent* event) {
         ShowHelp();
     } else if (isReturn && event->isAutoRepeat()) {
         return;  // the rest of one that was held down to come here
+    } else if (isReturn && event->modifiers() & Qt::ControlModifier) {
+        auto* ok = Control<QPushButton>(kOkButton);
+        if (ok->isVisible()) ok->click();
     } else if (isReturn && isPressedByReturn && button->hasFocus()) {
         button->click();
     } else if (event->key() == Qt::Key_V && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) {

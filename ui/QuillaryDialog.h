@@ -42,6 +42,9 @@ class CQuillaryDialog : public QDialog {
     /// Whether it holds what a Cancel would lose: a control shows another value than the one it was loaded with.
     [[nodiscard]] virtual bool IsChanged() const { return ControlValues() != m_loaded; }
 
+    /// Asked before the window, on its way to close, ends the page: false when the user says no.
+    [[nodiscard]] virtual bool MayBeLeft() { return true; }
+
     /// The widget of the control `id`; null when the dialog has none of that number and type.
     template <class T>
     [[nodiscard]] T* Control(int id) const {

@@ -101,6 +101,7 @@ void CTextEdit::keyPressEvent(QKeyEvent* event) {
     const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
     m_pressed = m_pressed || !event->isAutoRepeat();
     if (isReturn && !m_pressed) return;  // the rest of one that was held down to come here
+    if (isReturn && event->modifiers() & Qt::ControlModifier) return event->ignore();  // the page's OK
     const QString typed = event->text();
     const QString capital = typed.isEmpty() || !typed.front().isLetter() ? typed : Capitalized(typed);
     if (isReturn && event->modifiers() & Qt::ShiftModifier && !isReadOnly()) {

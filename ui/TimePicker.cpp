@@ -1,55 +1,38 @@
 #include "ui/TimePicker.h"
 
+#include <QTime>
+
+#include "db/Messages.h"
 #include "db/TextEntry.h"
+#include "ui/WideText.h"
 
 namespace quillary {
 
+namespace {
+
+constexpr std::int32_t kDay = 24 * 60 * 60;  // seconds
+
+}  // namespace
+
 CTimePicker::CTimePicker(const Clock& clock, QWidget* parent)
-    : CValuePicker(QStringLiteral("hh:mm ap"), QStringLiteral("No Time"), parent), m_clock(clock) {
-    SetSeconds(std::nullopt);
+    : CValuePicker(Arrows::Step, QStringLiteral("hh:mm aa"), QStringLiteral("No Time"), parent), m_clock(clock) {}
+
+CValuePicker::Number CTimePicker::Read(const QString& text) const { return ParseTime(text.toStdString()); }
+
+QString CTimePicker::Write(std::int32_t seconds) const {
+    return QTime::fromMSecsSinceStartOfDay(seconds % kDay * 1000).toString(QStringLiteral("hh:mm ap"));
 }
 
-std::optional<std::int32_t> CTimePicker::Seconds() const {
-    const auto value = Value();
-    if (!value) return std::nullopt;
-    return value->time().msecsSinceStartOfDay() / 60'000 * 60;
+QString CTimePicker::RefusalOf(const QString& text) const {
+    return FromUtf8(FormatMessage(Message::NotATime, {text.toStdString()})) +
+           QStringLiteral(" Write it like 02:30 pm or 14:30.");
 }
 
-void CTimePicker::SetSeconds(std::optional<std::int32_t> seconds) {
-    SetValue(seconds ? std::optional(At(*seconds)) : std::nullopt);
-}
+std::int32_t CTimePicker::Start() const { return m_clock.SecondsSinceMidnight(); }
 
-// On the one day that the editor knows when it shows no date.
-QDateTime CTimePicker::At(std::int32_t seconds) const {
-    return {Editor().minimumDate(), QTime::fromMSecsSinceStartOfDay(seconds / 60 % (24 * 60) * 60'000), Qt::UTC};
-}
-
-QDateTime CTimePicker::Start() const { return At(m_clock.SecondsSinceMidnight()); }
-
-int CTimePicker::MostTyped(Section section) const {
-    return section == QDateTimeEdit::HourSection ? 23 : section == QDateTimeEdit::MinuteSection ? 59 : 0;
-}
-
-std::optional<QDateTime> CTimePicker::WithTyped(Section section, int number, int digits) {
-    const QTime time = Editor().time();
-    if (section == QDateTimeEdit::MinuteSection) return At((time.hour() * 60 + number) * 60);
-    if (number == 0 && digits == 1) return std::nullopt;
-    // 1 to 12 stay before or after noon.
-    const int hour = number == 0 || number > 12 ? number : number % 12 + time.hour() / 12 * 12;
-    return At((hour * 60 + time.minute()) * 60);
-}
-
-std::optional<QDateTime> CTimePicker::WithLetter(QChar letter) const {
-    const QTime time = Editor().time();
-    const QChar lower = letter.toLower();
-    if (lower != u'a' && lower != u'p' && lower != u'm') return std::nullopt;
-    const int half = lower == u'a' ? 0 : lower == u'p' ? 1 : time.hour() / 12;
-    return At(((time.hour() % 12 + half * 12) * 60 + time.minute()) * 60);
-}
-
-std::optional<QDateTime> CTimePicker::Read(const QString& text) const {
-    const auto seconds = ParseTime(text.toStdString());
-    return seconds ? std::optional(At(*seconds)) : std::nullopt;
+CValuePicker::Number CTimePicker::Stepped(std::int32_t seconds, QChar part, int steps) const {
+    const std::int32_t stepped = seconds + steps * (part == u'h' ? 60 * 60 : part == u'm' ? 60 : kDay / 2);
+    return stepped < 0 || stepped >= kDay ? std::nullopt : Number(stepped);
 }
 
 }  // namespace quillary

@@ -1,8 +1,6 @@
 // The editor of a time of day that may be missing.
 #pragma once
 
-#include <cstdint>
-
 #include "db/Clock.h"
 #include "ui/ValuePicker.h"
 
@@ -13,23 +11,19 @@ class CTimePicker : public CValuePicker {
     /// `clock` must live as long as the picker.
     explicit CTimePicker(const Clock& clock, QWidget* parent = nullptr);
 
-    /// Since midnight, whole minutes; nullopt when it is empty.
-    [[nodiscard]] std::optional<std::int32_t> Seconds() const;
+    /// Since midnight, whole minutes; nullopt when it is empty or unreadable.
+    [[nodiscard]] Number Seconds() const { return Value(); }
     /// Not negative; whole days and what is less than a minute are dropped.
-    void SetSeconds(std::optional<std::int32_t> seconds);
+    void SetSeconds(Number seconds) { SetValue(seconds); }
 
   protected:
-    [[nodiscard]] QDateTime Start() const override;
-    [[nodiscard]] std::optional<QDateTime> Read(const QString& text) const override;
-
-    [[nodiscard]] int MostTyped(Section section) const override;
-    [[nodiscard]] std::optional<QDateTime> WithTyped(Section section, int number, int digits) override;
-    /// The "a" of am or the "p" of pm anywhere; their "m" changes nothing.
-    [[nodiscard]] std::optional<QDateTime> WithLetter(QChar letter) const override;
+    [[nodiscard]] Number Read(const QString& text) const override;
+    [[nodiscard]] QString Write(std::int32_t seconds) const override;
+    [[nodiscard]] QString RefusalOf(const QString& text) const override;
+    [[nodiscard]] std::int32_t Start() const override;
+    [[nodiscard]] Number Stepped(std::int32_t seconds, QChar part, int steps) const override;
 
   private:
-    [[nodiscard]] QDateTime At(std::int32_t seconds) const;
-
     const Clock& m_clock;
 };
 

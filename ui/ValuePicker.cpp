@@ -1,223 +1,269 @@
 #include "ui/ValuePicker.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QBoxLayout>
 #include <QClipboard>
-#include <QDateTimeEdit>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QStyleOptionComboBox>
+#include <QStylePainter>
+#include <QToolTip>
 #include <algorithm>
-#include <utility>
 
 #include "ui/QLYButton.h"
-#include "ui/ReadOnly.h"
+#include "ui/ToolTip.h"
 
 namespace quillary {
 
 namespace {
 
 constexpr int kCheckIdAfterEditor = 300;  // the editors of a form begin at 100, its action buttons at 500
+constexpr int kLongestQuoted = 40;        // characters
+
+QColor RefusedColor(const QPalette& palette) {
+    return palette.color(QPalette::Base).lightness() < 128 ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
+}
 
 }  // namespace
 
-// Reads with our rule what the toolkit would correct to something else: "4/7/26" is in this century.
-class CValuePicker::SectionEdit : public QDateTimeEdit {
+// The toolkit's editors of dates correct what is typed into one part to what fits the others; here nothing is read
+// before all is typed.
+class CValuePicker::LineWithArrows : public QAbstractSpinBox {
   public:
-    explicit SectionEdit(CValuePicker& picker) : m_picker(picker) {}
-
-    void stepBy(int steps) override {
-        m_picker.TypingEnded();
-        if (m_picker.m_empty) {
-            m_picker.SetByUser(m_picker.Start());
-        } else {
-            QDateTimeEdit::stepBy(steps);
-        }
+    LineWithArrows(CValuePicker& picker, Arrows arrows) : m_picker(picker), m_dropsDown(arrows == Arrows::DropDown) {
+        if (m_dropsDown) setButtonSymbols(NoButtons);
     }
 
-    [[nodiscard]] bool IsHalfTyped() const { return text() != textFromDateTime(dateTime()); }
-    [[nodiscard]] bool IsAllSelected() const { return lineEdit()->selectedText() == text(); }
-    [[nodiscard]] bool HasSelection() const { return lineEdit()->hasSelectedText(); }
+    [[nodiscard]] QLineEdit& Line() const { return *lineEdit(); }
+    void stepBy(int steps) override { m_picker.Step(steps); }
+    [[nodiscard]] QSize sizeHint() const override { return WithText(QAbstractSpinBox::sizeHint()); }
+    [[nodiscard]] QSize minimumSizeHint() const override { return WithText(QAbstractSpinBox::minimumSizeHint()); }
+
+    bool event(QEvent* event) override {
+        const bool done = QAbstractSpinBox::event(event);
+        if (event->type() == QEvent::StyleChange || event->type() == QEvent::FontChange) PlaceLine();
+        return done;
+    }
 
   protected:
     [[nodiscard]] StepEnabled stepEnabled() const override {
-        const bool begins = m_picker.m_empty && !isReadOnly();
-        return begins ? StepUpEnabled | StepDownEnabled : QDateTimeEdit::stepEnabled();
+        return isReadOnly() ? StepNone : StepUpEnabled | StepDownEnabled;
     }
-    void fixup(QString& text) const override { text = textFromDateTime(m_picker.Read(text).value_or(dateTime())); }
-
-    /// Tab leaves it; the arrow keys and the separators go through its sections.
-    bool focusNextPrevChild(bool next) override {
-        return QWidget::focusNextPrevChild(next);  // NOLINT(bugprone-parent-virtual-call): the toolkit's stays inside
+    void resizeEvent(QResizeEvent* event) override {
+        QAbstractSpinBox::resizeEvent(event);
+        PlaceLine();
+    }
+    // Typing then begins anew, however the focus came here.
+    void focusInEvent(QFocusEvent* event) override {
+        QAbstractSpinBox::focusInEvent(event);
+        const Qt::FocusReason reason = event->reason();
+        if (reason != Qt::MouseFocusReason && reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) {
+            selectAll();
+        }
+    }
+    void mousePressEvent(QMouseEvent* event) override {
+        if (!m_dropsDown) return QAbstractSpinBox::mousePressEvent(event);
+        if (event->button() == Qt::LeftButton && !isReadOnly()) m_picker.DropDown();
+    }
+    void paintEvent(QPaintEvent* event) override {
+        if (!m_dropsDown) return QAbstractSpinBox::paintEvent(event);
+        QStylePainter painter(this);
+        painter.drawComplexControl(QStyle::CC_ComboBox, AsComboBox());
     }
 
   private:
+    [[nodiscard]] QStyleOptionComboBox AsComboBox() const {
+        QStyleOptionComboBox option;
+        option.initFrom(this);
+        option.editable = true;
+        option.frame = hasFrame();
+        option.subControls = QStyle::SC_All;
+        if (isReadOnly()) option.state &= ~QStyle::State_Enabled;
+        return option;
+    }
+    void PlaceLine() {
+        if (!m_dropsDown) return;
+        const QStyleOptionComboBox option = AsComboBox();
+        lineEdit()->setGeometry(
+            style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this));
+    }
+    [[nodiscard]] QSize WithText(QSize size) const {
+        const QString widest(m_picker.m_parts.size() + (m_dropsDown ? 3 : 1), u'0');  // with the arrow and the caret
+        return {size.width() + fontMetrics().horizontalAdvance(widest), size.height()};
+    }
+
     CValuePicker& m_picker;
+    const bool m_dropsDown;
 };
 
-CValuePicker::CValuePicker(const QString& format, const QString& emptyText, QWidget* parent)
-    : QWidget(parent), m_editor(new SectionEdit(*this)), m_check(new CQLYButton), m_emptyText(emptyText) {
+CValuePicker::CValuePicker(Arrows arrows, const QString& parts, const QString& emptyText, QWidget* parent)
+    : QWidget(parent),
+      m_parts(parts),
+      m_emptyText(emptyText),
+      m_editor(new LineWithArrows(*this, arrows)),
+      m_check(new CQLYButton) {
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins({});
     row->setSpacing(2);
     row->addWidget(m_check);
     row->addWidget(m_editor, 1);
     setFocusProxy(m_editor);
-    m_check->setFocusPolicy(Qt::ClickFocus);  // one stop for the Tab key; erasing empties the editor too
+    m_check->setFocusPolicy(Qt::ClickFocus);  // one stop for the Tab key; erasing empties the line too
 
-    // UTC has no missing hours. The C locale writes am and pm as the record list does.
-    m_editor->setTimeSpec(Qt::UTC);
-    m_editor->setLocale(QLocale::c());
-    m_editor->setDisplayFormat(format);
-    m_editor->setCorrectionMode(QAbstractSpinBox::CorrectToNearestValue);
     m_editor->setFocusPolicy(Qt::StrongFocus);  // not by the wheel
     m_editor->installEventFilter(this);
-    connect(m_editor, &QDateTimeEdit::dateTimeChanged, this, [this] { EditorChanged(); });
+    m_editor->Line().setPlaceholderText(emptyText);
+    connect(&m_editor->Line(), &QLineEdit::textChanged, this, [this] { TextChanged(); });
     connect(m_check, &QCheckBox::clicked, this, [this] {
-        if (m_check->isChecked() != m_empty) return;
-        TypingEnded();
-        SetByUser(m_empty ? std::optional(Start()) : std::nullopt);
+        if (m_check->isChecked() != IsEmpty()) return;  // read only
+        SetByUser(IsEmpty() ? Number(Start()) : std::nullopt);
     });
     connect(this, &QObject::objectNameChanged, this, [this](const QString& id) {
         m_editor->setObjectName(id);
+        m_editor->Line().setObjectName(id);
         m_check->setObjectName(QString::number(id.toInt() + kCheckIdAfterEditor));
     });
+    m_editor->setAccessibleDescription(emptyText);
 }
 
-QDateTimeEdit& CValuePicker::Editor() const { return *m_editor; }
+QAbstractSpinBox& CValuePicker::Editor() const { return *m_editor; }
+
+QString CValuePicker::Text() const { return m_editor->Line().text(); }
+
+bool CValuePicker::IsEmpty() const {
+    const QString text = Text().trimmed();
+    return text.isEmpty() || text.compare(m_emptyText, Qt::CaseInsensitive) == 0;
+}
+
+QString CValuePicker::WhyUnreadable() const {
+    const QString text = Text().trimmed();
+    return RefusalOf(text.size() > kLongestQuoted ? text.left(kLongestQuoted) + u'\u2026' : text);
+}
 
 void CValuePicker::SetReadOnly(bool readOnly) {
     m_readOnly = readOnly;
     m_editor->setReadOnly(readOnly);
     m_check->SetReadOnly(readOnly);
-    TellReadOnly(*m_editor, readOnly);
+    DescribeState();
 }
 
-std::optional<QDateTime> CValuePicker::Value() const {
-    if (m_empty) return std::nullopt;
-    m_editor->interpretText();
-    return m_editor->dateTime();
-}
-
-// Empty, it stands at the minimum, for which the toolkit then shows another text.
-void CValuePicker::SetValue(const std::optional<QDateTime>& value) {
+void CValuePicker::SetValue(Number value) {
     m_setting = true;
-    m_empty = !value;
-    m_check->setChecked(!m_empty);
-    m_editor->setSpecialValueText(m_empty ? m_emptyText : QString());
-    m_editor->setDateTime(value.value_or(m_editor->minimumDateTime()));
+    m_editor->Line().setText(value ? Write(*value) : QString());
     m_setting = false;
+    m_editor->hasFocus() ? m_editor->selectAll() : m_editor->Line().home(false);
 }
 
-void CValuePicker::SetByUser(const std::optional<QDateTime>& value) {
-    SetValue(value);
-    if (m_changed) m_changed();
+void CValuePicker::SetByUser(Number value) {
+    QLineEdit& line = m_editor->Line();
+    line.selectAll();
+    value ? line.insert(Write(*value)) : line.del();
 }
 
-void CValuePicker::EditorChanged() {
-    if (m_setting) return;
-    const QDateTime now = m_editor->dateTime();
-    const QDateTime wanted = m_editor->IsHalfTyped() ? now : Completed(now);
-    if (m_empty || wanted != now) {
-        SetByUser(wanted);
-    } else if (m_changed) {
-        m_changed();
-    }
+void CValuePicker::CleanUp() {
+    const Number value = Value();
+    if (value ? Text() != Write(*value) : IsEmpty() && !Text().isEmpty()) SetByUser(value);
 }
 
-bool CValuePicker::TakesKey(QKeyEvent& event) {
-    if (event.matches(QKeySequence::Paste)) {
-        TypingEnded();
-        if (const auto read = Read(QApplication::clipboard()->text())) {
-            SetByUser(read);
-        } else {
-            QApplication::beep();
-        }
-        return true;
-    }
-    const bool erases = event.key() == Qt::Key_Delete || event.key() == Qt::Key_Backspace;
-    if (erases && !m_empty && m_editor->IsAllSelected()) {
-        TypingEnded();
-        SetByUser(std::nullopt);
-        return true;
-    }
-    if (event.text().isEmpty() && event.key() >= Qt::Key_Shift && event.key() <= Qt::Key_CapsLock) return false;
-    constexpr auto kCommand = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-    const QChar typed = event.text().isEmpty() || event.modifiers() & kCommand ? QChar() : event.text().front();
-    if (m_empty) {
-        if (!typed.isLetterOrNumber()) return false;
-        TypingEnded();
-        SetByUser(Start());
-        SelectSection(0);
-    }
-    if (typed.isLetterOrNumber()) return TakesTyped(typed);
-    const int left = std::exchange(m_section, -1);
-    if (typed.isPrint()) {
-        // One of several separators after a section that was left already is no second step.
-        if (m_editor->IsHalfTyped()) m_editor->interpretText();
-        SelectSection((left < 0 ? m_editor->currentSectionIndex() : left) + 1);
-        return true;
-    }
-    return false;
+void CValuePicker::TextChanged() {
+    m_check->setChecked(!IsEmpty());
+    MarkUnreadable(false, false);
+    DescribeState();
+    if (!m_setting && m_changed) m_changed();
 }
 
-bool CValuePicker::TakesTyped(QChar typed) {
-    if (typed.isLetter()) {
-        const auto value = WithLetter(typed);
-        if (!value) {
-            QApplication::beep();
+void CValuePicker::MarkUnreadable(bool on, bool tell) {
+    if (m_marked == on) return;
+    m_marked = on;
+    QPalette colors;
+    if (on) colors.setColor(QPalette::Text, RefusedColor(palette()));
+    m_editor->Line().setPalette(colors);
+    const QString why = on ? PlainToolTip(WhyUnreadable()) : QString();
+    m_editor->setToolTip(why);
+    DescribeState();
+    if (!on || !tell) return;
+    // When the focus has arrived, which takes a tooltip away.
+    const auto show = [this, why] {
+        if (m_marked && isVisible()) QToolTip::showText(mapToGlobal(QPoint(width() / 2, 0)), why, this);
+    };
+    QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
+}
+
+void CValuePicker::DescribeState() {
+    QStringList state;
+    if (m_readOnly) state << QStringLiteral("read only");
+    if (IsEmpty()) state << m_emptyText;
+    if (m_marked) state << WhyUnreadable();
+    m_editor->setAccessibleDescription(state.join(QStringLiteral(", ")));
+}
+
+void CValuePicker::Step(int steps) {
+    if (IsEmpty()) return SetByUser(Start());
+    const Number value = Value();
+    if (!value) return QApplication::beep();
+    QLineEdit& line = m_editor->Line();
+    const int caret = line.hasSelectedText() ? line.selectionStart() : line.cursorPosition();
+    const qsizetype at = std::min<qsizetype>(caret, m_parts.size() - 1);
+    const QChar part = m_parts[at].isLetter() ? m_parts[at] : m_parts[at - 1];
+    if (const Number stepped = Stepped(*value, part, steps)) SetByUser(stepped);
+    line.setSelection(static_cast<int>(m_parts.indexOf(part)), static_cast<int>(m_parts.count(part)));
+}
+
+bool CValuePicker::TakesKey(const QKeyEvent& event) {
+    if (event.matches(QKeySequence::Paste)) return TakesPasted(QApplication::clipboard()->text());
+    switch (event.key()) {
+        case Qt::Key_F4:
+            if (event.modifiers() != Qt::NoModifier) return false;
+            DropDown();
             return true;
-        }
-        const int section = m_editor->currentSectionIndex();
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            if (event.modifiers() & Qt::AltModifier) {
+                DropDown();
+                return true;
+            }
+            [[fallthrough]];
+        case Qt::Key_PageUp:
+        case Qt::Key_PageDown:
+            return IsEmpty();  // nothing to step
+        default:
+            return false;
+    }
+}
+
+// One whole value takes the place of all; a piece goes where the caret is when a value comes out of it.
+bool CValuePicker::TakesPasted(const QString& pasted) {
+    if (const Number value = Read(pasted)) {
         SetByUser(value);
-        SelectSection(section);
         return true;
     }
-    if (m_editor->IsAllSelected()) {
-        SelectSection(0);
-        m_section = -1;
-    }
-    const int section = m_editor->currentSectionIndex();
-    const int most = MostTyped(m_editor->sectionAt(section));
-    if (most == 0) {
-        // The toolkit refuses a digit in a full section.
-        if (!m_editor->IsHalfTyped() && !m_editor->HasSelection()) SelectSection(section);
-        m_section = section;
-        return false;
-    }
-    if (m_editor->IsHalfTyped()) m_editor->interpretText();
-    const bool goesOn = section == m_section && m_digits == 1;
-    const int number = (goesOn ? m_number * 10 : 0) + typed.digitValue();
-    if (typed.digitValue() < 0 || number > most) {
-        QApplication::beep();
-        return true;
-    }
-    m_section = section;
-    m_number = number;
-    m_digits = goesOn ? 2 : 1;
-    if (const auto value = WithTyped(m_editor->sectionAt(section), number, m_digits)) SetByUser(value);
-    SelectSection(m_digits == 2 || number * 10 > most ? section + 1 : section);
+    const QLineEdit& line = m_editor->Line();
+    QString text = Text();
+    line.hasSelectedText() ? text.replace(line.selectionStart(), line.selectionLength(), pasted)
+                           : text.insert(line.cursorPosition(), pasted);
+    if (Read(text)) return false;
+    QApplication::beep();
     return true;
 }
 
-void CValuePicker::SelectSection(int index) {
-    m_editor->setSelectedSection(m_editor->sectionAt(std::min(index, m_editor->sectionCount() - 1)));
-}
-
 bool CValuePicker::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != m_editor || m_readOnly) return QWidget::eventFilter(watched, event);
+    if (watched != m_editor) return QWidget::eventFilter(watched, event);
     switch (event->type()) {
         case QEvent::KeyPress:
-            return TakesKey(static_cast<QKeyEvent&>(*event));
-        case QEvent::FocusOut:
-            m_editor->interpretText();
-            TypingEnded();
+            return !m_readOnly && TakesKey(static_cast<const QKeyEvent&>(*event));
+        case QEvent::FocusOut: {
+            // Another window, a menu or the page that goes does not end the typing.
+            const Qt::FocusReason reason = static_cast<const QFocusEvent*>(event)->reason();
+            const bool isLeft = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+                                reason == Qt::MouseFocusReason || reason == Qt::ShortcutFocusReason;
+            if (!isLeft || m_readOnly) return false;
+            CleanUp();
+            MarkUnreadable(IsUnreadable(), reason != Qt::MouseFocusReason);
             return false;
-        case QEvent::MouseButtonPress:
-            TypingEnded();
-            return false;
+        }
         case QEvent::Wheel:
-            TypingEnded();
-            if (m_editor->hasFocus() && !m_empty) return false;
+            if (m_editor->hasFocus() && !IsEmpty() && !m_readOnly) return false;
             event->ignore();  // the form scrolls
             return true;
         default:

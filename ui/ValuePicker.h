@@ -1,76 +1,82 @@
-// What the date picker and the time picker have in common: an editor in sections, and a check box for "no value".
+// What the date picker and the time picker have in common: a line of text that is read as a whole, arrows that step the
+// part of it at the caret, and a check box for "no value".
 #pragma once
 
-#include <QDateTimeEdit>
 #include <QWidget>
+#include <cstdint>
 #include <functional>
 #include <optional>
+
+class QAbstractSpinBox;
 
 namespace quillary {
 
 class CQLYButton;
 
-/// The focus goes to the editor. Typing, stepping or pasting into an empty picker gives it a value; so does the check
-/// box, and takes it away.
+/// The focus goes to the line. What is typed there stays as it is until the line is left or cleaned up; then it is
+/// written anew, unless it cannot be read.
 class CValuePicker : public QWidget {
   public:
+    using Number = std::optional<std::int32_t>;
+
     /// Read only, it takes the focus but neither clicks, keys nor the wheel.
     void SetReadOnly(bool readOnly);
     /// Called after every change by the user.
     void WhenChanged(std::function<void()> changed) { m_changed = std::move(changed); }
 
+    [[nodiscard]] bool IsEmpty() const;
+    /// Not empty, and without a value.
+    [[nodiscard]] bool IsUnreadable() const { return !IsEmpty() && !Value(); }
+    /// What tells the user so.
+    [[nodiscard]] QString WhyUnreadable() const;
+    [[nodiscard]] QString Text() const;
+    /// Writes the value that was typed as the picker itself writes it.
+    void CleanUp();
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   protected:
-    /// `format` in the toolkit's letters; an empty picker shows `emptyText`.
-    CValuePicker(const QString& format, const QString& emptyText, QWidget* parent);
+    enum class Arrows { Step, DropDown };
+    /// `parts` has a letter for each character of a written value that belongs to a part, and the separators; an empty
+    /// picker shows `emptyText`.
+    CValuePicker(Arrows arrows, const QString& parts, const QString& emptyText, QWidget* parent);
 
-    [[nodiscard]] QDateTimeEdit& Editor() const;
-    /// What is typed counts as far as it can be read, also before the focus leaves. In UTC.
-    [[nodiscard]] std::optional<QDateTime> Value() const;
-    void SetValue(const std::optional<QDateTime>& value);
-    void SetByUser(const std::optional<QDateTime>& value);
-    [[nodiscard]] bool IsEmpty() const { return m_empty; }
-    [[nodiscard]] bool IsReadOnly() const { return m_readOnly; }
+    [[nodiscard]] Number Value() const { return Read(Text()); }
+    void SetValue(Number value);
+    /// In a way that Undo takes back.
+    void SetByUser(Number value);
+    [[nodiscard]] QAbstractSpinBox& Editor() const;
 
+    [[nodiscard]] virtual Number Read(const QString& text) const = 0;
+    [[nodiscard]] virtual QString Write(std::int32_t value) const = 0;
+    [[nodiscard]] virtual QString RefusalOf(const QString& text) const = 0;
     /// What an empty picker starts with.
-    [[nodiscard]] virtual QDateTime Start() const = 0;
-    /// A text that was pasted, or is not finished.
-    [[nodiscard]] virtual std::optional<QDateTime> Read(const QString& text) const = 0;
-
-    using Section = QDateTimeEdit::Section;
-    /// The largest number to type into a section; 0 leaves it to the toolkit, whose own reading of digits depends on
-    /// the other sections: it takes no 31 while the month is still February.
-    [[nodiscard]] virtual int MostTyped(Section section) const = 0;
-    /// The value with a number of one or two digits, so far, typed into a section; nullopt when it says nothing yet.
-    [[nodiscard]] virtual std::optional<QDateTime> WithTyped(Section section, int number, int digits) = 0;
-    /// The value with a letter typed; nullopt when none belongs there.
-    [[nodiscard]] virtual std::optional<QDateTime> WithLetter(QChar /*letter*/) const { return std::nullopt; }
-    /// What the toolkit made of what was typed, with what was typed before.
-    [[nodiscard]] virtual QDateTime Completed(const QDateTime& value) const { return value; }
-    /// What was typed before counts no more.
-    virtual void TypingEnded() { m_section = -1; }
+    [[nodiscard]] virtual std::int32_t Start() const = 0;
+    /// nullopt beyond the ends of the range.
+    [[nodiscard]] virtual Number Stepped(std::int32_t value, QChar part, int steps) const = 0;
+    /// For the arrow, Alt+Down and F4.
+    virtual void DropDown() {}
 
     bool event(QEvent* event) override;
 
   private:
-    class SectionEdit;
+    class LineWithArrows;
 
-    /// Before the editor: true when it shall not get the key.
-    [[nodiscard]] bool TakesKey(QKeyEvent& event);
-    [[nodiscard]] bool TakesTyped(QChar typed);
-    void SelectSection(int index);
-    void EditorChanged();
+    /// Before the line: true when it shall not get the key.
+    [[nodiscard]] bool TakesKey(const QKeyEvent& event);
+    [[nodiscard]] bool TakesPasted(const QString& pasted);
+    void Step(int steps);
+    void TextChanged();
+    void MarkUnreadable(bool on, bool tell);
+    void DescribeState();
 
-    SectionEdit* m_editor;
+    const QString m_parts;
+    const QString m_emptyText;
+    LineWithArrows* m_editor;
     CQLYButton* m_check;
-    QString m_emptyText;
-    bool m_empty = true;
     bool m_readOnly = false;
     bool m_setting = false;  // by the program
-    int m_section = -1;      // typed into last; the toolkit may have gone on to the next
-    int m_number = 0;        // typed there, in m_digits digits
-    int m_digits = 0;
+    bool m_marked = false;   // left with a text that cannot be read
     std::function<void()> m_changed;
 };
 

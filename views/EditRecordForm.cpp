@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QToolButton>
 #include <QToolTip>
@@ -328,6 +329,7 @@ bool CEditRecordForm::eventFilter(QObject* watched, QEvent* event) {
         const auto& mouse = static_cast<const QMouseEvent&>(*event);
         if (mouse.button() == Qt::LeftButton && row->editor->IsLinkAt(mouse.position().toPoint())) return false;
     }
+    const bool placesCaret = row->editor->HasCaret() || qobject_cast<QLineEdit*>(watched);  // that of a picker
     switch (event->type()) {
         case QEvent::FocusIn: {
             QEvent message(kMakeVisibleMessage);
@@ -337,16 +339,16 @@ bool CEditRecordForm::eventFilter(QObject* watched, QEvent* event) {
         case QEvent::MouseButtonPress: {
             if (!m_viewOnly || static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return false;
             row->editor->Widget().setFocus(Qt::MouseFocusReason);
-            if (m_doc.IsReadOnly()) return !row->editor->HasCaret();
+            if (m_doc.IsReadOnly()) return !placesCaret;
             QEvent message(kEditMessage);
             QApplication::sendEvent(this, &message);
-            return !row->editor->HasCaret();  // beginning to edit changes no value
+            return !placesCaret;  // beginning to edit changes no value
         }
         case QEvent::MouseButtonRelease:
             // Only now, as a release takes a tooltip away.
             if (!m_doc.IsReadOnly() || static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton) return false;
             BeginEditing();
-            return !row->editor->HasCaret();  // the widget has not seen the press either
+            return !placesCaret;  // the widget has not seen the press either
         case QEvent::KeyPress:
             return TakesKey(*row->editor, static_cast<QKeyEvent&>(*event));
         default:
@@ -384,7 +386,8 @@ bool CEditRecordForm::TakesKey(const CRecordEditor& editor, const QKeyEvent& eve
     if (!isCharacter && key != Qt::Key_F2) return false;
     QEvent message(kEditMessage);
     QApplication::sendEvent(this, &message);
-    return key == Qt::Key_F2 || !editor.HasCaret();
+    // The character goes to the editor, but for the one that would toggle a check box.
+    return key == Qt::Key_F2 || m_doc.TypeOf(editor.Field()) == FieldType::Checkbox;
 }
 
 }  // namespace quillary

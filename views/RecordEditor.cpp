@@ -192,16 +192,26 @@ class PickerEditor : public CRecordEditor {
         m_touched = false;
         Set(m_loaded);
     }
+    void Follow(std::optional<std::string_view> stored) override {
+        if (Value() != Read(stored.value_or(std::string_view()))) return Load(stored);
+        m_loaded = Value();
+        m_isUnreadable = m_touched = false;
+    }
     void SetReadOnly(bool readOnly) override { m_picker.SetReadOnly(readOnly); }
     [[nodiscard]] bool IsChanged() const override {
         // What cannot be shown looks empty, and can be made so.
-        return Value() != m_loaded || (m_isUnreadable && m_touched);
+        return Value() != m_loaded || m_picker.IsUnreadable() || (m_isUnreadable && m_touched);
     }
-    [[nodiscard]] std::optional<std::string> Stored(Failure& /*failure*/) const override {
+    [[nodiscard]] std::optional<std::string> Stored(Failure& failure) const override {
+        if (m_picker.IsUnreadable()) {
+            failure.text = m_picker.WhyUnreadable().toStdString();
+            return std::nullopt;
+        }
+        m_picker.CleanUp();  // the focus may still be there
         const auto value = Value();
         return value ? std::to_string(*value) : std::string();
     }
-    [[nodiscard]] bool IsLeftBy(int /*key*/) const override { return false; }
+    [[nodiscard]] bool IsLeftBy(int /*key*/) const override { return m_picker.IsEmpty(); }
 
   protected:
     using Number = std::optional<std::int32_t>;

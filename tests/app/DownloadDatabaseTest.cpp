@@ -432,6 +432,7 @@ TEST_F(DownloadDatabaseTest, AnotherFileOrTheEndOfTheProgramComesAtAnyStage) {
             When(isThere, [this, closes] {
                 closes ? void(app.Frame().close()) : app.HandOver().Receive({"/o/other.pdb", {}});
             });
+            if (stage == Asking || stage == Downloading) OnBox(kSure, "Yes");
             Download();
             EXPECT_TRUE(QTest::qWaitFor([&] { return closes ? !app.Frame().isVisible() : Title() == "Other"; }));
             EXPECT_EQ(Saved(), "");

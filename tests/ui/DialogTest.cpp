@@ -142,7 +142,7 @@ TEST_F(DialogTest, ClosingTheWindowEndsTheDialogFirstAndAsksWhenItHoldsChanges) 
                 Click(page.Control<QWidget>(1003));
                 user.ExpectMessage("Save the changes before closing?", answer);
             }
-            EXPECT_FALSE(app.Frame().close());
+            QTest::keyClick(app.Frame().focusWidget(), Qt::Key_Q, Qt::ControlModifier);
             EXPECT_FALSE(page.isVisible());
         });
         ChooseMenu("Tools", "Options...");

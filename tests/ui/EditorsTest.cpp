@@ -1,6 +1,7 @@
 // The editors of single values, used by real keys, clicks and the clipboard.
 #include <gtest/gtest.h>
 
+#include <QAbstractSpinBox>
 #include <QApplication>
 #include <QCalendarWidget>
 #include <QClipboard>
@@ -254,51 +255,83 @@ TEST(ComboBox, KeysAndWheelOnlyWhereTheyBelong) {
     EXPECT_EQ(list.currentIndex(), 0) << "without the focus";
 }
 
+/// What the line holds after the keys, which are pressed as the focus arrives, and once Tab has left it.
+struct TypedCase {
+    const char* name;
+    std::optional<std::int32_t> before;
+    const char* keys;
+    const char* left;
+    std::optional<std::int32_t> after;
+    bool isRefused = false;
+};
+
+template <class Picker>
+void TypeInto(Desk<Picker>& desk, const TypedCase& c, std::optional<std::int32_t> (Picker::*value)() const) {
+    int changes = 0;
+    desk.editor.WhenChanged([&changes] { ++changes; });
+    auto* line = desk.editor.template findChild<QLineEdit*>();
+    desk.Press(c.keys);
+    EXPECT_EQ((desk.editor.*value)(), c.after) << c.name << ": it counts before it is left";
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    EXPECT_FALSE(desk.editor.focusWidget()->hasFocus()) << "its parts are no places for Tab to stop";
+    EXPECT_EQ(line->text(), c.left) << c.name;
+    EXPECT_EQ((desk.editor.*value)(), c.after) << c.name;
+    EXPECT_EQ(desk.editor.IsUnreadable(), c.isRefused) << c.name;
+    EXPECT_EQ(desk.editor.template findChild<QAbstractSpinBox*>()->toolTip().isEmpty(), !c.isRefused) << c.name;
+    EXPECT_EQ(changes > 0, c.isRefused || c.after != c.before) << c.name;
+    EXPECT_EQ(desk.editor.template findChild<CQLYButton*>()->isChecked(), c.isRefused || c.after) << c.name;
+}
+
 TEST(DatePicker, Typing) {
     constexpr DateOrder kMdy = DateOrder::MonthDayYear;
     constexpr DateOrder kDmy = DateOrder::DayMonthYear;
     constexpr DateOrder kYmd = DateOrder::YearMonthDay;
+    constexpr std::int32_t k7March = 36591;  // 2004
     const struct {
-        const char* name;
         DateOrder order;
-        std::optional<std::int32_t> before;
-        const char* keys;
-        const char* after;
+        TypedCase typed;
     } kCases[] = {
-        {"into an empty one", kMdy, {}, "7/4/2004", "07/04/2004"},
-        {"without separators", kMdy, {}, "07042004", "07/04/2004"},
-        {"in the order of the user", kDmy, {}, "7.4.2004", "07.04.2004"},
-        {"year first", kYmd, {}, "2004-4-7", "2004-04-07"},
-        {"two digits are this century", kDmy, {}, "7.4.04", "07.04.2004"},
-        {"and so are they before a month", kYmd, {}, "04-12-31", "2004-12-31"},
-        {"any separator", kDmy, {}, "07/4 2004", "07.04.2004"},
-        {"a day that this month lacks", kDmy, kToday, "31.12.2004", "31.12.2004"},
-        {"a day that this year lacks", kMdy, kToday, "2/29/2004", "02/29/2004"},
-        {"a day that the month lacks", kMdy, kToday, "2/31/2003", "02/28/2003"},
-        {"a month that no year has", kMdy, kToday, "13", "01/24/2026"},
-        {"early years", kDmy, kToday, "1.2.850", "01.02.0850"},
-        {"the last day", kMdy, kToday, "12/31/9999", "12/31/9999"},
-        {"only the year", kMdy, kToday, "//1999", "02/24/1999"},
-        {"over everything", kMdy, kToday, "<3", "03/24/2026"},
-        {"stepping begins today", kMdy, {}, "+", "02/24/2026"},
-        {"stepping forgets the typed day", kDmy, kToday, "31.+", "28.03.2026"},
-        {"letters", kMdy, kToday, "x", "02/24/2026"},
-        {"deleting everything", kMdy, kToday, "<^", "No Date"},
+        {kMdy, {"into an empty one", {}, "3/7/2004", "03/07/2004", k7March}},
+        {kDmy, {"in the order of the user", {}, "7.3.2004", "07.03.2004", k7March}},
+        {kYmd, {"year first", kToday, "2004-3-7", "2004-03-07", k7March}},
+        {kMdy, {"ISO in any order", kToday, "2004-03-07", "03/07/2004", k7March}},
+        {kDmy, {"the month by its name", kToday, "march 7, 2004", "07.03.2004", k7March}},
+        {kDmy, {"two digits are this century", kToday, "7/3/04", "07.03.2004", k7March}},
+        {kMdy, {"early years", {}, "1/2/850", "01/02/0850", -384963}},
+        {kMdy, {"another order", kToday, "31.12.2004", "31.12.2004", {}, true}},
+        {kMdy, {"a month that no year has", kToday, "13/1/2004", "13/1/2004", {}, true}},
+        {kMdy, {"a day that the month lacks", kToday, "2/30/2004", "2/30/2004", {}, true}},
+        {kMdy, {"half of one", kToday, "3/7", "3/7", {}, true}},
+        {kMdy, {"a text", {}, "soon", "soon", {}, true}},
+        {kMdy, {"the word for none", kToday, "no date", "", {}}},
+        {kMdy, {"deleting everything", kToday, "^", "", {}}},
+        {kMdy, {"the first part is stepped", kToday, "+", "03/24/2026", kToday + 28}},
+        {kDmy, {"and goes on beyond its end", kToday, "+++++", "01.03.2026", kToday + 5}},
+        {kMdy, {"nothing to step", {}, "+", "", {}}},
+        {kMdy, {"nor in what cannot be read", {}, "3/7+", "3/7", {}, true}},
     };
     const FixedClock clock;
     for (const auto& c : kCases) {
         Desk<CDatePicker> desk(c.order, std::cref(clock));
-        int changes = 0;
-        desk.editor.SetDay(c.before);
-        desk.editor.WhenChanged([&changes] { ++changes; });
-        auto* shown = desk.editor.findChild<QDateTimeEdit*>();
-        shown->setSelectedSection(shown->sectionAt(0));
-        desk.Press(c.keys);
-        const auto counted = desk.editor.Day();  // half typed, it counts already
-        desk.Leave();
-        EXPECT_EQ(shown->text(), c.after) << c.name;
-        EXPECT_EQ(desk.editor.Day(), counted) << c.name;
-        EXPECT_EQ(changes > 0, counted != c.before) << c.name;
+        desk.editor.SetDay(c.typed.before);
+        TypeInto(desk, c.typed, &CDatePicker::Day);
+    }
+}
+
+TEST(DatePicker, WhatIsTypedStaysUntilItIsLeftAndUndoTakesItBack) {
+    const FixedClock clock;
+    Desk<CDatePicker> desk(DateOrder::MonthDayYear, std::cref(clock));
+    desk.editor.SetDay(kToday);
+    auto* line = desk.editor.findChild<QLineEdit*>();
+    desk.Press("<2004-3-7");
+    desk.Leave();  // by the program, as another page does
+    EXPECT_EQ(line->text(), "2004-3-7");
+    desk.editor.setFocus();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    desk.editor.setFocus();
+    for (const char* text : {"2004-3-7", "02/24/2026"}) {
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Z, Qt::ControlModifier);
+        EXPECT_EQ(line->text(), text);
     }
 }
 
@@ -321,24 +354,32 @@ TEST(DatePicker, CalendarCheckBoxAndClipboard) {
     const FixedClock clock;
     Desk<CDatePicker> desk(DateOrder::MonthDayYear, std::cref(clock));
     CDatePicker& picker = desk.editor;
-    auto* edit = picker.findChild<QDateTimeEdit*>();
-    const auto openCalendar = [edit] {
-        QTest::mouseClick(edit, Qt::LeftButton, {}, {edit->width() - 8, edit->height() / 2});
-        auto* calendar = edit->calendarWidget();
-        EXPECT_TRUE(calendar->isVisible());
-        return calendar->findChild<QWidget*>("qt_calendar_calendarview");
+    auto* edit = picker.findChild<QAbstractSpinBox*>();
+    const struct {
+        const char* name;
+        int opens;  // 0: a click on the arrow
+        Qt::KeyboardModifier modifier;
+        std::vector<Qt::Key> keys;
+        std::optional<std::int32_t> after;
+    } kOpenings[] = {
+        {"left at once", 0, Qt::NoModifier, {Qt::Key_Escape}, {}},
+        {"left after a step", Qt::Key_F4, Qt::NoModifier, {Qt::Key_Right, Qt::Key_Escape}, {}},
+        {"an empty one begins at today", Qt::Key_Down, Qt::AltModifier, {Qt::Key_Right, Qt::Key_Return}, kToday + 1},
+        {"then at its day", 0, Qt::NoModifier, {Qt::Key_Left, Qt::Key_Return}, kToday},
     };
-    QWidget* days = openCalendar();
-    QTest::keyClick(days, Qt::Key_Escape);
-    EXPECT_EQ(picker.Day(), std::nullopt);
-    days = openCalendar();
-    QTest::keyClick(days, Qt::Key_Right);
-    EXPECT_EQ(picker.Day(), kToday + 1) << "an empty one begins at today";
-    QTest::keyClick(days, Qt::Key_Escape);
-    EXPECT_EQ(picker.Day(), std::nullopt);
-    days = openCalendar();
-    QTest::keyClick(days, Qt::Key_Return);
-    EXPECT_EQ(picker.Day(), kToday);
+    for (const auto& c : kOpenings) {
+        if (c.opens == 0) {
+            QTest::mouseClick(edit, Qt::LeftButton, {}, {edit->width() - 8, edit->height() / 2});
+        } else {
+            QTest::keyClick(edit, static_cast<Qt::Key>(c.opens), c.modifier);
+        }
+        auto* calendar = picker.findChild<QCalendarWidget*>();
+        ASSERT_TRUE(calendar && calendar->isVisible()) << c.name;
+        for (const Qt::Key key : c.keys)
+            QTest::keyClick(calendar->findChild<QWidget*>("qt_calendar_calendarview"), key);
+        EXPECT_FALSE(calendar->isVisible()) << c.name;
+        EXPECT_EQ(picker.Day(), c.after) << c.name;
+    }
 
     auto* check = picker.findChild<CQLYButton*>();
     QTest::mouseClick(check, Qt::LeftButton);
@@ -356,10 +397,13 @@ TEST(DatePicker, CalendarCheckBoxAndClipboard) {
     QApplication::clipboard()->setText("soon");
     desk.Press("V");
     EXPECT_EQ(picker.Day(), 36'591);
-
-    QTest::keyClick(edit, Qt::Key_Tab);
-    EXPECT_FALSE(edit->hasFocus()) << "sections are no places for Tab to stop";
+    desk.Leave();
+    Roll(*edit);
+    EXPECT_EQ(picker.Day(), 36'591) << "without the focus";
     picker.setFocus();
+    Roll(*edit);
+    EXPECT_EQ(picker.Day(), 36'591 - 29) << "a month back";
+    picker.SetDay(36'591);
 
     picker.SetReadOnly(true);
     QTest::mouseClick(check, Qt::LeftButton);
@@ -373,30 +417,26 @@ TEST(DatePicker, CalendarCheckBoxAndClipboard) {
 }
 
 TEST(TimePicker, Typing) {
-    const struct {
-        const char* name;
-        std::optional<std::int32_t> before;
-        const char* keys;
-        const char* after;
-    } kCases[] = {
-        {"into an empty one", {}, "9:30a", "09:30 am"},  {"without separators", {}, "0930p", "09:30 pm"},
-        {"am and pm whole", {}, "12:05 am", "12:05 am"}, {"on a clock of 24 hours", 0, "14:30", "02:30 pm"},
-        {"midnight there", kNow, "00:10", "12:10 am"},   {"the half of the day stays", kNow, "12:00", "12:00 pm"},
-        {"only the minute", kNow, ":7", "02:07 pm"},     {"letters that mean nothing", kNow, "x", "02:25 pm"},
-        {"stepping begins now", {}, "+", "02:25 pm"},    {"deleting everything", kNow, "<^", "No Time"},
+    const TypedCase kCases[] = {
+        {"into an empty one", {}, "9:05", "09:05 am", 32'700},
+        {"midnight", kNow, "0:30", "12:30 am", 1800},
+        {"am and pm", 0, "2:30 PM", "02:30 pm", 52'200},
+        {"seconds", kNow, "23:59:59", "11:59 pm", 86'340},
+        {"no colon", 0, "230p", "230p", {}, true},
+        {"an hour that no day has", 0, "24:00", "24:00", {}, true},
+        {"deleting everything", 0, "^", "", {}},
+        {"the hour is stepped", 39'600, "+", "12:00 pm", 43'200},
+        {"but not out of the day", 82'800, "+", "11:00 pm", 82'800},
+        {"nothing to step", {}, "+", "", {}},
     };
     const FixedClock clock;
-    for (const auto& c : kCases) {
+    for (const TypedCase& c : kCases) {
         Desk<CTimePicker> desk(std::cref(clock));
         desk.editor.SetSeconds(c.before);
-        auto* shown = desk.editor.findChild<QDateTimeEdit*>();
-        shown->setSelectedSection(shown->sectionAt(0));
-        desk.Press(c.keys);
-        desk.Leave();
-        EXPECT_EQ(shown->text(), c.after) << c.name;
+        TypeInto(desk, c, &CTimePicker::Seconds);
     }
     Desk<CTimePicker> desk(std::cref(clock));
-    auto* edit = desk.editor.findChild<QDateTimeEdit*>();
+    auto* edit = desk.editor.findChild<QAbstractSpinBox*>();
     QTest::mouseClick(edit, Qt::LeftButton, {}, {edit->width() - 8, edit->height() * 3 / 4});
     EXPECT_EQ(desk.editor.Seconds(), kNow / 60 * 60) << "the arrow of an empty one";
 

@@ -60,6 +60,46 @@ TEST_F(EditRecordTest, ANumberIsCleanedUpThoughTheFocusNeverLeftIt) {
     EXPECT_EQ(StoredRecord(0)[1], "12");
 }
 
+TEST_F(EditRecordTest, ATypedDateOrTimeIsReadAsAWholeOrRefused) {
+    constexpr const char* kNoDate = "\"2/30/2004\" is no date. Write it like 12/31/2004 or December 31, 2004.";
+    const struct {
+        int id;
+        const char* typed;
+        QString refusal;
+        const char* stored;
+    } kRows[] = {
+        {104, "2004-03-10", {}, "36594"},
+        {104, "March 12, 2004", {}, "36596"},
+        {104, "2/30/2004", kNoDate, "36591"},
+        {105, "9:05", {}, "32700"},
+        {105, "0:30", {}, "1800"},
+        {105, "230p", "\"230p\" is no time. Write it like 02:30 pm or 14:30.", "52200"},
+    };
+    for (const auto& r : kRows) {
+        for (const int button : {kOkButton, int(ID_FORM_NEXT)}) {
+            OpenForEditing(AllTypesParts());
+            InForm(0, [&](CQuillaryDialog& page) {
+                app.Frame().activateWindow();
+                EXPECT_TRUE(QTest::qWaitForWindowActive(&app.Frame()));
+                page.Control<QWidget>(r.id)->setFocus();
+                QTest::keyClicks(app.Frame().focusWidget(), r.typed);
+                EXPECT_TRUE(page.IsChanged()) << r.typed;
+                if (!r.refusal.isEmpty()) user.ExpectMessage(r.refusal);
+                Click(page.Control<QWidget>(button));
+                if (r.refusal.isEmpty()) return page.isVisible() ? page.reject() : void();
+                EXPECT_EQ(Shown(page, r.id), r.typed) << "to be corrected";
+                EXPECT_EQ(app.Frame().focusWidget()->objectName().toInt(), r.id);
+                user.ExpectMessage("Save the changes before closing?", "Save");
+                user.ExpectMessage(r.refusal);
+                app.Frame().close();
+                EXPECT_TRUE(page.isVisible());
+                QTest::keyClick(app.Frame().focusWidget(), Qt::Key_Escape);
+            });
+            EXPECT_EQ(StoredRecord(0)[static_cast<std::size_t>(r.id - 100)], r.stored) << r.typed;
+        }
+    }
+}
+
 TEST_F(EditRecordTest, AStoredNewRecordIsNotStoredAsAnother) {
     CQuillaryDoc* doc = Open(AllTypesParts().Build());
     CEditRecordForm form(*doc, clock, locale.Order(), false);

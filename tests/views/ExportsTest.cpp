@@ -103,7 +103,9 @@ TEST_F(ExportsTest, TheFormExportsItsRecordAsItWasJustEntered) {
             Pick(inner, 0);
             Click(inner.Control<QWidget>(kOkButton));
         });
+        QWidget* before = app.Frame().focusWidget();
         Click(button);
+        EXPECT_EQ(app.Frame().focusWidget(), before);
         EXPECT_EQ(items->appointments.at(0).date, 38053);
         EXPECT_EQ(Bodies(), "Notes: new Ada\r\nwas here|");
         Click(page.Control<QToolButton>(ID_FORM_NEXT));

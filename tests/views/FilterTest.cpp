@@ -1,7 +1,7 @@
 // The filter dialog, and what the record list does with a filter.
+#include <QAbstractSpinBox>
 #include <QAction>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
@@ -96,10 +96,16 @@ TEST_F(FilterTest, ConditionsMoveUpNarrowAndGoStale) {
     Filter([&](CQuillaryDialog& page) {
         Choose(page, 1032, "Due");
         Choose(page, 1007, "is before");
-        QTest::keyClicks(page.Control<QDateTimeEdit>(1043), "03/07/2004");
+        QTest::keyClicks(page.Control<QAbstractSpinBox>(1043), "03/07/2004");
         Choose(page, 1008, "At");
-        QTest::keyClicks(page.Control<QDateTimeEdit>(1046), "1030a");
+        QTest::keyClicks(page.Control<QAbstractSpinBox>(1046), "10:30");
         Choose(page, 1011, "or (match any)");
+        EXPECT_TRUE(page.IsChanged());
+        QTest::keyClicks(page.Control<QAbstractSpinBox>(1046), "x");
+        user.ExpectMessage("\"10:30x\" is no time. Write it like 02:30 pm or 14:30.");
+        Click(page.Control<QWidget>(kOkButton));
+        EXPECT_EQ(app.Frame().focusWidget(), page.Control<QAbstractSpinBox>(1046));
+        QTest::keyClicks(app.Frame().focusWidget(), "10:30");
     });
     EXPECT_EQ(doc->Filter(), (FilterSettings{{{false, "Due", 2, "36591"}, {false, "At", 0, "37800"}}, false, false}))
         << "the choices below count with the first row only";
@@ -107,8 +113,8 @@ TEST_F(FilterTest, ConditionsMoveUpNarrowAndGoStale) {
     EXPECT_EQ(files.saves, 1);
     Filter([&](CQuillaryDialog& page) {
         EXPECT_EQ(page.Control<QComboBox>(1030)->currentText(), "is before");
-        EXPECT_EQ(page.Control<QDateTimeEdit>(1041)->text(), "03/07/2004");
-        EXPECT_EQ(page.Control<QDateTimeEdit>(1044)->text(), "10:30 am");
+        EXPECT_EQ(page.Control<QAbstractSpinBox>(1041)->text(), "03/07/2004");
+        EXPECT_EQ(page.Control<QAbstractSpinBox>(1044)->text(), "10:30 am");
         Choose(page, 1029, "Ok");
         QTest::keyClick(page.Control<QWidget>(1003), Qt::Key_Space);
         Choose(page, 1032, "Kind");
@@ -138,7 +144,7 @@ TEST_F(FilterTest, WhatCannotBeStoredIsRefusedAndWhatCannotBeShownStays) {
     CQuillaryDoc* doc = Open(parts.Build());
     const auto before = doc->Filter().conditions;
     ASSERT_EQ(before.size(), 2U);
-    Filter([](CQuillaryDialog& page) { EXPECT_EQ(page.Control<QDateTimeEdit>(1043)->text(), "No Date"); });
+    Filter([](CQuillaryDialog& page) { EXPECT_EQ(page.Control<QAbstractSpinBox>(1043)->text(), ""); });
     EXPECT_EQ(doc->Filter().conditions, before);
     user.ExpectDialog(140, [&](CQuillaryDialog& page) {
         for (const QString& typed : {QStringLiteral("a\u0416"), QString(40, u'y'), QString(39, u'y')}) {

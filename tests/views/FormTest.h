@@ -3,7 +3,6 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDateTimeEdit>
 #include <QLineEdit>
 #include <QTest>
 
@@ -48,9 +47,7 @@ class FormTest : public WindowTest {
         if (const auto* text = dynamic_cast<const CTextEdit*>(widget)) return text->Text();
         if (const auto* line = page.Control<QLineEdit>(id)) return line->text();
         if (const auto* check = page.Control<QCheckBox>(id)) return check->isChecked() ? "true" : "false";
-        if (const auto* list = page.Control<QComboBox>(id)) return list->currentText();
-        const auto* picker = page.Control<QDateTimeEdit>(id);
-        return picker->specialValueText().isEmpty() ? picker->text() : QString();
+        return page.Control<QComboBox>(id)->currentText();
     }
     [[nodiscard]] std::string StoredEntries(std::size_t row) {
         const auto& shown = Stored().Shown();
