@@ -43,7 +43,7 @@ void CCreateDatabaseDlg::ShowPath() {
     auto* label = Control<QLabel>(kPath);
     const QString file = OnOneLine(FromUtf8(path.value_or(std::string())));
     const QString lead = path ? QStringLiteral("The file will be: ") : FromUtf8(failure.text);
-    label->setText(lead + Breakable(file));
+    label->setText(lead + file);
     label->setAccessibleName(lead + file);
     Control<QLineEdit>(kName)->setAccessibleDescription(lead + file);
 }
@@ -51,7 +51,7 @@ void CCreateDatabaseDlg::ShowPath() {
 bool CCreateDatabaseDlg::Commit() {
     Failure failure;
     const bool done = m_database.SetName(ToWide(Typed()), failure) && (!m_then || m_then(failure));
-    return done || Refuse(kName, FromUtf8(failure.WithReason()));
+    return done || Refuse(kName, FromUtf8(failure.text));
 }
 
 }  // namespace quillary

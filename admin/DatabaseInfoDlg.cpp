@@ -54,8 +54,11 @@ CDatabaseInfoDlg::CDatabaseInfoDlg(const CQuillaryDoc& doc, FrameWindow& frame, 
     m_edit->setAccessibleName(QStringLiteral("Info Text"));
 
     if (m_doc.IsReadOnly()) {
-        const QString why = PlainToolTip(FromUtf8(MessageText(Message::ReadOnly)));
-        for (QWidget* widget : {static_cast<QWidget*>(m_edit), bar}) widget->setToolTip(why);
+        const QString why = FromUtf8(MessageText(Message::ReadOnly));
+        for (QWidget* widget : {static_cast<QWidget*>(m_edit), bar, static_cast<QWidget*>(m_lockButton),
+                                static_cast<QWidget*>(m_unlockButton)}) {
+            SetPlainToolTip(*widget, why);
+        }
         bar->setEnabled(false);
     }
 }

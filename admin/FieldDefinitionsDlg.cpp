@@ -83,11 +83,11 @@ CFieldDefinitionsDlg::CFieldDefinitionsDlg(std::vector<FieldEdit> fields, bool h
           [this](int command, CommandState& state) { UpdateCommand(command, state); }) {
     list->setObjectName(QString::number(kFields));
     list->setAccessibleName(QStringLiteral("Fields"));
+    list->SetHint(QStringLiteral("No fields yet. Insert Field (Insert) adds one."));
     list->onSelection = [this] { m_actions.UpdateStates(); };
     list->onInsert = [this] { OnInsert(); };
     list->onOpen = [this](int row) { OpenType(row); };
     m_actions.FillDialogBar(*bar, kToolBarFieldDefinitions);
-    PutLastInTabOrder(*bar);
 }
 
 const FieldEdit& CFieldDefinitionsDlg::EditOf(int row) const {

@@ -3,7 +3,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QScrollArea>
-#include <QToolBar>
 #include <QVBoxLayout>
 #include <iterator>
 #include <utility>
@@ -40,6 +39,7 @@ QWidget& TypeRow(QComboBox& types) {
     auto* row = new QWidget;
     auto* column = new QVBoxLayout(row);
     column->setContentsMargins({});
+    column->setSpacing(row->fontMetrics().height() / 4);
     column->addWidget(label);
     column->addWidget(&types);
     return *row;
@@ -56,7 +56,6 @@ CFieldTypeDlg::CFieldTypeDlg(FieldEdit& edit, FrameWindow& frame, QComboBox* typ
       m_types(types),
       m_options(options) {
     options->setObjectName(QString::number(kOptions));
-    for (const auto* bar : options->findChildren<QToolBar*>()) PutLastInTabOrder(*bar);
     connect(types, &QComboBox::currentIndexChanged, this, [this] { m_options->ShowPane(ChosenType()); });
 }
 

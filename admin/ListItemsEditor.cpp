@@ -43,6 +43,7 @@ CListItemsEditor::CListItemsEditor(const AnsiText& page)
     m_actions.FillDialogBar(*bar, kToolBarListItems);
     m_list->setObjectName(QString::number(kItems));
     m_list->setAccessibleName(QStringLiteral("Items"));
+    m_list->SetHint(QStringLiteral("No items yet. Add (Insert) adds one."));
     m_list->setMinimumHeight(5 * fontMetrics().height());
     m_list->onSelection = [this] { m_actions.UpdateStates(); };
     m_list->onInsert = [this] { OnAdd(); };

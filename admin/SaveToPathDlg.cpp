@@ -49,7 +49,7 @@ void CSaveToPathDlg::FillFolders() {
 void CSaveToPathDlg::ShowPath() {
     const QString path = OnOneLine(FromUtf8(ChosenPath()));
     auto* label = Control<QLabel>(kPath);
-    label->setText(Breakable(path));
+    label->setText(path);
     label->setAccessibleName(path);
 }
 

@@ -23,7 +23,7 @@ std::optional<Path> CreateDatabase(const NewDatabasePlace& place, FrameWindow& f
     };
     Failure failure;
     if (write(failure)) return path;
-    ShowMessage(frame.Window(), FromUtf8(failure.WithReason()));
+    ShowMessage(frame.Window(), FromUtf8(failure.text));
     CCreateDatabaseDlg again(database, naming.Typed(), write, frame);
     if (again.exec() != QDialog::Accepted) return std::nullopt;
     return path;

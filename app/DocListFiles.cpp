@@ -4,6 +4,8 @@
 #include <QWidget>
 
 #include "admin/RenameDatabase.h"
+#include "db/AnsiText.h"
+#include "db/Container.h"
 #include "db/CopyBeside.h"
 #include "platform/Launcher.h"
 #include "ui/MessageBox.h"
@@ -12,6 +14,21 @@
 #include "views/DeleteDatabase.h"
 
 namespace quillary {
+
+namespace {
+
+/// The name that the database calls itself; empty when there is none to be read.
+QString OwnName(FileAccess& files, const Path& path) {
+    const WaitCursor wait;
+    FileError error;
+    Image image;
+    const auto file = files.Open(path, LockKind::Shared, error);
+    const bool isRead = file && file->Read(image, error);
+    const auto header = isRead ? DatabaseHeader::Read(image.Bytes()) : std::nullopt;
+    return header ? OnOneLine(FromWide(AnsiText::Windows1252().ToWide(header->Name()))) : QString();
+}
+
+}  // namespace
 
 void CDocListFiles::ShowInFolder(const Path& path) {
     m_launcher.ShowInFolder(path, [window = QPointer<QWidget>(&m_window)] {
@@ -41,7 +58,11 @@ std::optional<Path> CDocListFiles::Copy(const Path& path) {
 }
 
 bool CDocListFiles::Delete(const Path& path, const QString& name) {
-    const QString question = QStringLiteral("The database \"%1\" is about to be deleted.  Are you sure?").arg(name);
+    const QString own = OwnName(m_files, path);
+    QString question =
+        QStringLiteral("The database \"%1\" is about to be deleted.  Are you sure?").arg(own.isEmpty() ? name : own);
+    // Its copies have the same name.
+    if (!own.isEmpty() && own != name) question += QStringLiteral("\n\nIt is \"%1\" in the list.").arg(name);
     if (AskUser(&m_window, question, {QStringLiteral("Yes"), QStringLiteral("No")}, 1) != 0) return false;
     Failure failure;
     if (DeleteDatabaseFile(m_files, m_trash, path, failure)) return true;

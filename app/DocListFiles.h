@@ -25,7 +25,7 @@ class CDocListFiles {
     [[nodiscard]] std::optional<Path> Rename(const Path& path, const QString& name);
     /// The copy's path.
     [[nodiscard]] std::optional<Path> Copy(const Path& path);
-    /// `name` is what the list shows. True when the file is gone.
+    /// `name` is what the list shows; the question has the database's own, too. True when the file is gone.
     [[nodiscard]] bool Delete(const Path& path, const QString& name);
 
   private:

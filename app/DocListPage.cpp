@@ -297,6 +297,7 @@ void CDocListPage::ShowState() {
     m_folders->setEnabled(!nothing);
     m_body->setCurrentWidget(nothing && !scanning ? m_emptyPage : m_view);
     setFocusProxy(nothing && !scanning ? m_emptyPage : m_view);
+    m_view->FitColumns();
     if (hadFocus && wasEmpty != (m_body->currentWidget() == m_emptyPage)) setFocus();
 }
 

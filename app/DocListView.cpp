@@ -87,8 +87,12 @@ void CDocListView::FitColumns() {
     };
     int taken = take(CDocListModel::kDate, date);
     taken += take(CDocListModel::kSize, size);
-    taken +=
-        take(CDocListModel::kFolder, std::max(kFewestFolderLetters * letter, (viewport()->width() - taken) * 2 / 5));
+    // Two fifths of the rest, and what the names leave of theirs when the folders need more.
+    const int rest = viewport()->width() - taken;
+    const int share = std::max(kFewestFolderLetters * letter, rest * 2 / 5);
+    const int names = std::max(sizeHintForColumn(CDocListModel::kName), kFewestNameLetters * letter);
+    const int most = std::max(share, rest - names);
+    taken += take(CDocListModel::kFolder, std::clamp(sizeHintForColumn(CDocListModel::kFolder), share, most));
     header()->resizeSection(CDocListModel::kName, viewport()->width() - taken);
 }
 

@@ -36,9 +36,8 @@ CRecordBar::CRecordBar(CCommandActions& actions, const std::function<void()>& ok
 void CRecordBar::ShowCounter(int current, int total, int hidden) {
     m_counter->setText(QStringLiteral("%1 of %2").arg(current).arg(total));
     const QString word = hidden > 0 ? QStringLiteral("%1 records are hidden").arg(hidden) : QString();
-    m_counter->setToolTip(PlainToolTip(word));
+    SetPlainToolTip(*m_counter, word);
     m_counter->setAccessibleName(m_counter->text());
-    m_counter->setAccessibleDescription(word);
 }
 
 }  // namespace quillary

@@ -108,6 +108,7 @@ int main(int argc, char** argv) {
     quillary::SingleInstance instances;
     const Path database = Absolute(options->database);
     if (!app.InitApplication(instances, {database.native(), activationToken})) return 0;
+    quillary::UseDarkPalette(false);
     const quillary::ColorScheme colors(
         [](quillary::ColorScheme::Kind kind) { quillary::UseDarkPalette(kind == quillary::ColorScheme::Kind::Dark); });
     const quillary::Signals ending([&app] { app.Frame().close(); });

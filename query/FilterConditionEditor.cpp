@@ -1,6 +1,5 @@
 #include "query/FilterConditionEditor.h"
 
-#include <QCheckBox>
 #include <QLabel>
 #include <QStackedWidget>
 #include <QVBoxLayout>
@@ -11,6 +10,7 @@
 #include "query/Filter.h"
 #include "ui/DatePicker.h"
 #include "ui/LineEdit.h"
+#include "ui/QLYButton.h"
 #include "ui/QLYComboBox.h"
 #include "ui/TimePicker.h"
 #include "ui/WideText.h"
@@ -36,7 +36,7 @@ CFilterConditionEditor::CFilterConditionEditor(const Controls& controls, const C
       m_values(new QStackedWidget),
       m_test(new QBoxLayout(QBoxLayout::LeftToRight)),
       m_text(new CLineEdit),
-      m_check(new QCheckBox),
+      m_check(new CQLYButton),
       m_date(new CDatePicker(order, clock)),
       m_time(new CTimePicker(clock)),
       m_list(new CQLYComboBox) {
@@ -67,7 +67,7 @@ CFilterConditionEditor::CFilterConditionEditor(const Controls& controls, const C
     }
     m_text->setMaxLength(std::numeric_limits<int>::max());  // a long one is refused, not cut
     const auto showCheck = [this](bool on) { m_check->setText(on ? QStringLiteral("true") : QStringLiteral("false")); };
-    connect(m_check, &QCheckBox::toggled, this, showCheck);
+    connect(m_check, &CQLYButton::toggled, this, showCheck);
     showCheck(false);
 
     FillFields();

@@ -10,13 +10,13 @@
 #include "db/UserLocale.h"
 
 class QBoxLayout;
-class QCheckBox;
 class QLineEdit;
 class QStackedWidget;
 
 namespace quillary {
 
 class CDatePicker;
+class CQLYButton;
 class CQLYComboBox;
 class CTimePicker;
 class Clock;
@@ -69,7 +69,7 @@ class CFilterConditionEditor : public QWidget {
     QStackedWidget* m_values;
     QBoxLayout* m_test;  // operator and value: beside each other, or on a small screen below
     QLineEdit* m_text;
-    QCheckBox* m_check;
+    CQLYButton* m_check;
     CDatePicker* m_date;
     CTimePicker* m_time;
     CQLYComboBox* m_list;

@@ -42,7 +42,6 @@ CFilterConditionsPage::CFilterConditionsPage(const CQuillaryDoc& doc, const Cloc
                           {QStringLiteral("and (match all)"), QStringLiteral("or (match any)")});
     m_applyLabel->setObjectName(QString::number(kApplyLabel));
     m_apply = AddChoice(kApply, *m_applyLabel, {QStringLiteral("All records"), QStringLiteral("Filtered records")});
-    column->addStretch(1);
 }
 
 QComboBox* CFilterConditionsPage::AddChoice(int id, QLabel& label, const QStringList& items) {

@@ -23,7 +23,7 @@ CFilterRecordsDlg::CFilterRecordsDlg(const CQuillaryDoc& doc, const Clock& clock
     : CFilterRecordsDlg(new CFilterConditionsPage(doc, clock, order), frame) {}
 
 CFilterRecordsDlg::CFilterRecordsDlg(CFilterConditionsPage* page, FrameWindow& frame)
-    : CQuillaryDialog(kDialog, nullptr, Scrolled(*page), frame), m_page(page) {
+    : CQuillaryDialog(kDialog, nullptr, Short(*page), frame), m_page(page) {
     findChild<QScrollArea*>()->verticalScrollBar()->setSingleStep(kLineStep);
 }
 

@@ -29,6 +29,7 @@ CFindRecordDlg::CFindRecordDlg(const CQuillaryDoc& doc, QString text, int column
 
 void CFindRecordDlg::Load() {
     Control<QLineEdit>(kText)->setText(m_text);
+    Control<QLineEdit>(kText)->selectAll();
     auto* columns = Control<QComboBox>(kColumn);
     columns->addItem(QStringLiteral("All Fields"), RecordFinder::kAllFields);
     for (std::size_t k = 0; k < m_doc.FieldCount(); ++k) {

@@ -61,7 +61,6 @@ CSortKeysPage::CSortKeysPage(const CQuillaryDoc& doc) : m_doc(doc), m_rows() {
         // More keys than fields make no sense.
         m_rows[i].box->setVisible(i < std::max<std::size_t>(doc.FieldCount(), 1));
     }
-    column->addStretch(1);
 }
 
 CSortKeysPage::Row CSortKeysPage::AddRow(std::size_t number, const QString& label) {

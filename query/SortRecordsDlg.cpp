@@ -16,7 +16,7 @@ CSortRecordsDlg::CSortRecordsDlg(const CQuillaryDoc& doc, FrameWindow& frame)
     : CSortRecordsDlg(doc, frame, new CSortKeysPage(doc)) {}
 
 CSortRecordsDlg::CSortRecordsDlg(const CQuillaryDoc& doc, FrameWindow& frame, CSortKeysPage* page)
-    : CQuillaryDialog(kDialog, nullptr, Scrolled(*page), frame), m_keys(doc.Sort()), m_page(page) {}
+    : CQuillaryDialog(kDialog, nullptr, Short(*page), frame), m_keys(doc.Sort()), m_page(page) {}
 
 void CSortRecordsDlg::Load() { m_page->Load(m_keys); }
 

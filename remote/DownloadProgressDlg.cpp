@@ -20,6 +20,7 @@
 #include "ui/MessageBox.h"
 #include "ui/UserMessages.h"
 #include "ui/WideText.h"
+#include "ui/WrappingLabel.h"
 
 namespace quillary {
 
@@ -55,10 +56,10 @@ CDownloadProgressDlg::CDownloadProgressDlg(CRemoteCatalog& catalog, const Downlo
     : CQuillaryDialog(kDialog, *content, frame),
       m_catalog(catalog),
       m_place(place),
-      m_status(new QLabel),
-      m_file(new QLabel),
+      m_status(new CWrappingLabel),
+      m_file(new CWrappingLabel),
       m_bar(new QProgressBar),
-      m_summary(new QLabel) {
+      m_summary(new CWrappingLabel) {
     auto* column = new QVBoxLayout(content);
     column->setContentsMargins({});
     column->setSpacing(fontMetrics().height() / 2);
@@ -67,10 +68,6 @@ CDownloadProgressDlg::CDownloadProgressDlg(CRemoteCatalog& catalog, const Downlo
     for (const auto& [widget, id] : kControls) {
         widget->setObjectName(QString::number(id));
         column->addWidget(widget);
-    }
-    for (QLabel* label : {m_status, m_file, m_summary}) {
-        label->setTextFormat(Qt::PlainText);
-        label->setWordWrap(true);
     }
     m_bar->setAccessibleName(QStringLiteral("Progress"));
     m_bar->setTextVisible(false);
@@ -102,7 +99,7 @@ void CDownloadProgressDlg::FocusFirst() {
 const std::vector<Path>& CDownloadProgressDlg::Kept() const { return m_run->Kept(); }
 
 void CDownloadProgressDlg::Show(QLabel& label, const QString& text) {
-    label.setText(Breakable(text));
+    label.setText(text);
     label.setAccessibleName(text);
 }
 

@@ -1,10 +1,12 @@
 #include "remote/RemoteResultsView.h"
 
+#include <QAction>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QStyledItemDelegate>
 #include <QToolTip>
+#include <utility>
 
 #include "db/AnsiText.h"
 #include "db/FieldValue.h"
@@ -94,10 +96,17 @@ CRemoteResultsView::CRemoteResultsView(CRemoteCatalog& catalog, const AnsiText& 
     header()->setSortIndicatorShown(true);
     connect(header(), &QHeaderView::sortIndicatorChanged, this, &CRemoteResultsView::Sort);
     // A quick second click turns the order around as a slow one does.
-    connect(header(), &QHeaderView::sectionDoubleClicked, this, [this](int column) {
-        const bool isAscending = header()->sortIndicatorOrder() == Qt::AscendingOrder;
-        header()->setSortIndicator(column, isAscending ? Qt::DescendingOrder : Qt::AscendingOrder);
-    });
+    connect(header(), &QHeaderView::sectionDoubleClicked, this, &CRemoteResultsView::SortBy);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+    const std::pair<int, QString> kSorting[] = {{kName, QStringLiteral("Sort by &Name")},
+                                                {kSize, QStringLiteral("Sort by &Size")}};
+    for (const auto& [column, text] : kSorting) {
+        auto* action = new QAction(text, this);
+        action->setShortcut(QKeySequence(Qt::CTRL | (Qt::Key_1 + column)));
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, [this, clicked = column] { SortBy(clicked); });
+        addAction(action);
+    }
     connect(this, &QTreeWidget::itemExpanded, this, &CRemoteResultsView::OnExpanded);
     connect(this, &QTreeWidget::itemChanged, this, &CRemoteResultsView::OnChanged);
 }
@@ -168,6 +177,13 @@ void CRemoteResultsView::OnExpanded(QTreeWidgetItem* item) {
 // A package's own change comes after those of its files, and theirs is told for it, too.
 void CRemoteResultsView::OnChanged(QTreeWidgetItem* item, int column) {
     if (column == kName) static_cast<Row*>(item)->result.isTicked = item->checkState(kName) == Qt::Checked;
+}
+
+// As a click on the heading.
+void CRemoteResultsView::SortBy(int column) {
+    const bool turnsAround =
+        header()->sortIndicatorSection() == column && header()->sortIndicatorOrder() == Qt::AscendingOrder;
+    header()->setSortIndicator(column, turnsAround ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 void CRemoteResultsView::Sort() {

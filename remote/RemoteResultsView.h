@@ -38,6 +38,7 @@ class CRemoteResultsView : public QTreeWidget {
     [[nodiscard]] Row* MakeRow(CRemoteResult& result) const;
     void OnExpanded(QTreeWidgetItem* item);
     static void OnChanged(QTreeWidgetItem* item, int column);
+    void SortBy(int column);
     void Sort();
 
     CRemoteCatalog& m_catalog;

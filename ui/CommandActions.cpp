@@ -12,6 +12,7 @@
 #include "ui/Captions.h"
 #include "ui/CommandTarget.h"
 #include "ui/Icon.h"
+#include "ui/MenuCommand.h"
 #include "ui/Menus.h"
 #include "ui/Mnemonics.h"
 #include "ui/ToolBars.h"
@@ -46,10 +47,11 @@ void CCommandActions::FillToolBar(QToolBar& bar, int toolBarId) {
     for (const ToolButton& button : ButtonsOf(toolBarId)) {
         QAction* action = Action(button.command);
         action->setIcon(Icon(button.icon));
-        m_toolTips[button.command] = FromWide(button.toolTip);
         action->setText(FromWide(button.toolTip));  // its name for a screen reader
         bar.addAction(action);
-        bar.widgetForAction(action)->setObjectName(action->objectName());
+        QWidget* widget = bar.widgetForAction(action);
+        widget->setObjectName(action->objectName());
+        m_buttons.emplace(button.command, widget);
     }
 }
 
@@ -103,8 +105,8 @@ std::vector<QMenu*> CCommandActions::MakeMenus(int menuBarId) {
 }
 
 void CCommandActions::AddItem(QMenu& menu, int command, const QString& text) {
-    QAction* item = menu.addAction(text);
-    item->setData(command);
+    auto* item = new CMenuCommand(menu, command, text);
+    menu.addAction(item);
     item->setShortcutContext(Qt::WidgetShortcut);
     (void)Action(command);
     QObject::connect(item, &QAction::triggered, &m_window, [this, command] { m_run(command); });
@@ -112,8 +114,10 @@ void CCommandActions::AddItem(QMenu& menu, int command, const QString& text) {
 }
 
 void CCommandActions::ShowKeys(const QMenu& menu, bool on) {
-    for (QAction* item : menu.actions()) {
-        const auto own = m_actions.find(item->data().toInt());
+    for (QAction* action : menu.actions()) {
+        auto* item = dynamic_cast<CMenuCommand*>(action);
+        if (!item) continue;
+        const auto own = m_actions.find(item->Command());
         if (own != m_actions.end()) item->setShortcuts(on ? own->second->shortcuts() : QList<QKeySequence>());
     }
 }
@@ -122,13 +126,14 @@ void CCommandActions::UpdateStates() {
     for (const auto& [command, action] : m_actions) {
         CommandState state;
         m_update(command, state);
-        const QString whyNot = PlainToolTip(state.WhyNot());
-        const auto toolTip = m_toolTips.find(command);
+        const QString& whyNot = state.WhyNot();
         action->setEnabled(state.IsEnabled());
-        action->setToolTip(whyNot.isEmpty() && toolTip != m_toolTips.end() ? PlainToolTip(toolTip->second) : whyNot);
+        action->setToolTip(whyNot.isEmpty() ? action->text() : PlainToolTip(whyNot));
+        for (auto [button, end] = m_buttons.equal_range(command); button != end; ++button) {
+            button->second->setAccessibleDescription(whyNot);
+        }
         for (auto [item, end] = m_menuItems.equal_range(command); item != end; ++item) {
-            item->second->setEnabled(state.IsEnabled());
-            item->second->setToolTip(whyNot);
+            item->second->SetState(state.IsEnabled(), whyNot);
         }
     }
 }

@@ -16,6 +16,7 @@ class QWidget;
 
 namespace quillary {
 
+class CMenuCommand;
 class CommandState;
 struct Accelerator;
 
@@ -47,9 +48,9 @@ class CCommandActions {
     Run m_run;
     Update m_update;
     std::map<int, QAction*> m_actions;  // children of m_window
-    std::multimap<int, QAction*> m_menuItems;
+    std::multimap<int, CMenuCommand*> m_menuItems;
+    std::multimap<int, QWidget*> m_buttons;      // as long as the window
     std::map<int, std::vector<QMenu*>> m_menus;  // by menu bar, made when it first shows
-    std::map<int, QString> m_toolTips;
 };
 
 }  // namespace quillary

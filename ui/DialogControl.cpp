@@ -11,6 +11,7 @@
 #include "ui/HyperlinkLabel.h"
 #include "ui/SpinEdit.h"
 #include "ui/WideText.h"
+#include "ui/WrappingLabel.h"
 
 namespace quillary {
 
@@ -37,13 +38,9 @@ void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& 
     CSpinEdit* spin = nullptr;
     Qt::Alignment place;  // across the column
     switch (control.kind) {
-        case ControlKind::Text: {
-            auto* text = new QLabel(FromWide(control.label));
-            text->setTextFormat(Qt::PlainText);
-            text->setWordWrap(true);
-            widget = text;
+        case ControlKind::Text:
+            widget = new CWrappingLabel(FromWide(control.label));
             break;
-        }
         case ControlKind::Hyperlink:
             widget = new CHyperlinkLabel(FromWide(control.label), std::move(openHelp));
             break;
@@ -76,16 +73,20 @@ void AddControl(QVBoxLayout& column, const ControlInfo& control, const QString& 
             place = Qt::AlignLeft;
             break;
     }
+    QVBoxLayout* pair = &column;
     if (HasLabelAbove(control.kind)) {
         auto* label = new QLabel(markedLabel);
         label->setWordWrap(true);
         label->setBuddy(widget);
-        column.addWidget(label);
+        pair = new QVBoxLayout;
+        pair->setSpacing(label->fontMetrics().height() / 4);
+        pair->addWidget(label);
+        column.addLayout(pair);
     }
     QWidget* named = spin ? &spin->Edit() : widget;
     if (control.id != 0) named->setObjectName(QString::number(control.id));
     for (QWidget* part : {named, widget}) part->setAccessibleName(FromWide(control.label));
-    column.addWidget(widget, 0, place);
+    pair->addWidget(widget, 0, place);
 }
 
 }  // namespace quillary

@@ -1,22 +1,40 @@
 #include "ui/MessageBox.h"
 
 #include <QLabel>
+#include <QLayout>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
+#include <algorithm>
 
 #include "ui/Captions.h"
 #include "ui/Mnemonics.h"
 #include "ui/OpenDialog.h"
 #include "ui/WideText.h"
+#include "ui/WrappingLabel.h"
 
 namespace quillary {
 
 namespace {
 
+constexpr int kWidestText = 500;  // pixels
+
 void SetUp(QMessageBox& box, const QString& text) {
     box.setWindowTitle(FromWide(Caption(kCaptionProgram)));
     box.setTextFormat(Qt::PlainText);
     box.setText(text);
+}
+
+// The toolkit's label would make the box as wide as the longest path in it.
+void WrapText(QMessageBox& box) {
+    auto* given = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    if (!given) return;
+    auto* label = new CWrappingLabel(box.text());
+    const int screen = box.screen()->availableSize().width();
+    label->setMinimumWidth(label->NaturalWidth(std::min(kWidestText, screen * 2 / 3)));
+    label->setAlignment(given->alignment());
+    delete box.layout()->replaceWidget(given, label);
+    given->hide();
 }
 
 }  // namespace
@@ -28,6 +46,7 @@ void ShowMessage(QWidget* parent, const QString& text, const QString& details) {
     for (auto* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);  // the details' too
     box.setIcon(QMessageBox::Warning);
     box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    WrapText(box);
     const OpenDialog open(box);
     box.exec();
 }
@@ -52,6 +71,7 @@ int AskUser(QWidget* parent, const QString& text, const QStringList& answers, in
     }
     box.setDefaultButton(buttons[defaultAnswer]);
     box.setEscapeButton(buttons.last());
+    WrapText(box);
     const OpenDialog open(box);
     box.exec();
     const auto clicked = buttons.indexOf(qobject_cast<QPushButton*>(box.clickedButton()));

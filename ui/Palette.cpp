@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <cstdlib>
 
 namespace quillary {
 
@@ -29,6 +30,21 @@ QPalette DarkPalette() {
     return palette;
 }
 
+// Some desktops' dark colours leave out the one for hints, and the toolkit takes that from its light ones.
+bool HidesHints(const QPalette& palette) {
+    const int base = palette.color(QPalette::Base).lightness();
+    const auto distance = [&](QPalette::ColorRole role) { return std::abs(palette.color(role).lightness() - base); };
+    return 3 * distance(QPalette::PlaceholderText) < distance(QPalette::Text);
+}
+
+QPalette ReadableHints(const QPalette& of) {
+    QColor faint = of.color(QPalette::Text);
+    faint.setAlphaF(0.6F);
+    QPalette palette;
+    palette.setColor(QPalette::PlaceholderText, faint);
+    return palette;
+}
+
 // The outline of an empty box or circle is made from the window's colour, darker, which on dark cannot be seen.
 void UseForCheckable(QPalette palette, bool dark) {
     if (dark) palette.setColor(QPalette::Window, QColor(0xD8, 0xDA, 0xDE));
@@ -43,8 +59,12 @@ void UseDarkPalette(bool dark) {
     QApplication::setPalette(QPalette());
     const bool isDark = QApplication::palette().color(QPalette::Window).lightness() < 128;
     const bool makesDark = dark && !isDark;
-    if (makesDark) QApplication::setPalette(DarkPalette());
-    UseForCheckable(QApplication::palette(), makesDark);
+    if (makesDark) {
+        QApplication::setPalette(DarkPalette());
+    } else if (HidesHints(QApplication::palette())) {
+        QApplication::setPalette(ReadableHints(QApplication::palette()));
+    }
+    UseForCheckable(QApplication::palette(), isDark || makesDark);
 }
 
 }  // namespace quillary

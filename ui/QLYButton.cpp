@@ -1,7 +1,7 @@
 #include "ui/QLYButton.h"
 
 #include <QPainter>
-#include <QStyleOptionFocusRect>
+#include <algorithm>
 
 #include "ui/CheckImage.h"
 #include "ui/ReadOnly.h"
@@ -11,6 +11,7 @@ namespace quillary {
 namespace {
 
 constexpr int kMargin = 5;  // around the image, for the sign of the focus
+constexpr int kSide = kCheckImageSize + 2 * kMargin;
 
 }  // namespace
 
@@ -22,8 +23,8 @@ void CQLYButton::SetReadOnly(bool readOnly) {
 }
 
 QSize CQLYButton::sizeHint() const {
-    constexpr int kSide = kCheckImageSize + 2 * kMargin;
-    return {kSide, kSide};
+    if (text().isEmpty()) return {kSide, kSide};
+    return {kSide + fontMetrics().horizontalAdvance(text()) + kMargin, std::max(kSide, fontMetrics().height())};
 }
 
 void CQLYButton::nextCheckState() {
@@ -32,9 +33,11 @@ void CQLYButton::nextCheckState() {
 
 void CQLYButton::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    const QSize square = sizeHint();
-    const QRect box(0, (height() - square.height()) / 2, square.width(), square.height());
-    PaintCheckImage(painter, CheckImageRect(box), isChecked(), palette().color(foregroundRole()));
+    const QRect box(0, (height() - kSide) / 2, kSide, kSide);
+    const QColor color = palette().color(QPalette::WindowText);
+    PaintCheckImage(painter, CheckImageRect(box), isChecked(), color);
+    painter.setPen(color);
+    painter.drawText(rect().adjusted(kSide, 0, 0, 0), Qt::AlignVCenter | Qt::TextSingleLine, text());
     if (!hasFocus()) return;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5));

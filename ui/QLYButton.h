@@ -1,4 +1,4 @@
-// The check button of the record form, with the same image as in the record list.
+// The check button of the record form and of filters, with the same image as in the record list.
 #pragma once
 
 #include <QCheckBox>

@@ -8,7 +8,7 @@
 #include <QMetaProperty>
 #include <QPushButton>
 #include <QScrollArea>
-#include <QToolBar>
+#include <QScrollBar>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <utility>
@@ -27,6 +27,36 @@ namespace quillary {
 namespace {
 
 constexpr int kColumnCharacters = 80;  // a wider text is tiring to read
+
+void SetUpScrolling(QScrollArea& scroll, QWidget& content) {
+    scroll.setFrameShape(QFrame::NoFrame);
+    scroll.setFocusPolicy(Qt::NoFocus);
+    scroll.setWidgetResizable(true);
+    scroll.setWidget(&content);
+}
+
+/// As high as its content, where there is room for it.
+class ShortScrollArea : public QScrollArea {
+  public:
+    ShortScrollArea() { setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum); }
+
+    [[nodiscard]] QSize sizeHint() const override {
+        QSize size = widget()->sizeHint();
+        if (widget()->hasHeightForWidth()) size.setHeight(widget()->heightForWidth(viewport()->width()));
+        return size;
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const bool handled = QScrollArea::eventFilter(watched, event);
+        if (event->type() == QEvent::LayoutRequest) updateGeometry();
+        return handled;
+    }
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QScrollArea::resizeEvent(event);
+        if (event->size().width() != event->oldSize().width()) updateGeometry();
+    }
+};
 
 }  // namespace
 
@@ -56,19 +86,35 @@ CQuillaryDialog::CQuillaryDialog(const DialogInfo& info, QWidget* bar, QWidget& 
     SetUp(info);
     auto* top = new QWidget(this);
     QVBoxLayout* above = MakeColumn(*top);
-    const int gap = fontMetrics().height() / 4;
-    above->setSpacing(gap);
-    above->setContentsMargins(above->contentsMargins().left(), gap, above->contentsMargins().right(), gap);
+    above->setSpacing(fontMetrics().height() / 2);
     AddHeader(*above);
+    above->addSpacing(fontMetrics().height() / 2);
+    QMargins margins = above->contentsMargins();
+    margins.setBottom(bar ? fontMetrics().height() / 4 : fontMetrics().height() / 2);
     if (bar) above->addWidget(bar);
+    above->setContentsMargins(margins);
     auto* page = static_cast<QVBoxLayout*>(layout());
     page->addWidget(top);
-    page->addWidget(&body, 1);
+    const bool isShort = body.sizePolicy().verticalPolicy() == QSizePolicy::Maximum;
+    page->addWidget(&body, isShort ? 0 : 1);
     auto* bottom = new QWidget(this);  // now, for the Tab key to come to it last
     QVBoxLayout* below = MakeColumn(*bottom);
-    below->setContentsMargins(above->contentsMargins());
+    if (isShort) {
+        QMargins around = below->contentsMargins();
+        around.setTop(fontMetrics().height());
+        below->setContentsMargins(around);
+    }
     below->addWidget(MakeButtons(info.buttons));
     page->addWidget(bottom);
+    if (isShort) page->addStretch(1);
+    const auto* scroll = qobject_cast<QScrollArea*>(&body);
+    if (!scroll || !scroll->widgetResizable()) return;
+    // What scrolls gets narrower, and the rest of the page with it, so that they stand in one line.
+    QScrollBar* scrollBar = scroll->verticalScrollBar();
+    connect(scrollBar, &QScrollBar::rangeChanged, this, [scrollBar, top, bottom](int least, int most) {
+        const int width = most > least ? scrollBar->sizeHint().width() : 0;
+        for (QWidget* part : {top, bottom}) part->layout()->setContentsMargins(0, 0, width, 0);
+    });
 }
 
 QVBoxLayout* CQuillaryDialog::BeginScrolledColumn(const DialogInfo& info) {
@@ -81,10 +127,7 @@ QVBoxLayout* CQuillaryDialog::BeginScrolledColumn(const DialogInfo& info) {
 
     // On a small screen the page scrolls; moving the focus brings its control into sight.
     auto* scroll = new QScrollArea(this);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setWidgetResizable(true);
-    scroll->setWidget(content);
+    SetUpScrolling(*scroll, *content);
     layout()->addWidget(scroll);
     return column;
 }
@@ -136,19 +179,14 @@ QWidget& CQuillaryDialog::Centered(QWidget& content) {
 
 QWidget& CQuillaryDialog::Scrolled(QWidget& content) {
     auto* scroll = new QScrollArea;
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    scroll->setWidgetResizable(true);
-    scroll->setWidget(&Centered(content));
+    SetUpScrolling(*scroll, Centered(content));
     return *scroll;
 }
 
-void CQuillaryDialog::PutLastInTabOrder(const QToolBar& bar) {
-    auto* last = Control<QWidget>(kHelpButton);
-    for (auto* button : bar.findChildren<QToolButton*>()) {
-        // All but the bar's own for what does not fit.
-        if (button->objectName().toInt() != 0) setTabOrder(std::exchange(last, button), button);
-    }
+QWidget& CQuillaryDialog::Short(QWidget& content) {
+    auto* scroll = new ShortScrollArea;
+    SetUpScrolling(*scroll, Centered(content));
+    return *scroll;
 }
 
 void CQuillaryDialog::AddHeader(QVBoxLayout& column) {

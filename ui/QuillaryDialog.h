@@ -8,7 +8,6 @@
 
 #include "ui/ControlInfo.h"
 
-class QToolBar;
 class QVBoxLayout;
 
 namespace quillary {
@@ -73,12 +72,12 @@ class CQuillaryDialog : public QDialog {
     /// What F1 and the Help button open.
     [[nodiscard]] virtual std::string_view Topic() const { return m_topic; }
 
-    /// Puts the bar's buttons behind all else, but within reach of the Tab key.
-    void PutLastInTabOrder(const QToolBar& bar);
     /// A body of comfortable width in the middle of the page, as high as the page allows.
     [[nodiscard]] static QWidget& Centered(QWidget& content);
     /// The same, and it scrolls where the page is too small for it.
     [[nodiscard]] static QWidget& Scrolled(QWidget& content);
+    /// The same, no higher than the content, so that the buttons stand right below it.
+    [[nodiscard]] static QWidget& Short(QWidget& content);
 
     [[nodiscard]] FrameWindow& Frame() const { return m_frame; }
 

@@ -214,8 +214,8 @@ void CRowListView::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
             // Not the rest of one that was held down to leave a dialog or an editor.
-            if (hasCurrent && !event->isAutoRepeat()) Open(currentIndex());
-            if (!hasCurrent) event->ignore();
+            if (event->isAutoRepeat()) return;
+            RowCount() == 0 ? onInsert() : Open(currentIndex());
             return;
         case Qt::Key_Space:
             if (hasCurrent && currentIndex().column() > 0 && !event->isAutoRepeat()) Open(currentIndex());
@@ -269,6 +269,22 @@ void CRowListView::AskForMenu(const QPoint& inViewport) {
     FinishEditing();
     if (!selectionModel()->isRowSelected(row.row())) Select(row.row());
     onMenu(viewport()->mapToGlobal(inViewport));
+}
+
+void CRowListView::SetHint(const QString& hint) {
+    m_hint = hint;
+    const auto tell = [this] { setAccessibleDescription(RowCount() == 0 ? m_hint : QString()); };
+    connect(&m_model, &QAbstractItemModel::rowsInserted, this, tell);
+    connect(&m_model, &QAbstractItemModel::rowsRemoved, this, tell);
+    tell();
+}
+
+void CRowListView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (RowCount() > 0) return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    painter.drawText(viewport()->rect().adjusted(8, 8, -8, -8), Qt::AlignCenter | Qt::TextWordWrap, m_hint);
 }
 
 // ---- Sizes

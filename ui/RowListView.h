@@ -42,8 +42,10 @@ class CRowListView : public QTableView {
     [[nodiscard]] int SelectedRow() const;
 
     std::function<void()> onSelection;
-    /// The Insert key.
+    /// The Insert key, and Return in an empty list.
     std::function<void()> onInsert;
+    /// What the list shows when it is empty.
+    void SetHint(const QString& hint);
     /// A click, Return or the space bar in a column behind the first.
     std::function<void(int row)> onOpen;
     /// Where a menu was asked for, over a row, which is then selected. With Tap::Selects only.
@@ -57,6 +59,7 @@ class CRowListView : public QTableView {
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     bool viewportEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
@@ -73,6 +76,7 @@ class CRowListView : public QTableView {
 
     QStandardItemModel m_model;
     QString m_nameOfEditor;
+    QString m_hint;
     Tap m_tap;
     QPointer<QLineEdit> m_editor;  // of a name, the last one that was opened
 };

@@ -28,25 +28,4 @@ namespace quillary {
     return text;
 }
 
-/// A path for places of several lines: it can go on in a new line behind a separator, and in a long name anywhere.
-[[nodiscard]] inline QString Breakable(const QString& path) {
-    constexpr int kLongName = 12;
-    QString out;
-    int unbroken = 0;
-    for (const QChar c : path) {
-        const bool isInside = c.isLowSurrogate() || c.category() == QChar::Mark_NonSpacing;
-        if (unbroken >= kLongName && !isInside) {
-            out += QChar(0x200B);
-            unbroken = 0;
-        }
-        out += c;
-        unbroken = c == u' ' ? 0 : unbroken + 1;  // a line can go on behind a blank, too
-        if (c == u'/') {
-            out += QChar(0x200B);
-            unbroken = 0;
-        }
-    }
-    return out;
-}
-
 }  // namespace quillary

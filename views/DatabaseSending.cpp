@@ -33,8 +33,7 @@ void CDatabaseSending::SendByMail() {
                           [&launcher = m_launcher, window = QPointer<QWidget>(m_frame.Window()), file] {
                               if (!window) return;
                               launcher.ShowInFolder(file, [] {});  // the message tells where it is
-                              const std::string shown = Breakable(FromPath(file)).toStdString();
-                              ShowMessage(window, FromUtf8(FormatMessage(Message::NotSentByMail, {shown})));
+                              ShowMessage(window, FromUtf8(FormatMessage(Message::NotSentByMail, {file.string()})));
                           });
 }
 

@@ -78,7 +78,16 @@ std::shared_ptr<const CQuillaryDoc::State> CDocumentSession::BeforeChange() {
     return m_doc->Snapshot();
 }
 
-bool CDocumentSession::Save() {
+bool CDocumentSession::Save() { return Save(true); }
+
+bool CDocumentSession::SaveOrRestore(const CQuillaryDoc::State& before) {
+    const bool saved = Save(false);
+    if (!saved) m_doc->Restore(before);
+    m_frame.DocumentChanged();
+    return saved;
+}
+
+bool CDocumentSession::Save(bool tellsUnsaved) {
     if (m_doc->IsReadOnly()) return true;
     if (m_host.IsReopening()) return false;  // what is unsaved has been given up
     if (m_doc->IsModified() && !MayDropForeignRecords()) return false;
@@ -88,7 +97,7 @@ bool CDocumentSession::Save() {
         const WaitCursor wait;
         saved = m_doc->SaveDatabase(failure);
     }
-    m_frame.DocumentChanged();
+    if (saved || tellsUnsaved) m_frame.DocumentChanged();
     if (saved) return true;
     // Behind the last dialog that is ended for leaving the database comes Leave, which asks about all that is not
     // saved.
@@ -135,7 +144,7 @@ bool CDocumentSession::SaveElsewhere() {
             m_host.DocumentMoved();
             return true;
         }
-        ShowMessage(m_frame.Window(), FromUtf8(failure.WithReason()));
+        ShowMessage(m_frame.Window(), FromUtf8(failure.text));
     }
     return false;
 }

@@ -32,6 +32,8 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
     /// Writes what changed. False, after telling the user, when that failed; the change is then still in the document,
     /// and the next save tries again. A read-only database keeps its changes in memory.
     bool Save();
+    /// The same for a change that goes back when that failed: the title does not call it unsaved meanwhile.
+    [[nodiscard]] bool SaveOrRestore(const CQuillaryDoc::State& before);
     /// Writes what changed and waits for the disk, for another program to read the file. False, after telling the user,
     /// when that failed, also when the file is not there. The file of a read-only database stays as it is.
     [[nodiscard]] bool BringToDisk();
@@ -53,6 +55,7 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
   private:
     void OnNew();
     void OnSave() { Save(); }
+    bool Save(bool tellsUnsaved);
     /// For all that needs a file which can be written.
     void UpdateWriting(CommandState& state) const;
     /// False when another program has moved or deleted it.

@@ -64,7 +64,6 @@ CEditRecordDlg::CEditRecordDlg(CDocumentSession& session, const FormSurroundings
           [this](int command, CommandState& state) { UpdateCommand(command, state); }) {
     bar->setObjectName(QString::number(kToolBarRecord));
     m_actions.FillDialogBar(*bar, kToolBarRecord);
-    PutLastInTabOrder(*bar);
     qApp->installEventFilter(this);
     form->onTypingBegins = [this] { RaisePanel(); };
     form->onAction = [this](FieldType type, const QString& text) { Act(type, text); };

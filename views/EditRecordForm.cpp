@@ -112,7 +112,7 @@ QToolButton* CEditRecordForm::MakeAction(const CRecordEditor& editor, const QStr
     button->setObjectName(QString::number(m_nextAction++));
     button->setIcon(Icon(action->icon));
     button->setAccessibleName(QString::fromLatin1(action->name).arg(fieldName));
-    button->setToolTip(PlainToolTip(QString::fromLatin1(action->toolTip)));
+    SetPlainToolTip(*button, QString::fromLatin1(action->toolTip));
     button->setFocusPolicy(Qt::TabFocus);
     button->installEventFilter(this);
     setTabOrder(&editor.Widget(), button);

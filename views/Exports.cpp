@@ -58,7 +58,7 @@ void OfferToOpen(const std::vector<path>& files, const Kind& kind, Launcher& lau
     };
     if (files.size() > kMostOpened) {
         const QString question = QStringLiteral("%1 %2 were written to files in %3. Show the folder?");
-        const QString filled = question.arg(number, kind.several, Breakable(folder));
+        const QString filled = question.arg(number, kind.several, folder);
         if (AskUser(window, filled, {QStringLiteral("Show"), QStringLiteral("Close")}) == 0) show();
         return;
     }

@@ -42,11 +42,7 @@ void CListColumns::StoreWidth(int column) {
     CQuillaryDoc& doc = m_session.Doc();
     const auto before = m_session.BeforeChange();
     doc.SetFieldWidth(static_cast<std::size_t>(column), std::min(m_header.sectionSize(column), kLargestWidth));
-    if (!m_session.Save()) {
-        doc.Restore(*before);
-        (void)m_view.RebuildList(false, false);
-    }
-    m_frame.DocumentChanged();
+    if (!m_session.SaveOrRestore(*before)) (void)m_view.RebuildList(false, false);
 }
 
 void CListColumns::Fit(int column) {

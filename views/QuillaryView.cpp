@@ -364,11 +364,9 @@ void CQuillaryView::OnFieldDefinitions() {
 }
 
 bool CQuillaryView::SaveOrRestore(const CQuillaryDoc::State& before, bool resort) {
-    const bool saved = RebuildList(resort, true);
-    if (!saved) {
-        m_doc.Restore(before);
-        RebuildList(false, false);
-    }
+    RebuildList(resort, false);
+    const bool saved = m_session.SaveOrRestore(before);
+    if (!saved) RebuildList(false, false);
     m_sorting.ShowSortMark();
     return saved;
 }
@@ -378,9 +376,7 @@ void CQuillaryView::OnInfo() {
     dialog.StoreWith([&] {
         const auto before = m_session.BeforeChange();
         m_doc.SetInfo(dialog.Text(), dialog.Lock());
-        if (m_session.Save()) return true;
-        m_doc.Restore(*before);
-        return false;
+        return m_session.SaveOrRestore(*before);
     });
     dialog.exec();
 }
@@ -388,11 +384,7 @@ void CQuillaryView::OnInfo() {
 void CQuillaryView::OnChangePassword() {
     const auto before = m_session.BeforeChange();
     CChangePasswordDlg dialog(m_doc, m_frame);
-    dialog.StoreWith([&] {
-        if (m_session.Save()) return true;
-        m_doc.Restore(*before);
-        return false;
-    });
+    dialog.StoreWith([&] { return m_session.SaveOrRestore(*before); });
     dialog.exec();
 }
 

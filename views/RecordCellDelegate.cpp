@@ -15,8 +15,8 @@ namespace quillary {
 
 namespace {
 
-constexpr int kColoredFirstMargin = 2;
-constexpr int kColoredMargin = 5;
+constexpr int kFirstColumnMargin = 2;  // where a text begins
+constexpr int kOtherMargin = 5;
 constexpr int kRowPadding = 7;  // above and below a line of text, together
 
 }  // namespace
@@ -24,6 +24,12 @@ constexpr int kRowPadding = 7;  // above and below a line of text, together
 bool CRecordCellDelegate::IsCheckBox(const QModelIndex& index) const {
     return !m_model.IsFiller(index.column()) &&
            m_doc.TypeOf(static_cast<std::size_t>(index.column())) == FieldType::Checkbox;
+}
+
+QRect CRecordCellDelegate::TextPlace(const QRect& cell, int column, Qt::Alignment alignment) {
+    const int before = column == 0 ? kFirstColumnMargin : kOtherMargin;
+    const int behind = 2 * kTextMargin - before;
+    return alignment & Qt::AlignRight ? cell.adjusted(behind, 0, -before, 0) : cell.adjusted(before, 0, -behind, 0);
 }
 
 int CRecordCellDelegate::RowHeight(const QFontMetrics& font) { return font.height() + kRowPadding; }
@@ -46,13 +52,10 @@ void CRecordCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& o
         PaintCheckImage(*painter, CheckImageRect(option.rect), text == QLatin1String("true"), color);
         painter->restore();
     } else if (!text.isEmpty()) {
-        QRect box = option.rect.adjusted(kTextMargin, 0, -kTextMargin, 0);
-        Qt::Alignment alignment = m_model.AlignmentOf(index.column());
-        if (colored) {
-            // Rows that the list colours itself stand at the left, numbers too.
-            box.setLeft(option.rect.left() + (index.column() == 0 ? kColoredFirstMargin : kColoredMargin));
-            alignment = Qt::AlignLeft | Qt::AlignVCenter;
-        }
+        // In rows that the list colours itself numbers stand at the left, too.
+        const Qt::Alignment alignment =
+            colored ? Qt::AlignLeft | Qt::AlignVCenter : m_model.AlignmentOf(index.column());
+        const QRect box = TextPlace(option.rect, index.column(), alignment);
         painter->setPen(color);
         painter->setFont(option.font);
         painter->drawText(box, static_cast<int>(alignment) | Qt::TextSingleLine,

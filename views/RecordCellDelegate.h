@@ -12,7 +12,7 @@ class CRecordListModel;
 
 class CRecordCellDelegate : public QStyledItemDelegate {
   public:
-    /// Left and right of a cell's text.
+    /// Left and right of a cell's text, on the average.
     static constexpr int kTextMargin = 3;
 
     CRecordCellDelegate(const CQuillaryDoc& doc, const CRecordListModel& model, QObject* parent)
@@ -28,6 +28,9 @@ class CRecordCellDelegate : public QStyledItemDelegate {
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
 
     [[nodiscard]] bool IsCheckBox(const QModelIndex& index) const;
+
+    /// Where the text of a cell or a heading stands; the same in every row, of whatever colour.
+    [[nodiscard]] static QRect TextPlace(const QRect& cell, int column, Qt::Alignment alignment);
 
     /// The height of a row in `font`.
     [[nodiscard]] static int RowHeight(const QFontMetrics& font);

@@ -90,10 +90,10 @@ void CRecordHeader::paintSection(QPainter* painter, const QRect& rect, int colum
         style()->drawPrimitive(QStyle::PE_IndicatorHeaderArrow, &mark, painter, this);
         place.setRight(mark.rect.left());
     }
+    QRect text = CRecordCellDelegate::TextPlace(place, column, option.textAlignment);
     // A heading that all but fits gives up its margins before it is cut.
-    const int spare = (place.width() - fontMetrics().horizontalAdvance(option.text)) / 2;
-    const int margin = spare > 0 ? std::min(spare, CRecordCellDelegate::kTextMargin) : CRecordCellDelegate::kTextMargin;
-    const QRect text = place.adjusted(margin, 0, -margin, 0);
+    const int spare = place.width() - fontMetrics().horizontalAdvance(option.text);
+    if (spare >= 0 && spare < place.width() - text.width()) text = place.adjusted(spare / 2, 0, 0, 0);
     painter->drawText(text, static_cast<int>(option.textAlignment) | Qt::TextSingleLine,
                       fontMetrics().elidedText(option.text, Qt::ElideRight, text.width()));
 }

@@ -25,7 +25,7 @@ class CreateDatabaseTest : public WindowTest {
         QTest::keyClicks(edit, name);
         QTest::keyClick(edit, end);
     }
-    static QString Shown(CQuillaryDialog& page) { return page.Control<QLabel>(1011)->text().remove(QChar(0x200B)); }
+    static QString Shown(CQuillaryDialog& page) { return page.Control<QLabel>(1011)->text(); }
 
     int timesDefined = 0;
 };

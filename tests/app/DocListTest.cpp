@@ -277,7 +277,8 @@ TEST_F(DocListTest, ACopyGetsAFreeNameAndIsSelected) {
 TEST_F(DocListTest, DeleteAsksAndMovesTheFileToTheTrash) {
     Start();
     QTest::keyClick(List(), Qt::Key_Down);
-    const QString question = "The database \"list 9\" is about to be deleted.  Are you sure?";
+    const QString question =
+        "The database \"People\" is about to be deleted.  Are you sure?\n\nIt is \"list 9\" in the list.";
     m_user.ExpectMessage(question, "No");
     QTest::keyClick(List(), Qt::Key_Delete);
     EXPECT_TRUE(m_trash.files.empty());

@@ -385,6 +385,8 @@ TEST_F(FieldDefinitionsTest, EditsTheItemsOfAList) {
         EXPECT_FALSE(page.Control<QToolButton>(ID_ITEM_DELETE)->isEnabled());
         Press(page, ID_ITEM_ADD);
         EXPECT_TRUE(page.Control<QToolButton>(ID_ITEM_DELETE)->isEnabled());
+        Press(page, ID_ITEM_DELETE);
+        QTest::keyClick(page.Control<CRowListView>(1004), Qt::Key_Return);
     }));
     EXPECT_EQ(Encoded(none), "LItem");
 }

@@ -163,7 +163,7 @@ TEST_F(FormActionsTest, ADatabaseIsSavedAndSent) {
     Open(PeopleParts().Build())->SetEditOnSelect(true);
     launcher.mails = false;
     user.ExpectMessage(
-        QStringLiteral("No mail program takes a file from here. Attach it to a mail yourself:\n/\u200Bpeople.pdb"));
+        QStringLiteral("No mail program takes a file from here. Attach it to a mail yourself:\n/people.pdb"));
     ChooseMenu("Tools", "Send via E-mail");
     EXPECT_EQ(launcher.mailed, once);
     EXPECT_EQ(launcher.shown, once);

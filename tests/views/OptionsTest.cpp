@@ -55,10 +55,11 @@ TEST_F(OptionsTest, CtrlSWritesWhatIsUnsaved) {
 TEST_F(OptionsTest, AFailedSaveTakesTheChangeBack) {
     const std::string before = PeopleParts().Build();
     CQuillaryDoc* doc = Open(before);
-    const auto tick = [](CQuillaryDialog& page) {
+    const auto tick = [this](CQuillaryDialog& page) {
         Click(page.Control<QCheckBox>(1003));
         Click(page.Control<QWidget>(kOkButton));
         EXPECT_TRUE(page.isVisible());
+        EXPECT_EQ(Title(), "People") << "it goes back";
         page.reject();
     };
     files.full = "/people.pdb";
@@ -82,7 +83,7 @@ TEST_F(OptionsTest, RecordsOfOtherProgramsAreLostOnlyWithTheUsersWord) {
     const std::string before = parts.Build();
     const QString question =
         "Of the records in this file, 1 would not come back when it is written, being of other programs or kinds.";
-    const auto tick = [](CQuillaryDialog& page) {
+    const auto tick = [this](CQuillaryDialog& page) {
         Click(page.Control<QCheckBox>(1003));
         Click(page.Control<QWidget>(kOkButton));
         if (page.isVisible()) page.reject();  // it waits, as nothing was saved

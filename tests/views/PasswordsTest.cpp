@@ -106,6 +106,7 @@ TEST_F(PasswordsTest, WhatCannotBeSavedIsTakenBack) {
         user.ExpectMessage(kDiskFull);
         Type(page, {{1006, "a"}, {1007, "a"}});
         EXPECT_TRUE(page.isVisible());
+        EXPECT_EQ(Title(), "Test");
         page.reject();
     });
     In("Info...", [this](CQuillaryDialog& page) {

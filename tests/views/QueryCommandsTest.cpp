@@ -38,7 +38,7 @@ class QueryCommandsTest : public WindowTest {
 TEST_F(QueryCommandsTest, FindStartsAtTheTopAndRepeatFindGoesOn) {
     Open(PeopleParts().Build());
     EXPECT_FALSE(Button(ID_RECORD_REPEAT_FIND)->isEnabled()) << "nothing to repeat yet";
-    EXPECT_EQ(Button(ID_RECORD_REPEAT_FIND)->toolTip(), "<qt>Repeat Find</qt>");
+    EXPECT_EQ(Button(ID_RECORD_REPEAT_FIND)->toolTip(), "Repeat Find");
     QTest::keyClick(View(), Qt::Key_End);
     ExpectFind("aDA");
     ChooseMenu("Record", "Find...");
@@ -65,6 +65,7 @@ TEST_F(QueryCommandsTest, FindStartsAtTheTopAndRepeatFindGoesOn) {
     EXPECT_EQ(Counter(), "2 of 3") << "the selection stays";
     user.ExpectDialog(142, [](CQuillaryDialog& page) {
         EXPECT_EQ(page.Control<QComboBox>(1028)->currentText(), "Age");
+        EXPECT_EQ(page.Control<QLineEdit>(1027)->selectedText(), "o") << "to type another over it";
         QTest::keyClick(&page, Qt::Key_Escape);
     });
     ChooseMenu("Record", "Find...");
