@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kMargin = 5;  // around the image, for the sign of the focus
 constexpr int kSide = kCheckImageSize + 2 * kMargin;
+constexpr int kText = kSide + 3;  // where a text begins
 
 }  // namespace
 
@@ -24,7 +25,7 @@ void CQLYButton::SetReadOnly(bool readOnly) {
 
 QSize CQLYButton::sizeHint() const {
     if (text().isEmpty()) return {kSide, kSide};
-    return {kSide + fontMetrics().horizontalAdvance(text()) + kMargin, std::max(kSide, fontMetrics().height())};
+    return {kText + fontMetrics().horizontalAdvance(text()) + kMargin, std::max(kSide, fontMetrics().height())};
 }
 
 void CQLYButton::nextCheckState() {
@@ -37,7 +38,7 @@ void CQLYButton::paintEvent(QPaintEvent* /*event*/) {
     const QColor color = palette().color(QPalette::WindowText);
     PaintCheckImage(painter, CheckImageRect(box), isChecked(), color);
     painter.setPen(color);
-    painter.drawText(rect().adjusted(kSide, 0, 0, 0), Qt::AlignVCenter | Qt::TextSingleLine, text());
+    painter.drawText(rect().adjusted(kText, 0, 0, 0), Qt::AlignVCenter | Qt::TextSingleLine, text());
     if (!hasFocus()) return;
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(palette().color(QPalette::Highlight), 1.5));
