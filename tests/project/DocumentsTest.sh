@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Documents tell the truth: a block of bytes that names a file makes that file, the other bytes on the page are found in it
-# at their offsets, and the commands of a "console" block print what stands below them.
+# at their offsets, the commands of a "console" block print what stands below them, and what it links to is there.
 #   DocumentsTest.sh DOCUMENT QLY SAMPLES
 set -euo pipefail
 document=$(realpath "$1") qly=$(realpath "$2") samples=$(realpath "$3")
@@ -11,6 +11,10 @@ mkdir bin home && ln -s "$qly" bin/qly && cp "$samples"/*.pdb .
 export PATH=$work/bin:$PATH HOME=$work/home XDG_STATE_HOME=$work/home XDG_CONFIG_HOME=$work/home LC_ALL=C.UTF-8 NO_COLOR=1
 unset DBUS_SESSION_BUS_ADDRESS XDG_DATA_HOME
 problem() { echo "${document##*/}: $*"; exit 1; }
+
+while read -r link; do
+  [ -e "$(dirname "$document")/$link" ] || problem "no $link"
+done < <(grep -oE '\]\([^)]+\)' "$document" | sed -E 's/^..//; s/\)$//; s/#.*//' | sort -u)
 
 # Block number N goes to blocks/N, its kind and name to blocks/N.kind.
 mkdir blocks
