@@ -12,7 +12,7 @@ std::string_view HelpText() {
            "Shows the database FILE in the window, or lets you choose one.\n"
            "\n"
            "  --picture PICTURE.png  saves a picture of the window and ends; needs no display\n"
-           "  --help                 shows this text and ends\n"
+           "  -h, --help             shows this text and ends\n"
            "  --version              shows the version and ends\n";
 }
 
@@ -25,7 +25,7 @@ std::optional<LaunchOptions> ReadCommandLine(std::span<char* const> arguments, s
             files.push_back(argument);
         } else if (argument == "--") {
             moreOptions = false;
-        } else if (argument == "--help") {
+        } else if (argument == "--help" || argument == "-h") {
             options.task = LaunchOptions::Task::Help;
         } else if (argument == "--version") {
             options.task = LaunchOptions::Task::Version;

@@ -106,8 +106,8 @@ int Serve(const Options& options) {
     pthread_sigmask(SIG_BLOCK, &ending, nullptr);
     keeper.Follow();
     if (!server.Start(options.limits, message)) return Complain(message, Status::Failed);
-    std::printf("Publishing %zu from %s at %s\n", keeper.Current()->index.Size(), folder.c_str(),
-                server.Address().c_str());
+    // Without a number: a file that is being written is taken up when it rests.
+    std::printf("Publishing %s at %s\n", folder.c_str(), server.Address().c_str());
     std::fflush(stdout);
     int signal = 0;
     while (sigwait(&ending, &signal) != 0) {
