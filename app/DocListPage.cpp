@@ -250,7 +250,9 @@ void CDocListPage::OnScanned(const CDocListScanner::Result& result) {
     WatchFolders();
     m_changed->setInterval(std::max(kChangeMilliseconds, 4 * static_cast<int>(m_scanTime.elapsed())));
     if (m_changedWhileScanning) m_changed->start();
-    if (!m_selectNext.empty()) m_view->Select(std::exchange(m_selectNext, {}));
+    const Path next = std::exchange(m_selectNext, {});
+    // Selecting another row would end the editing and store half a name.
+    if (!next.empty() && !m_view->IsEditing()) m_view->Select(next);
     m_view->SelectFirst();
     ShowState();
 }

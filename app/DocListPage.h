@@ -43,6 +43,7 @@ class CDocListPage : public QWidget {
     void FitColumns();
     /// Looks for databases anew. Rows that show stay until that is done.
     void Scan();
+    [[nodiscard]] bool IsScanning() const { return m_scanner.IsRunning(); }
     /// Selects the database once the next scan has found it.
     void SelectNext(Path path) { m_selectNext = std::move(path); }
 

@@ -47,7 +47,7 @@ class NameDelegate : public QStyledItemDelegate {
 CDocListView::CDocListView(CDocListModel& model) : m_model(model) {
     setAccessibleName(QStringLiteral("Databases"));
     setModel(&model);
-    setItemDelegateForColumn(CDocListModel::kName, new NameDelegate(*this, model));
+    setItemDelegate(new NameDelegate(*this, model));  // the toolkit forgets the editor of one for a column alone
     setRootIsDecorated(false);
     setItemsExpandable(false);
     setUniformRowHeights(true);
@@ -116,8 +116,13 @@ void CDocListView::SelectFirst() {
 
 void CDocListView::EditName(const Path& path, const std::optional<QString>& text) {
     if (!Select(path)) return;
-    edit(currentIndex());
     auto* editor = qobject_cast<QLineEdit*>(indexWidget(currentIndex()));
+    if (editor) {
+        editor->setFocus();  // a dialog may have left it open
+    } else {
+        edit(currentIndex());
+        editor = qobject_cast<QLineEdit*>(indexWidget(currentIndex()));
+    }
     if (!editor || !text) return;
     editor->setText(*text);
     editor->selectAll();
@@ -149,6 +154,13 @@ void CDocListView::AskForMenu(const QPoint& inViewport) {
 void CDocListView::resizeEvent(QResizeEvent* event) {
     QTreeView::resizeEvent(event);
     FitColumns();
+}
+
+// When the row that is edited goes away, the toolkit takes its editor away too, but stays in the state of editing, in
+// which a double click opens nothing.
+void CDocListView::updateEditorGeometries() {
+    QTreeView::updateEditorGeometries();
+    if (IsEditing() && !indexWidget(currentIndex())) setState(NoState);
 }
 
 void CDocListView::changeEvent(QEvent* event) {

@@ -24,6 +24,7 @@ class CDocListView : public QTreeView {
     void SelectFirst();
     /// Opens the name for editing; with `text` in place of the name when there is one.
     void EditName(const Path& path, const std::optional<QString>& text = {});
+    [[nodiscard]] bool IsEditing() const { return state() == EditingState; }
 
     /// Where a menu was asked for, over a row, which is then selected.
     std::function<void(const QPoint& global)> onMenu;
@@ -37,6 +38,7 @@ class CDocListView : public QTreeView {
     bool viewportEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
+    void updateEditorGeometries() override;
 
   private:
     void AskForMenu(const QPoint& inViewport);

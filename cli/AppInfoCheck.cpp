@@ -91,11 +91,11 @@ void AppInfoCheck::CheckConditions() {
             Report(at + kSelectorAt, name + " names no field");
             continue;
         }
-        const auto operators = selector == kAllFieldsSelector
-                                   ? AllFieldsOperators()
-                                   : InfoOf(m_fields[selector - kFirstFieldSelector].type).operators;
-        if ((codes & 0x0F) >= operators.size()) {
-            Report(at + kCodesAt, name + " has an operator that its field's type lacks");
+        // One that another type has is left when a field gets a type without it.
+        const std::size_t known =
+            selector == kAllFieldsSelector ? AllFieldsOperators().size() : InfoOf(FieldType::Number).operators.size();
+        if ((codes & 0x0F) >= known) {
+            Report(at + kCodesAt, name + " has the unknown operator " + Number(codes & 0x0F));
         }
     }
 }

@@ -14,7 +14,7 @@ namespace quillary {
 ///
 /// No departures are: what the format carries or reserves, dirty bits, format versions below 3, a file without an
 /// application-info block, bytes in a text that equal an entry number and hide nothing. Nor are values that their field
-/// cannot read, as changing a field's type lawfully leaves such.
+/// cannot read and operators that its type lacks, as changing a field's type lawfully leaves such.
 void CheckImage(std::string_view image, const AnsiText& page, Progress& progress, TakeDeparture take);
 
 }  // namespace quillary

@@ -167,6 +167,17 @@ TEST_F(DocListTest, AFolderCanBeChosen) {
     EXPECT_EQ(m_app->Frame().findChild<QComboBox*>()->currentText(), "All Folders");
 }
 
+TEST_F(DocListTest, TheListLivesOnWhenTheRowThatIsEditedGoesAway) {
+    Start();
+    QTest::keyClick(List(), Qt::Key_F2);
+    std::filesystem::remove(m_folder / "Documents/Work/Deep/Birds.pdb");
+    FoldersChange();
+    QTest::qWait(0);
+    ClickCell(0, 0);
+    QTest::mouseDClick(List()->viewport(), Qt::LeftButton, {}, CellCenter(0, 0));
+    EXPECT_EQ(Title(), "People");
+}
+
 TEST_F(DocListTest, OpensByKeyAndMouseAndComesBack) {
     Start();
     QTest::keyClicks(List(), "list 1");
