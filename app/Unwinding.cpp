@@ -24,9 +24,28 @@ bool ClosePopups() {
     return closed;
 }
 
+// Where the question of a request stands among the open dialogs. Of two requests the later one counts: a question that
+// stands is answered with Cancel, so that one answer never undoes another.
+class TheOneQuestion {
+  public:
+    TheOneQuestion() {
+        const std::vector<QDialog*>& open = OpenDialog::All();
+        if (s_place && *s_place < open.size()) open[*s_place]->reject();
+        m_former = std::exchange(s_place, open.size());
+    }
+    ~TheOneQuestion() { s_place = m_former; }
+    TheOneQuestion(const TheOneQuestion&) = delete;
+    TheOneQuestion& operator=(const TheOneQuestion&) = delete;
+
+  private:
+    static inline std::optional<std::size_t> s_place;
+    std::optional<std::size_t> m_former;
+};
+
 }  // namespace
 
 std::optional<CUnwinding::Way> CUnwinding::AskForWay(QWidget* parent, const QString& question) {
+    const TheOneQuestion one;
     const std::vector<QDialog*>& open = OpenDialog::All();
     for (QDialog* dialog : std::vector(open)) {
         auto* page = dynamic_cast<CQuillaryDialog*>(dialog);

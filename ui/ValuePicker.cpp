@@ -113,7 +113,6 @@ CValuePicker::CValuePicker(Arrows arrows, const QString& parts, const QString& e
 
     m_editor->setFocusPolicy(Qt::StrongFocus);  // not by the wheel
     m_editor->installEventFilter(this);
-    m_editor->Line().setPlaceholderText(emptyText);
     connect(&m_editor->Line(), &QLineEdit::textChanged, this, [this] { TextChanged(); });
     connect(m_check, &QCheckBox::clicked, this, [this] {
         if (m_check->isChecked() != IsEmpty()) return;  // read only
@@ -124,7 +123,7 @@ CValuePicker::CValuePicker(Arrows arrows, const QString& parts, const QString& e
         m_editor->Line().setObjectName(id);
         m_check->setObjectName(QString::number(id.toInt() + kCheckIdAfterEditor));
     });
-    m_editor->setAccessibleDescription(emptyText);
+    DescribeState();
 }
 
 QAbstractSpinBox& CValuePicker::Editor() const { return *m_editor; }
@@ -196,6 +195,7 @@ void CValuePicker::DescribeState() {
     if (IsEmpty()) state << m_emptyText;
     if (m_marked) state << WhyUnreadable();
     m_editor->setAccessibleDescription(state.join(QStringLiteral(", ")));
+    m_editor->Line().setPlaceholderText(IsEmpty() ? m_emptyText : QString());  // a screen reader's description, too
 }
 
 void CValuePicker::Step(int steps) {
@@ -232,19 +232,11 @@ bool CValuePicker::TakesKey(const QKeyEvent& event) {
     }
 }
 
-// One whole value takes the place of all; a piece goes where the caret is when a value comes out of it.
+// One whole value takes the place of all; anything else goes where the caret is, as if it were typed.
 bool CValuePicker::TakesPasted(const QString& pasted) {
-    if (const Number value = Read(pasted)) {
-        SetByUser(value);
-        return true;
-    }
-    const QLineEdit& line = m_editor->Line();
-    QString text = Text();
-    line.hasSelectedText() ? text.replace(line.selectionStart(), line.selectionLength(), pasted)
-                           : text.insert(line.cursorPosition(), pasted);
-    if (Read(text)) return false;
-    QApplication::beep();
-    return true;
+    const Number value = Read(pasted);
+    if (value) SetByUser(value);
+    return value.has_value();
 }
 
 bool CValuePicker::eventFilter(QObject* watched, QEvent* event) {

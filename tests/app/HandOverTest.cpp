@@ -132,6 +132,20 @@ TEST_F(HandOverTest, DialogsAboveOneAnotherAndBoxesEndFromTheInnermost) {
     EXPECT_TRUE(Opens("Other"));
 }
 
+TEST_F(HandOverTest, OfTwoRequestsOnlyTheLaterOneAsks) {
+    CTestDlg dialog(7, app.Frame());
+    user.ExpectDialog(7, [&](CQuillaryDialog& page) {
+        Type(page, "new");
+        user.ExpectMessage(kQuestion, "Save");
+        Ask();  // comes when the other question stands
+        app.Frame().close();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !page.isVisible(); }));
+    });
+    dialog.exec();
+    EXPECT_EQ(dialog.stored, "new");
+    EXPECT_TRUE(Opens("Other"));
+}
+
 TEST_F(HandOverTest, AFileThatDoesNotOpenLeavesNoneOpen) {
     Ask("/nowhere.pdb");
     user.ExpectMessage("Invalid database file.");

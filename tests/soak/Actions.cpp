@@ -1,11 +1,11 @@
 // What the user of the soak does, and what every file must hold behind it.
 #include <QCheckBox>
 #include <QComboBox>
-#include <QHeaderView>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTest>
 #include <QTreeView>
+#include <QTreeWidget>
 
 #include "app/DocListModel.h"
 #include "db/FieldValue.h"
@@ -25,6 +25,10 @@ constexpr std::size_t kMostRecords = 25;
 constexpr std::size_t kMostFiles = 7;
 
 std::string Stored(const QString& text) { return text.toLatin1().toStdString(); }
+
+std::uint32_t Hash(auto kind, const QString& password) {
+    return HashPassword(kind, password.toStdU16String(), AnsiText::Windows1252());
+}
 
 /// What a person sees in a control.
 QString Shown(const CQuillaryDialog& page, int id) {
@@ -497,6 +501,29 @@ void ChangeOptions(Soak& s) {
     s.Command(ID_DATABASE_OPTIONS, !s.readOnly);
 }
 
+void ChangeInfo(Soak& s) {
+    const QString password = s.Of(kPasswords);
+    s.On(137, [&](CQuillaryDialog& page) {
+        std::int32_t lock = s.mem.infoLock;
+        for (int k = s.readOnly ? 0 : s.Pick(4); k > 0; --k) {
+            if (lock == 0) s.Fill(page, 50, 1038);
+            s.On(138, [&](CQuillaryDialog& asking) {
+                s.Answer("You have entered an incorrect password.");
+                for (const QString& one : lock == 0 ? std::vector<QString>{password} : kPasswords) {
+                    if (asking.isVisible()) s.Type(asking.Control<QWidget>(1034), one), s.Press(asking, kOkButton);
+                }
+            });
+            s.Press(page, lock == 0 ? ID_INFO_LOCK : ID_INFO_UNLOCK);
+            lock = lock != 0 ? 0 : static_cast<std::int32_t>(Hash(kInfoLock, password));
+        }
+        const std::string text = Stored(Shown(page, 1038));
+        if (!s.Finish(page) || s.readOnly) return;
+        s.mem.info = text, s.mem.infoLock = lock;
+        s.Saved();
+    });
+    s.Command(ID_DATABASE_INFO);
+}
+
 void ChangePassword(Soak& s) {
     const QString wanted = s.Chance(60) ? QString() : s.Of(kPasswords);
     const QString old = s.Password(*s.open);
@@ -505,13 +532,43 @@ void ChangePassword(Soak& s) {
             s.Type(page.Control<QWidget>(id), text);
         }
         if (!s.Finish(page)) return;
-        s.mem.password = HashPassword(kDatabasePassword, wanted.toStdU16String(), AnsiText::Windows1252());
+        s.mem.password = Hash(kDatabasePassword, wanted);
         s.Saved();
     });
     s.Command(ID_DATABASE_CHANGE_PASSWORD, !s.readOnly);
 }
 
-// ---- Other programs
+// ---- The desktop, servers and other programs
+
+void Download(Soak& s) {
+    if (s.disk.size() > kMostFiles) return;
+    int searches = 0;
+    s.On(203, [&](CQuillaryDialog& page) {
+        s.Type(page.Control<QWidget>(1005), s.Of<QString>({"", "grün"}));
+        s.Press(page, ++searches > 2 ? kCancelButton : kOkButton);
+    });
+    s.On(212, [&](CQuillaryDialog& page) { s.Press(page, kOkButton); });
+    s.On(214, [&](CQuillaryDialog& page) { s.Press(page, s.Chance(80) ? kOkButton : kCancelButton); });
+    s.On(213, [&](CQuillaryDialog& page) {
+        s.WaitFor([&] { return page.isHidden() || page.Control<QWidget>(kOkButton)->isVisible(); },
+                  "the download ends");
+        if (page.isVisible()) s.Press(page, kOkButton);
+    });
+    s.On(205, [&](CQuillaryDialog& page) {
+        auto* list = page.Control<QTreeWidget>(1017);
+        for (const int id : {ID_RESULTS_NEXT, ID_RESULTS_INFORMATION}) {
+            if (page.Control<QWidget>(id)->isEnabled() && s.Chance(50)) s.Press(page, id);
+        }
+        if (s.Chance(20)) return s.Press(page, ID_RESULTS_NEW_SEARCH);
+        for (int k = 0; k < list->topLevelItemCount(); ++k) s.Key(list, s.Chance(50) ? Qt::Key_Space : Qt::Key_Down);
+        s.Press(page, s.Chance(80) ? kOkButton : kCancelButton);
+        if (page.isVisible()) s.Press(page, kCancelButton);  // nothing came
+    });
+    s.Answer("No results returned."), s.Answer("cannot be stored in the search text");
+    s.Command(ID_APP_DOWNLOAD);
+    s.AdoptNewFiles();
+    if (s.View()) s.Opened(s.recentFiles.paths.back());
+}
 
 void HandOver(Soak& s) {
     s.handedOver = s.AnyPath();
@@ -617,12 +674,14 @@ const std::vector<Action>& Actions() {
         {"copies", Action::List, 3, Copy},
         {"deletes a database", Action::Any, 2, Delete},
         {"creates a database", Action::List, 6, Create},
+        {"downloads", Action::List, 4, Download},
         {"edits records", Action::Open, 30, EditRecord},
         {"sorts", Action::Open, 7, Sort},
         {"filters", Action::Open, 12, Filter},
         {"shows all", Action::Open, 6, ShowAll},
         {"changes the fields", Action::Open, 8, ChangeFields},
         {"changes options", Action::Open, 4, ChangeOptions},
+        {"changes the info text", Action::Open, 4, ChangeInfo},
         {"changes the password", Action::Open, 3, ChangePassword},
         {"hands a file over", Action::Any, 3, HandOver},
         {"another program writes", Action::Any, 5, AnotherWrites},

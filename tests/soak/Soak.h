@@ -11,6 +11,7 @@
 #include "platform/DesktopFolderWatcher.h"
 #include "platform/posix/PosixFileAccess.h"
 #include "platform/posix/PreferencesFile.h"
+#include "tests/fakes/ScriptedServer.h"
 #include "tests/soak/Model.h"
 #include "tests/ui/WindowTest.h"
 
@@ -143,6 +144,7 @@ class Soak : public QObject {
     TestClock clock;
     TestLocale locale;
     std::shared_ptr<FakePersonalItems> items = std::make_shared<FakePersonalItems>();
+    ScriptedServer server;
     std::unique_ptr<CQuillaryApp> app;
 
     std::map<Path, Database> disk;  // what every file must hold
