@@ -34,6 +34,9 @@ serve() {
 }
 # The third field of the first result whose title has TEXT.
 file_id() { curl -sg "${address}wireless/?screen=qly_search&start=0&size=1&title=$1" | sed 's/\^!/\n/g' | sed -n 3p; }
+server_memory() {
+  figure "memory of the server, $1" "$(awk '/^VmRSS/ { print int($2 / 1024 + 0.5) }' "/proc/$server/status") MB" "" "" "" "" ""
+}
 per_second() { wrk -t1 -c"$connections" -d"${seconds}s" "$1" | awk '/Non-2xx/ { bad = 1 } /^Requests\/sec/ { print int(bad ? 0 : $2 + 0.5) }'; }
 
 # ---- Downloads
@@ -73,6 +76,7 @@ for name in small middle large; do
   figure "downloads of $(($(stat -c %s served/$name.pdb) / 1024)) KB" "$rate/s" "$peer/s" "$(hundredths $percent)" \
     "at least $(hundredths $aim_percent)" "$(verdict "$percent >= $aim_percent")" "nginx, the same file"
 done
+server_memory "after the downloads"
 kill "$server" "$nginx"
 wait "$nginx" 2>/dev/null || true
 exec {output}<&-
@@ -107,3 +111,4 @@ for search in "an absent text=&title=xylophone" "a common word=&title=islands" "
   figure "search, ${search%%=*}; $(per_second "$url")/s" "$(in_ms "$us")" "" "" "at most $aim_ms ms" \
     "$(verdict "$us <= $((aim_ms * 1000))")" ""
 done
+server_memory "100,000 titles"

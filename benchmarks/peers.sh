@@ -85,3 +85,16 @@ compare "qly import, a CSV" qly_import sqlite_import "sqlite3: .import" 100
 compare "qly find, absent text" qly_find sqlite_find "sqlite3: like" 50
 compare "qly find, absent text" qly_find grep_find "grep -i on the CSV" ""
 compare "qly sort, three keys" qly_sort sqlite_sort "sqlite3: create table as select, order by" 25
+
+size=$(($(stat -c %s table.pdb) / 1024))
+# most_memory FIGURE LIMIT-IN-WORDS LIMIT-IN-KB ARGUMENT...
+most_memory() {
+  local held
+  held=$(command time -f %M "$qly" "${@:4}" 2>&1 >/dev/null | tail -n 1)
+  figure "$1" "$((held / 1024)) MB" "$((size / 1024)) MB" "$(hundredths $((held * 100 / size)))" "at most $2" \
+    "$(verdict "$held <= $3")" "the file's size"
+}
+printf '\nmemory of whole processes\n'
+most_memory "qly list, most memory" "1.3 + 20 MB" $((size * 13 / 10 + 20480)) list table.pdb
+cp table.pdb unsorted.pdb
+most_memory "qly sort, most memory" "2 + 64 MB" $((size * 2 + 65536)) sort unsorted.pdb Room Price:desc Bought

@@ -42,6 +42,18 @@ struct FileKind {
     std::string_view name;
     std::string_view suffix;
 };
+// Options that want a field of one type.
+struct FieldOption {
+    std::string_view command;
+    std::string_view option;
+    FieldType type;
+};
+constexpr FieldOption kFieldOptions[] = {
+    {"calendar", "--date", FieldType::Date},
+    {"calendar", "--start", FieldType::Time},
+    {"calendar", "--end", FieldType::Time},
+};
+
 constexpr FileKind kFileKinds[] = {
     {"FILE", ".pdb"}, {"TABLE", ".csv"}, {"SCHEMA", ".json"}, {"PATH", ""}, {"TARGET", ""},
 };
@@ -138,6 +150,7 @@ class Completer {
         if (equals != m_typed.npos) {
             const CommandOption* option = OptionNamed(m_typed.substr(0, equals));
             if (!option || option->value.empty()) return;
+            m_option = option;
             m_before = m_typed.substr(0, equals + 1);
             Complete(Split(option->value, ' ').front(), m_typed.substr(equals + 1));
             return;
@@ -160,10 +173,12 @@ class Completer {
         } else if (isField || name == "KEY") {
             if (m_option && m_option->name == "--where") Add("*", typed);
             for (const std::string& field : FieldNames()) {
-                Add(field, typed);
+                if (IsWanted(field)) Add(field, typed);
                 if (name != "KEY" || !typed.starts_with(field + ":")) continue;
                 for (const char* order : {":asc", ":desc"}) Add(field + order, typed);
             }
+        } else if (name == "DEFINITION") {
+            CompleteDefinition(typed);
         } else if (name == "FIELD=VALUE") {
             CompleteFieldAndValue(typed);
         } else if (name == "PROPERTY=FIELD") {
@@ -177,6 +192,23 @@ class Completer {
         } else if (name == "VALUE") {
             AddValues(FieldNamed(m_values[0]), "", typed);
         }
+    }
+
+    // Whether it is of the type that the option wants.
+    [[nodiscard]] bool IsWanted(std::string_view field) {
+        for (const FieldOption& row : kFieldOptions) {
+            if (!m_option || row.command != m_command.name || row.option != m_option->name) continue;
+            const auto place = FieldNamed(field);
+            return place && m_doc->TypeOf(*place) == row.type;
+        }
+        return true;
+    }
+
+    void CompleteDefinition(std::string_view typed) {
+        const auto colon = typed.find(':');
+        if (colon == typed.npos) return;
+        const std::string name(typed.substr(0, colon + 1));
+        for (const FieldTypeInfo& info : AllFieldTypes()) Add(name + std::string(info.commandName), typed);
     }
 
     void CompleteFieldAndValue(std::string_view typed) {

@@ -1,5 +1,5 @@
 # shellcheck shell=bash disable=SC2154
-# What ./run, ./test, ./bench and tools/format share. The script that sources it has set `top`, the project's folder.
+# What the scripts in the project's folder and in tools/ share. The script that sources it has set `top`, the project's folder.
 
 say() { printf '%s\n' "$*" >&2; }
 

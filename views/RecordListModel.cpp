@@ -60,6 +60,7 @@ QVariant CRecordListModel::headerData(int section, Qt::Orientation orientation, 
     if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
     const QString name = IsFiller(section) ? QString() : FromWide(m_doc.FieldName(static_cast<std::size_t>(section)));
     if (role == Qt::DisplayRole) return name;
+    if (role == Qt::AccessibleTextRole && IsFiller(section)) return QStringLiteral("Empty column");
     if (role == Qt::ToolTipRole) return PlainToolTip(name);  // the heading may be too narrow for it
     if (role == Qt::TextAlignmentRole) return QVariant::fromValue(AlignmentOf(section));
     if (role == Qt::AccessibleDescriptionRole) return SortDescription(section);
