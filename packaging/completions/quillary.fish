@@ -19,7 +19,7 @@ function __fish_quillary_complete
     set -l words (commandline -opc)
     set -l typed (commandline -ct)
     if string match -q -- '-*' "$typed"
-        $words[1] --help 2>/dev/null | string replace -rf '^ +(?:-h,)?(--[a-z-]+)(?: [A-Z]\S*)? *' '$1\t'
+        $words[1] --help 2>/dev/null | string replace -rf '^ +(?:-h, ?)?(--[a-z-]+)(?: [A-Z]\S*)? *' '$1\t'
         return
     end
     switch $words[-1]
