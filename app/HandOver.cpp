@@ -32,6 +32,7 @@ std::optional<Path> DroppedDatabase(const QDropEvent& drop) {
 CHandOver::CHandOver(CMainFrame& frame, Open open) : m_frame(frame), m_open(std::move(open)) {
     m_frame.setAcceptDrops(true);
     m_frame.installEventFilter(this);
+    m_frame.Unwinding().whenStopped = [this] { PostNext(); };
 }
 
 bool CHandOver::Start(SingleInstance& instances, const LaunchRequest& request) {
@@ -66,11 +67,8 @@ bool CHandOver::event(QEvent* event) {
 void CHandOver::PostNext() { QCoreApplication::postEvent(this, new QEvent(kOpenFileMessage)); }
 
 void CHandOver::OpenNext() {
-    if (m_busy || m_paths.empty()) return;
-    if (m_frame.Unwinding().IsWaiting()) {  // the window is about to close
-        m_paths.clear();
-        return;
-    }
+    // While the window is about to close, they wait for a dialog that refuses its end.
+    if (m_busy || m_paths.empty() || m_frame.Unwinding().IsWaiting()) return;
     const Path path = std::move(m_paths.front());
     m_paths.pop_front();
     m_busy = true;

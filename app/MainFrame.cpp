@@ -16,6 +16,7 @@
 #include "ui/CommandIds.h"
 #include "ui/HelpBook.h"
 #include "ui/HelpTopics.h"
+#include "ui/MenuPlace.h"
 #include "ui/Menus.h"
 #include "ui/OpenDialog.h"
 #include "ui/QuillaryDialog.h"
@@ -49,6 +50,7 @@ CMainFrame::CMainFrame(CommandTarget& application, InputPanel& inputPanel)
           *this, AllAccelerators(), [this](int command) { Dispatch(command); },
           [this](int command, CommandState& state) { QueryState(command, state); }),
       m_recordBar(new CRecordBar(m_actions, [this] { Dispatch(ID_FILE_OPEN); })) {
+    qApp->installEventFilter(new MenuByShiftF10(this));
     m_menus->setNativeMenuBar(false);  // a place of its own, also for the tests' clicks
     setMenuBar(m_menus);
     addToolBar(m_recordBar);

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QMessageBox>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
@@ -56,6 +57,10 @@ std::optional<CUnwinding::Way> CUnwinding::AskForWay(QWidget* parent, const QStr
         return page && page->IsChanged();
     });
     if (!isChanged) return Way::Cancel;
+    // A message or a question that stands on the page goes, so that there is one at a time.
+    for (auto top = open.rbegin(); top != open.rend() && qobject_cast<QMessageBox*>(*top); ++top) {
+        if ((*top)->isVisible()) (*top)->reject();
+    }
     enum Answer { Save, Discard };
     switch (AskUser(parent, question, {QStringLiteral("Save"), QStringLiteral("Discard"), QStringLiteral("Cancel")})) {
         case Save:
@@ -102,7 +107,9 @@ void CUnwinding::Step() {
     }
     m_waiting = false;
     const Task task = std::exchange(m_task, {});
-    OpenDialog::All().empty() ? task.run() : task.giveUp();
+    if (OpenDialog::All().empty()) return task.run();
+    task.giveUp();
+    whenStopped();
 }
 
 bool CUnwinding::End(QDialog& dialog) const {

@@ -17,7 +17,7 @@ struct ImportRules {
     const AnsiText& page;
     std::optional<DateOrder> givenOrder;  // --date-order
     DateOrder userOrder;
-    int century;           // of years below 100
+    int century;           // of years of two digits
     bool lenient = false;  // a value that cannot be read as its type is stored empty
     bool fit = false;      // set the widths of the fields from their texts
 };

@@ -14,7 +14,7 @@ namespace quillary {
 struct EntryRules {
     const AnsiText& page;
     DateOrder order;
-    int century;  // of a year below 100
+    int century;  // of a year of two digits
 };
 
 /// What a value that is not there is stored as.

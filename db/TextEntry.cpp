@@ -67,13 +67,19 @@ class Scanner {
     std::string_view m_rest;
 };
 
-std::optional<int> Year(Scanner::Digits digits, std::optional<int> century) {
+struct YearRules {
+    std::optional<int> century;
+    ShortYears shortYears;
+};
+
+std::optional<int> Year(Scanner::Digits digits, const YearRules& rules) {
+    if (digits.count == 3 && rules.shortYears == ShortYears::Refused) return std::nullopt;
     if (digits.value >= 100) return digits.value;
-    if (!century || digits.count > 2) return std::nullopt;
-    return *century + digits.value;
+    if (!rules.century || digits.count != 2) return std::nullopt;
+    return *rules.century + digits.value;
 }
 
-std::optional<std::int32_t> ParseMonthName(std::string_view text, std::optional<int> century) {
+std::optional<std::int32_t> ParseMonthName(std::string_view text, const YearRules& rules) {
     Scanner scanner(text);
     const std::string_view name = scanner.Word();
     const auto* month = std::find_if(std::begin(kMonthNames), std::end(kMonthNames),
@@ -85,17 +91,19 @@ std::optional<std::int32_t> ParseMonthName(std::string_view text, std::optional<
     if (!scanner.Blanks() && !comma) return std::nullopt;
     const auto yearDigits = scanner.Number(4);
     if (!yearDigits || !scanner.AtEnd()) return std::nullopt;
-    const auto year = Year(*yearDigits, century);
+    const auto year = Year(*yearDigits, rules);
     if (!year) return std::nullopt;
     return DateToDay({*year, static_cast<int>(month - std::begin(kMonthNames)) + 1, day->value});
 }
 
 }  // namespace
 
-std::optional<std::int32_t> ParseDate(std::string_view text, DateOrder order, std::optional<int> century) {
+std::optional<std::int32_t> ParseDate(std::string_view text, DateOrder order, std::optional<int> century,
+                                      ShortYears shortYears) {
+    const YearRules rules{century, shortYears};
     text = Trimmed(text);
     if (text.empty()) return std::nullopt;
-    if (!IsDigit(text.front())) return ParseMonthName(text, century);
+    if (!IsDigit(text.front())) return ParseMonthName(text, rules);
 
     Scanner scanner(text);
     std::array<Scanner::Digits, 3> numbers{};
@@ -121,7 +129,7 @@ std::optional<std::int32_t> ParseDate(std::string_view text, DateOrder order, st
     constexpr Places kPlaces[] = {{2, 0, 1}, {2, 1, 0}, {0, 1, 2}};
     const Places& at = kPlaces[static_cast<std::size_t>(order)];
     if (numbers[at.month].count > 2 || numbers[at.day].count > 2) return std::nullopt;
-    const auto year = Year(numbers[at.year], century);
+    const auto year = Year(numbers[at.year], rules);
     if (!year) return std::nullopt;
     return DateToDay({*year, numbers[at.month].value, numbers[at.day].value});
 }

@@ -214,7 +214,8 @@ std::optional<std::string> CFilterConditionEditor::StoredValue(Failure& failure,
          {std::pair<CValuePicker*, int>(m_date, m_controls.date), {m_time, m_controls.time}}) {
         if (editor != picker || !picker->IsUnreadable()) continue;
         control = id;
-        failure.text = picker->WhyUnreadable().toStdString();
+        failure.text =
+            QStringLiteral("Filter %1: %2").arg(m_controls.number).arg(picker->WhyUnreadable()).toStdString();
         return std::nullopt;
     }
     control = m_controls.text;

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "db/Messages.h"
+#include "query/FilterConditionEditor.h"
 #include "query/FilterConditionsPage.h"
 #include "ui/HelpTopics.h"
 #include "ui/WideText.h"
@@ -24,7 +25,14 @@ CFilterRecordsDlg::CFilterRecordsDlg(const CQuillaryDoc& doc, const Clock& clock
 
 CFilterRecordsDlg::CFilterRecordsDlg(CFilterConditionsPage* page, FrameWindow& frame)
     : CQuillaryDialog(kDialog, nullptr, Short(*page), frame), m_page(page) {
-    findChild<QScrollArea*>()->verticalScrollBar()->setSingleStep(kLineStep);
+    auto* scroll = findChild<QScrollArea*>();
+    QScrollBar* bar = scroll->verticalScrollBar();
+    bar->setSingleStep(kLineStep);
+    // A field that is chosen brings its operator and value with it, below on a small screen.
+    connect(bar, &QScrollBar::rangeChanged, page, [scroll, page] {
+        QWidget* condition = page->focusWidget() ? page->focusWidget()->parentWidget() : nullptr;
+        if (dynamic_cast<CFilterConditionEditor*>(condition)) scroll->ensureWidgetVisible(condition, 0, 0);
+    });
 }
 
 void CFilterRecordsDlg::Load() {

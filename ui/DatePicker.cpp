@@ -3,7 +3,9 @@
 #include <QAbstractSpinBox>
 #include <QCalendarWidget>
 #include <QFrame>
+#include <QRegularExpression>
 #include <QScreen>
+#include <QTextCharFormat>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -35,6 +37,10 @@ CDatePicker::CDatePicker(DateOrder order, const Clock& clock, QWidget* parent)
       m_clock(clock) {}
 
 CValuePicker::Number CDatePicker::Read(const QString& text) const {
+    return ParseDate(text.toStdString(), m_order, CenturyOf(m_clock), ShortYears::Refused);
+}
+
+CValuePicker::Number CDatePicker::ReadPasted(const QString& text) const {
     return ParseDate(text.toStdString(), m_order, CenturyOf(m_clock));
 }
 
@@ -44,6 +50,11 @@ QString CDatePicker::RefusalOf(const QString& text) const {
     const QString example = QDate(2004, 12, 31).toString(FormatOf(m_order));
     return FromUtf8(FormatMessage(Message::NotADate, {text.toStdString()})) +
            QStringLiteral(" Write it like %1 or December 31, 2004.").arg(example);
+}
+
+// The record list has the month first for everybody.
+QString CDatePicker::InWords(std::int32_t day) const {
+    return m_order == DateOrder::MonthDayYear ? QString() : QLocale::c().toString(ToDate(day), u"MMMM dd, yyyy");
 }
 
 std::int32_t CDatePicker::Start() const { return m_clock.Today(); }
@@ -74,9 +85,29 @@ void CDatePicker::MakeCalendar() {
     connect(m_calendar, &QCalendarWidget::activated, this, choose);
 }
 
+std::int32_t CDatePicker::Begun() const {
+    static const QRegularExpression kBetween(QStringLiteral("[\\W_]+"));
+    const std::int32_t before = LastValue().value_or(Start());
+    const QStringList typed = Text().split(kBetween, Qt::SkipEmptyParts);
+    if (typed.isEmpty()) return before;
+    const bool isNamed = typed.front().front().isLetter();
+    const bool beginsWithYear = typed.front().size() == 4;
+    const QString format =
+        isNamed ? QStringLiteral("MMMM dd yyyy") : FormatOf(beginsWithYear ? DateOrder::YearMonthDay : m_order);
+    const QStringList rest = QLocale::c().toString(ToDate(before), format).split(kBetween);
+    for (qsizetype read = std::min(typed.size(), rest.size()); read > 0; --read) {
+        const QStringList parts = typed.first(read) + rest.sliced(read);
+        if (const Number day = Read(parts.join(isNamed ? u' ' : u'-'))) return *day;
+    }
+    return before;
+}
+
 void CDatePicker::DropDown() {
     if (!m_calendar) MakeCalendar();
-    m_calendar->setSelectedDate(ToDate(Value().value_or(Start())));
+    QTextCharFormat weekend;  // the toolkit's red is for light colours
+    weekend.setForeground(Red());
+    for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday}) m_calendar->setWeekdayTextFormat(day, weekend);
+    m_calendar->setSelectedDate(ToDate(IsEmpty() ? Start() : Value().value_or(Begun())));
     QWidget& frame = *m_calendar->parentWidget();
     frame.adjustSize();
     const QWidget& line = Editor();

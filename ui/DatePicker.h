@@ -21,8 +21,10 @@ class CDatePicker : public CValuePicker {
 
   protected:
     [[nodiscard]] Number Read(const QString& text) const override;
+    [[nodiscard]] Number ReadPasted(const QString& text) const override;
     [[nodiscard]] QString Write(std::int32_t day) const override;
     [[nodiscard]] QString RefusalOf(const QString& text) const override;
+    [[nodiscard]] QString InWords(std::int32_t day) const override;
     [[nodiscard]] std::int32_t Start() const override;
     [[nodiscard]] Number Stepped(std::int32_t day, QChar part, int steps) const override;
     /// The calendar.
@@ -30,6 +32,8 @@ class CDatePicker : public CValuePicker {
 
   private:
     void MakeCalendar();
+    /// What can be read of a date that is not typed to its end; what cannot is that of the day before.
+    [[nodiscard]] std::int32_t Begun() const;
 
     const DateOrder m_order;
     const Clock& m_clock;

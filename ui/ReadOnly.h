@@ -1,4 +1,5 @@
-// Editors without a read-only state of the toolkit's own say it to a screen reader in words.
+// Not every editor has a read-only state of the toolkit's own, and not every screen reader tells it: they say it in
+// words.
 #pragma once
 
 #include <QWidget>

@@ -3,6 +3,8 @@
 
 #include <QPlainTextEdit>
 
+#include "ui/ReadOnly.h"
+
 namespace quillary {
 
 class CTextEdit : public QPlainTextEdit {
@@ -15,7 +17,10 @@ class CTextEdit : public QPlainTextEdit {
     [[nodiscard]] QString Text() const;
     /// The first letter typed into the empty editor becomes upper case.
     void CapitalizeFirst(bool capitalize) { m_capitalize = capitalize; }
-    void SetReadOnly(bool readOnly) { setReadOnly(readOnly); }
+    void SetReadOnly(bool readOnly) {
+        setReadOnly(readOnly);
+        TellReadOnly(*this, readOnly);
+    }
 
   protected:
     bool event(QEvent* event) override;

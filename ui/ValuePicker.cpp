@@ -21,10 +21,6 @@ namespace {
 constexpr int kCheckIdAfterEditor = 300;  // the editors of a form begin at 100, its action buttons at 500
 constexpr int kLongestQuoted = 40;        // characters
 
-QColor RefusedColor(const QPalette& palette) {
-    return palette.color(QPalette::Base).lightness() < 128 ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
-}
-
 }  // namespace
 
 // The toolkit's editors of dates correct what is typed into one part to what fits the others; here nothing is read
@@ -123,7 +119,8 @@ CValuePicker::CValuePicker(Arrows arrows, const QString& parts, const QString& e
         m_editor->Line().setObjectName(id);
         m_check->setObjectName(QString::number(id.toInt() + kCheckIdAfterEditor));
     });
-    DescribeState();
+    m_editor->setAccessibleDescription(m_emptyText);
+    m_editor->Line().setPlaceholderText(m_emptyText);
 }
 
 QAbstractSpinBox& CValuePicker::Editor() const { return *m_editor; }
@@ -147,7 +144,12 @@ void CValuePicker::SetReadOnly(bool readOnly) {
     DescribeState();
 }
 
+QColor CValuePicker::Red() const {
+    return palette().color(QPalette::Base).lightness() < 128 ? QColor(0xFF, 0x8A, 0x80) : QColor(0xB0, 0x00, 0x20);
+}
+
 void CValuePicker::SetValue(Number value) {
+    m_last = value;
     m_setting = true;
     m_editor->Line().setText(value ? Write(*value) : QString());
     m_setting = false;
@@ -155,6 +157,7 @@ void CValuePicker::SetValue(Number value) {
 }
 
 void CValuePicker::SetByUser(Number value) {
+    m_last = value;
     QLineEdit& line = m_editor->Line();
     line.selectAll();
     value ? line.insert(Write(*value)) : line.del();
@@ -162,38 +165,43 @@ void CValuePicker::SetByUser(Number value) {
 
 void CValuePicker::CleanUp() {
     const Number value = Value();
+    if (value) m_last = value;
     if (value ? Text() != Write(*value) : IsEmpty() && !Text().isEmpty()) SetByUser(value);
 }
 
 void CValuePicker::TextChanged() {
     m_check->setChecked(!IsEmpty());
-    MarkUnreadable(false, false);
-    DescribeState();
+    MarkUnreadable(false);
     if (!m_setting && m_changed) m_changed();
 }
 
-void CValuePicker::MarkUnreadable(bool on, bool tell) {
-    if (m_marked == on) return;
+void CValuePicker::MarkUnreadable(bool on) {
+    if (m_marked != on) {
+        QPalette colors;
+        if (on) colors.setColor(QPalette::Text, Red());
+        m_editor->Line().setPalette(colors);
+    }
     m_marked = on;
-    QPalette colors;
-    if (on) colors.setColor(QPalette::Text, RefusedColor(palette()));
-    m_editor->Line().setPalette(colors);
-    const QString why = on ? PlainToolTip(WhyUnreadable()) : QString();
-    m_editor->setToolTip(why);
     DescribeState();
-    if (!on || !tell) return;
-    // When the focus has arrived, which takes a tooltip away.
-    const auto show = [this, why] {
-        if (m_marked && isVisible()) QToolTip::showText(mapToGlobal(QPoint(width() / 2, 0)), why, this);
+}
+
+// When the focus has arrived, which takes a tooltip away.
+void CValuePicker::TellWhy() {
+    const auto show = [this] {
+        if (m_marked && isVisible()) QToolTip::showText(mapToGlobal(QPoint(width() / 2, 0)), m_editor->toolTip(), this);
     };
-    QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
+    if (m_marked) QMetaObject::invokeMethod(this, show, Qt::QueuedConnection);
 }
 
 void CValuePicker::DescribeState() {
     QStringList state;
     if (m_readOnly) state << QStringLiteral("read only");
     if (IsEmpty()) state << m_emptyText;
+    const Number value = Value();
+    const QString words = value ? InWords(*value) : QString();
+    if (!words.isEmpty()) state << words;
     if (m_marked) state << WhyUnreadable();
+    m_editor->setToolTip(PlainToolTip(m_marked ? WhyUnreadable() : words));
     m_editor->setAccessibleDescription(state.join(QStringLiteral(", ")));
     m_editor->Line().setPlaceholderText(IsEmpty() ? m_emptyText : QString());  // a screen reader's description, too
 }
@@ -201,7 +209,11 @@ void CValuePicker::DescribeState() {
 void CValuePicker::Step(int steps) {
     if (IsEmpty()) return SetByUser(Start());
     const Number value = Value();
-    if (!value) return QApplication::beep();
+    if (!value) {
+        QApplication::beep();
+        MarkUnreadable(true);
+        return TellWhy();
+    }
     QLineEdit& line = m_editor->Line();
     const int caret = line.hasSelectedText() ? line.selectionStart() : line.cursorPosition();
     const qsizetype at = std::min<qsizetype>(caret, m_parts.size() - 1);
@@ -234,7 +246,7 @@ bool CValuePicker::TakesKey(const QKeyEvent& event) {
 
 // One whole value takes the place of all; anything else goes where the caret is, as if it were typed.
 bool CValuePicker::TakesPasted(const QString& pasted) {
-    const Number value = Read(pasted);
+    const Number value = ReadPasted(pasted);
     if (value) SetByUser(value);
     return value.has_value();
 }
@@ -251,7 +263,8 @@ bool CValuePicker::eventFilter(QObject* watched, QEvent* event) {
                                 reason == Qt::MouseFocusReason || reason == Qt::ShortcutFocusReason;
             if (!isLeft || m_readOnly) return false;
             CleanUp();
-            MarkUnreadable(IsUnreadable(), reason != Qt::MouseFocusReason);
+            MarkUnreadable(IsUnreadable());
+            if (reason != Qt::MouseFocusReason) TellWhy();
             return false;
         }
         case QEvent::Wheel:

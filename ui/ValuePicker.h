@@ -8,6 +8,7 @@
 #include <optional>
 
 class QAbstractSpinBox;
+class QColor;
 
 namespace quillary {
 
@@ -43,19 +44,29 @@ class CValuePicker : public QWidget {
 
     [[nodiscard]] Number Value() const { return Read(Text()); }
     void SetValue(Number value);
+    /// The last one that was set or left.
+    [[nodiscard]] Number LastValue() const { return m_last; }
     /// In a way that Undo takes back.
     void SetByUser(Number value);
     [[nodiscard]] QAbstractSpinBox& Editor() const;
 
+    /// What a person types.
     [[nodiscard]] virtual Number Read(const QString& text) const = 0;
+    /// What comes from another place, whole.
+    [[nodiscard]] virtual Number ReadPasted(const QString& text) const { return Read(text); }
     [[nodiscard]] virtual QString Write(std::int32_t value) const = 0;
     [[nodiscard]] virtual QString RefusalOf(const QString& text) const = 0;
+    /// The same without a doubt, where the written form leaves one.
+    [[nodiscard]] virtual QString InWords(std::int32_t /*value*/) const { return {}; }
     /// What an empty picker starts with.
     [[nodiscard]] virtual std::int32_t Start() const = 0;
     /// nullopt beyond the ends of the range.
     [[nodiscard]] virtual Number Stepped(std::int32_t value, QChar part, int steps) const = 0;
     /// For the arrow, Alt+Down and F4.
     virtual void DropDown() {}
+
+    /// Red that can be read on the colour of editors.
+    [[nodiscard]] QColor Red() const;
 
     bool event(QEvent* event) override;
 
@@ -67,13 +78,16 @@ class CValuePicker : public QWidget {
     [[nodiscard]] bool TakesPasted(const QString& pasted);
     void Step(int steps);
     void TextChanged();
-    void MarkUnreadable(bool on, bool tell);
+    void MarkUnreadable(bool on);
+    /// Why the text is marked.
+    void TellWhy();
     void DescribeState();
 
     const QString m_parts;
     const QString m_emptyText;
     LineWithArrows* m_editor;
     CQLYButton* m_check;
+    Number m_last;
     bool m_readOnly = false;
     bool m_setting = false;  // by the program
     bool m_marked = false;   // left with a text that cannot be read

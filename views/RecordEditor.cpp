@@ -13,6 +13,7 @@
 #include "ui/NumericEdit.h"
 #include "ui/QLYButton.h"
 #include "ui/QLYComboBox.h"
+#include "ui/ReadOnly.h"
 #include "ui/TextEdit.h"
 #include "ui/TimePicker.h"
 #include "ui/WideText.h"
@@ -84,7 +85,10 @@ class LineEditor : public CRecordEditor {
         if (m_edit.text() != Display(stored)) return Load(stored);
         m_loaded = m_edit.text();
     }
-    void SetReadOnly(bool readOnly) override { m_edit.setReadOnly(readOnly); }
+    void SetReadOnly(bool readOnly) override {
+        m_edit.setReadOnly(readOnly);
+        TellReadOnly(m_edit, readOnly);
+    }
     [[nodiscard]] bool IsChanged() const override { return m_edit.text() != m_loaded; }
     [[nodiscard]] std::optional<std::string> Stored(Failure& failure) const override {
         return StoredOf(m_edit.text(), failure);
@@ -106,7 +110,10 @@ class LinkEditor : public LineEditor {
   public:
     LinkEditor(const CQuillaryDoc& doc, std::size_t field, QWidget& parent)
         : LinkEditor(doc, field, *new CLinkEdit(&parent)) {}
-    void SetReadOnly(bool readOnly) override { m_edit.SetReadOnly(readOnly); }
+    void SetReadOnly(bool readOnly) override {
+        LineEditor::SetReadOnly(readOnly);
+        m_edit.SetReadOnly(readOnly);
+    }
     [[nodiscard]] bool IsLinkAt(const QPoint& place) const override { return m_edit.IsLinkAt(place); }
     void WhenFollowed(const std::function<void()>& follow) override { m_edit.onFollow = follow; }
 
@@ -204,7 +211,8 @@ class PickerEditor : public CRecordEditor {
     }
     [[nodiscard]] std::optional<std::string> Stored(Failure& failure) const override {
         if (m_picker.IsUnreadable()) {
-            failure.text = m_picker.WhyUnreadable().toStdString();
+            const QString name = OnOneLine(FromWide(Doc().FieldName(Field())));
+            failure.text = QStringLiteral("Field \"%1\": %2").arg(name, m_picker.WhyUnreadable()).toStdString();
             return std::nullopt;
         }
         m_picker.CleanUp();  // the focus may still be there

@@ -25,12 +25,16 @@ class CTestDlg : public CQuillaryDialog {
   public:
     CTestDlg(int id, FrameWindow& frame) : CQuillaryDialog({id, u"Test", kControls, {}, Buttons::OkCancel}, frame) {}
     QString stored;
+    std::function<void()> beforeRefusal = [] {};
 
   protected:
     void Load() override { Control<QLineEdit>(kEdit)->setText(QStringLiteral("loaded")); }
     bool Commit() override {
         const QString text = Control<QLineEdit>(kEdit)->text();
-        if (text == QStringLiteral("refused")) return Refuse(kEdit, QStringLiteral("No."));
+        if (text == QStringLiteral("refused")) {
+            beforeRefusal();
+            return Refuse(kEdit, QStringLiteral("No."));
+        }
         stored = text;
         return true;
     }
@@ -143,6 +147,35 @@ TEST_F(HandOverTest, OfTwoRequestsOnlyTheLaterOneAsks) {
     });
     dialog.exec();
     EXPECT_EQ(dialog.stored, "new");
+    EXPECT_TRUE(Opens("Other"));
+}
+
+TEST_F(HandOverTest, AMessageGivesWayToTheQuestion) {
+    CTestDlg dialog(7, app.Frame());
+    user.ExpectDialog(7, [&](CQuillaryDialog& page) {
+        Type(page, "refused");
+        QMetaObject::invokeMethod(
+            &app.Frame(), [this] { app.Frame().close(); }, Qt::QueuedConnection);
+        user.ExpectMessage("Save the changes before closing?", "Discard");
+        page.accept();  // whose message nobody has read yet
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !page.isVisible(); }));
+    });
+    EXPECT_EQ(dialog.exec(), QDialog::Rejected);
+}
+
+TEST_F(HandOverTest, ARequestDuringARefusedCloseComesAfterIt) {
+    CTestDlg dialog(7, app.Frame());
+    user.ExpectDialog(7, [&](CQuillaryDialog& page) {
+        Type(page, "refused");
+        user.ExpectMessage("Save the changes before closing?", "Save");
+        dialog.beforeRefusal = [this] { Ask(); };  // comes when the message stands
+        user.ExpectMessage("No.");
+        user.ExpectMessage(kQuestion, "Discard");
+        app.Frame().close();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !page.isVisible(); }));
+        page.reject();
+    });
+    dialog.exec();
     EXPECT_TRUE(Opens("Other"));
 }
 

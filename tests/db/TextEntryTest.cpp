@@ -23,12 +23,17 @@ TEST(TextEntry, Dates) {
         {"03/07/2004", kMDY, {2004, 3, 7}},     {"03.07.2004", kDMY, {2004, 7, 3}},
         {"3-7-2004", kDMY, {2004, 7, 3}},       {"2004/03/07", kYMD, {2004, 3, 7}},
         {"3/7/04", kMDY, {2004, 3, 7}},         {"01/01/0100", kMDY, {100, 1, 1}},
+        {"04/03/202", kMDY, {202, 4, 3}},       {"202-04-03", kYMD, {202, 4, 3}},
     };
     for (const auto& c : kCases) EXPECT_EQ(DateToDay(c.date), ParseDate(c.text, c.order, 2000)) << c.text;
     for (const char* refused : {"", "March7, 2004", "Mar 7, 2004", "2004/03/07", "13/01/2004", "03/07.2004",
-                                "02/29/1900", "3/7/004", "36500", "12/12/12345", "2004-03-07T10:00"}) {
+                                "02/29/1900", "3/7/004", "1/1/0", "36500", "12/12/12345", "2004-03-07T10:00"}) {
         EXPECT_FALSE(ParseDate(refused, kMDY, 2000)) << refused;
     }
+    for (const char* halfTyped : {"04/03/202", "04.03.202", "April 3, 202"}) {
+        EXPECT_FALSE(ParseDate(halfTyped, kMDY, 2000, ShortYears::Refused)) << halfTyped;
+    }
+    EXPECT_TRUE(ParseDate("04/03/0202", kMDY, 2000, ShortYears::Refused));
     EXPECT_FALSE(ParseDate("3/7/04", kMDY, std::nullopt)) << "two digits of a year without a century";
 }
 

@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
+#include "db/FieldValue.h"
 #include "ui/DatePicker.h"
 #include "ui/NumericEdit.h"
 #include "ui/QLYButton.h"
@@ -277,7 +278,8 @@ void TypeInto(Desk<Picker>& desk, const TypedCase& c, std::optional<std::int32_t
     EXPECT_EQ(line->text(), c.left) << c.name;
     EXPECT_EQ((desk.editor.*value)(), c.after) << c.name;
     EXPECT_EQ(desk.editor.IsUnreadable(), c.isRefused) << c.name;
-    EXPECT_EQ(desk.editor.template findChild<QAbstractSpinBox*>()->toolTip().isEmpty(), !c.isRefused) << c.name;
+    EXPECT_EQ(desk.editor.template findChild<QAbstractSpinBox*>()->toolTip().contains(" is no "), c.isRefused)
+        << c.name;
     EXPECT_EQ(changes > 0, c.isRefused || c.after != c.before) << c.name;
     EXPECT_EQ(desk.editor.template findChild<CQLYButton*>()->isChecked(), c.isRefused || c.after) << c.name;
 }
@@ -297,7 +299,9 @@ TEST(DatePicker, Typing) {
         {kMdy, {"ISO in any order", kToday, "2004-03-07", "03/07/2004", k7March}},
         {kDmy, {"the month by its name", kToday, "march 7, 2004", "07.03.2004", k7March}},
         {kDmy, {"two digits are this century", kToday, "7/3/04", "07.03.2004", k7March}},
-        {kMdy, {"early years", {}, "1/2/850", "01/02/0850", -384963}},
+        {kMdy, {"early years", {}, "1/2/0850", "01/02/0850", -384963}},
+        {kMdy, {"a year that lacks a digit", kToday, "04/03/202", "04/03/202", {}, true}},
+        {kDmy, {"or three", kToday, "1.1.2", "1.1.2", {}, true}},
         {kMdy, {"another order", kToday, "31.12.2004", "31.12.2004", {}, true}},
         {kMdy, {"a month that no year has", kToday, "13/1/2004", "13/1/2004", {}, true}},
         {kMdy, {"a day that the month lacks", kToday, "2/30/2004", "2/30/2004", {}, true}},
@@ -315,6 +319,8 @@ TEST(DatePicker, Typing) {
         Desk<CDatePicker> desk(c.order, std::cref(clock));
         desk.editor.SetDay(c.typed.before);
         TypeInto(desk, c.typed, &CDatePicker::Day);
+        const QString described = desk.editor.findChild<QAbstractSpinBox*>()->accessibleDescription();
+        EXPECT_EQ(described == "March 07, 2004", c.order != kMdy && c.typed.after == k7March) << c.typed.name;
     }
 }
 
@@ -361,13 +367,19 @@ TEST(DatePicker, CalendarCheckBoxAndClipboard) {
         Qt::KeyboardModifier modifier;
         std::vector<Qt::Key> keys;
         std::optional<std::int32_t> after;
+        const char* typed = "";
     } kOpenings[] = {
         {"left at once", 0, Qt::NoModifier, {Qt::Key_Escape}, {}},
         {"left after a step", Qt::Key_F4, Qt::NoModifier, {Qt::Key_Right, Qt::Key_Escape}, {}},
         {"an empty one begins at today", Qt::Key_Down, Qt::AltModifier, {Qt::Key_Right, Qt::Key_Return}, kToday + 1},
         {"then at its day", 0, Qt::NoModifier, {Qt::Key_Left, Qt::Key_Return}, kToday},
+        {"of its year", Qt::Key_F4, Qt::NoModifier, {Qt::Key_Return}, DateToDay({2026, 4, 3}), "<4/3/202"},
+        {"of its day", Qt::Key_F4, Qt::NoModifier, {Qt::Key_Return}, DateToDay({2004, 5, 3}), "<2004-5"},
+        {"a name", Qt::Key_F4, Qt::NoModifier, {Qt::Key_Return}, DateToDay({2004, 3, 9}), "<march 9"},
+        {"else where it was", Qt::Key_F4, Qt::NoModifier, {Qt::Key_Return}, DateToDay({2004, 3, 9}), "<31.12"},
     };
     for (const auto& c : kOpenings) {
+        desk.Press(c.typed);
         if (c.opens == 0) {
             QTest::mouseClick(edit, Qt::LeftButton, {}, {edit->width() - 8, edit->height() / 2});
         } else {
@@ -394,9 +406,14 @@ TEST(DatePicker, CalendarCheckBoxAndClipboard) {
         desk.Press("V");
         EXPECT_EQ(picker.Day(), 36'591) << text;
     }
+    QApplication::clipboard()->setText("01/02/850");
+    desk.Press("<V");
+    EXPECT_EQ(picker.Text(), "01/02/0850") << "as the list shows it";
     QApplication::clipboard()->setText("soon");
     desk.Press("<V");
     EXPECT_TRUE(picker.IsUnreadable() && picker.Text() == QStringLiteral("soon")) << "as if it were typed";
+    Roll(*edit);
+    EXPECT_FALSE(edit->toolTip().isEmpty()) << "why nothing is stepped";
     picker.SetDay(36'591);
     desk.Leave();
     Roll(*edit);

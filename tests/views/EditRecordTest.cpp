@@ -61,7 +61,8 @@ TEST_F(EditRecordTest, ANumberIsCleanedUpThoughTheFocusNeverLeftIt) {
 }
 
 TEST_F(EditRecordTest, ATypedDateOrTimeIsReadAsAWholeOrRefused) {
-    constexpr const char* kNoDate = "\"2/30/2004\" is no date. Write it like 12/31/2004 or December 31, 2004.";
+    constexpr const char* kNoDate =
+        "Field \"Due\": \"2/30/2004\" is no date. Write it like 12/31/2004 or December 31, 2004.";
     const struct {
         int id;
         const char* typed;
@@ -73,7 +74,7 @@ TEST_F(EditRecordTest, ATypedDateOrTimeIsReadAsAWholeOrRefused) {
         {104, "2/30/2004", kNoDate, "36591"},
         {105, "9:05", {}, "32700"},
         {105, "0:30", {}, "1800"},
-        {105, "230p", "\"230p\" is no time. Write it like 02:30 pm or 14:30.", "52200"},
+        {105, "230p", "Field \"At\": \"230p\" is no time. Write it like 02:30 pm or 14:30.", "52200"},
     };
     for (const auto& r : kRows) {
         for (const int button : {kOkButton, int(ID_FORM_NEXT)}) {

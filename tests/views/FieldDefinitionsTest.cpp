@@ -356,8 +356,7 @@ TEST_F(FieldDefinitionsTest, EditsTheItemsOfAList) {
     EXPECT_TRUE(RunType(edit, [&](CQuillaryDialog& page) {
         auto* list = page.Control<CRowListView>(1004);
         const auto choose = [list](int item) {
-            QContextMenuEvent asked(QContextMenuEvent::Keyboard, {}, {});
-            QApplication::sendEvent(list, &asked);
+            QTest::keyClick(list, Qt::Key_F10, Qt::ShiftModifier);
             auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             ASSERT_TRUE(menu);
             QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(menu->actions()[item]).center());

@@ -91,6 +91,20 @@ TEST_F(FilterTest, EveryTypeHasItsOperatorsAndItsEditor) {
     EXPECT_EQ(files.saves, 0);
 }
 
+TEST_F(FilterTest, AChosenFieldBringsItsValueIntoSight) {
+    app.Frame().resize(274, 320);
+    OpenTyped();
+    Filter(
+        [](CQuillaryDialog& page) {
+            page.Control<QWidget>(1008)->setFocus();
+            Choose(page, 1008, "Due");
+            const auto* value = page.Control<QAbstractSpinBox>(1045);
+            QTest::qWait(0);  // for the layout
+            EXPECT_EQ(value->visibleRegion(), value->rect());
+        },
+        kCancelButton);
+}
+
 TEST_F(FilterTest, ConditionsMoveUpNarrowAndGoStale) {
     CQuillaryDoc* doc = OpenTyped();
     Filter([&](CQuillaryDialog& page) {
@@ -102,7 +116,7 @@ TEST_F(FilterTest, ConditionsMoveUpNarrowAndGoStale) {
         Choose(page, 1011, "or (match any)");
         EXPECT_TRUE(page.IsChanged());
         QTest::keyClicks(page.Control<QAbstractSpinBox>(1046), "x");
-        user.ExpectMessage("\"10:30x\" is no time. Write it like 02:30 pm or 14:30.");
+        user.ExpectMessage("Filter 3: \"10:30x\" is no time. Write it like 02:30 pm or 14:30.");
         Click(page.Control<QWidget>(kOkButton));
         EXPECT_EQ(app.Frame().focusWidget(), page.Control<QAbstractSpinBox>(1046));
         QTest::keyClicks(app.Frame().focusWidget(), "10:30");

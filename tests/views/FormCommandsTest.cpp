@@ -246,6 +246,9 @@ TEST_F(FormCommandsTest, ArrowsGoFromFieldToFieldOrScroll) {
         QTest::keyClick(page.Control<QWidget>(101), Qt::Key_Down);
         EXPECT_EQ(bar->value(), bar->singleStep());
         EXPECT_TRUE(page.Control<QWidget>(101)->hasFocus());
+        for (const int id : {100, 101, 108}) {
+            EXPECT_EQ(page.Control<QWidget>(id)->accessibleDescription(), "read only") << id;
+        }
         QTest::keyClick(page.Control<QWidget>(101), Qt::Key_Up);
         EXPECT_EQ(bar->value(), 0);
         page.reject();
