@@ -1,6 +1,7 @@
 // The window program.
 #include <QApplication>
 #include <QSessionManager>
+#include <algorithm>
 #include <cstring>
 #include <iostream>
 #include <memory>
@@ -43,6 +44,14 @@ void DoWithoutDisplay() {
     });
 }
 
+// Asked here, as the toolkit ends the program by a signal. What names a platform of its own is let through.
+bool HasDisplay(int argc, char** argv) {
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (!qEnvironmentVariableIsEmpty(name)) return true;
+    }
+    return std::any_of(argv + 1, argv + argc, [](const char* word) { return std::strcmp(word, "-platform") == 0; });
+}
+
 // A file that is handed over is opened by a program with another working folder.
 Path Absolute(const Path& path) {
     std::error_code failed;
@@ -60,6 +69,10 @@ int main(int argc, char** argv) {
         for (const char* option : {"--help", "--version", "--picture"}) {
             if (std::strcmp(argv[i], option) == 0) DoWithoutDisplay();
         }
+    }
+    if (!HasDisplay(argc, argv)) {
+        std::cerr << "quillary: There is no display here. --picture needs none, and qly works without one.\n";
+        return 1;
     }
     QCoreApplication::setApplicationName(QStringLiteral("Quillary"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLARY_VERSION));

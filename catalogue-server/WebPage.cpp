@@ -97,17 +97,20 @@ void AppendRow(const Publication& row, std::string& page) {
 }
 
 std::string PageLink(const SearchTerms& terms, std::size_t start, const char* text) {
-    return Link("/?title=" + PercentEncoded(terms.title) + "&category=" + PercentEncoded(terms.category) +
-                    "&start=" + std::to_string(start),
-                text);
+    const std::string category = terms.category.empty() ? "" : "&category=" + PercentEncoded(terms.category);
+    return Link("/?title=" + PercentEncoded(terms.title) + category + "&start=" + std::to_string(start), text);
 }
 
 }  // namespace
 
 std::string WebPage(const CatalogueIndex& index, const SearchTerms& terms, const SearchPage& found,
                     std::size_t pageSize) {
-    std::string page = kHead + Form(index, terms);
-    if (found.rows.empty()) return page + "<p>No results returned.</p>\n</body></html>\n";
+    std::string page = kHead + Form(index, terms) + "<main>\n";
+    if (found.rows.empty()) {
+        page += "<p>No results returned.</p>\n";
+        if (index.Size() > 0) page += "<p>" + Link("/", "Show all") + "</p>\n";
+        return page + "</main>\n</body></html>\n";
+    }
     std::string rows;
     std::size_t end = found.first;
     for (const Publication* row : found.rows) {
@@ -117,10 +120,12 @@ std::string WebPage(const CatalogueIndex& index, const SearchTerms& terms, const
     }
     page += "<p>" + std::to_string(found.first + 1) + " to " + std::to_string(end) + " of " +
             std::to_string(found.total) + "</p>\n<ul>\n";
-    page += rows + "</ul>\n<nav>";
-    if (found.first > 0) page += PageLink(terms, found.first - std::min(found.first, pageSize), "Previous");
-    if (end < found.total) page += PageLink(terms, end, "Next");
-    return page + "</nav>\n</body></html>\n";
+    page += rows + "</ul>\n";
+    std::string pages;
+    if (found.first > 0) pages += PageLink(terms, found.first - std::min(found.first, pageSize), "Previous");
+    if (end < found.total) pages += PageLink(terms, end, "Next");
+    if (!pages.empty()) page += "<nav>" + pages + "</nav>\n";
+    return page + "</main>\n</body></html>\n";
 }
 
 }  // namespace quillary

@@ -48,7 +48,7 @@ std::optional<int> ReadOptions(int argc, char** argv, Options& options) {
         "Publishes the databases in a folder, and below it, for Quillary's Download Database and for browsers.",
         "quillary-catalogue");
     int patience = static_cast<int>(options.limits.patience.count());
-    app.add_option("--folder", options.folder, "The folder that is published")->type_name("DIR");
+    app.add_option("--folder", options.folder, "The folder that is published; needed")->type_name("DIR");
     app.add_option("--port", options.port, "The port, 0 for any that is free")
         ->type_name("N")
         ->check(WholeNumber(0, 65535))
@@ -68,7 +68,8 @@ std::optional<int> ReadOptions(int argc, char** argv, Options& options) {
         ->type_name("SECONDS")
         ->check(WholeNumber(1, 3600))
         ->capture_default_str();
-    app.set_version_flag("--version", "quillary-catalogue " QUILLARY_VERSION);
+    app.set_help_flag("-h,--help", "Show this text and end");
+    app.set_version_flag("--version", "quillary-catalogue " QUILLARY_VERSION, "Show the version and end");
     try {
         app.parse(argc, argv);
         if (options.folder.empty()) throw CLI::RequiredError("--folder");

@@ -158,9 +158,8 @@ ExitStatus Session::SaveAs(CQuillaryDoc& doc, const std::string& path, std::stri
 }
 
 ExitStatus Session::Save(CQuillaryDoc& doc) {
-    if (doc.IsModified() && doc.ForeignRecordCount() > 0 && !m_arguments.Has("--drop-foreign")) {
-        return Refuse(FormatMessage(Message::ForeignRecords, {std::to_string(doc.ForeignRecordCount())}) +
-                      " Nothing was changed; --drop-foreign gives them up.");
+    if (doc.IsModified() && !doc.LossBySaving().empty() && !m_arguments.Has("--drop-foreign")) {
+        return Refuse(doc.LossBySaving() + " Nothing was changed; --drop-foreign gives them up.");
     }
     if (!FlushBeforeSaving()) return m_command.failure;
     Failure failure;

@@ -41,6 +41,7 @@ std::uint32_t CDatabaseReader::OffsetOf(std::size_t i) const { return LoadBig32(
 void CDatabaseReader::ReadRecordList() {
     const std::size_t room = (m_image.size() - kHeaderSize) / kRecordEntrySize;
     m_listSize = m_firstRecord + std::min<std::size_t>(m_header.RecordCount(), room);
+    m_unlistedRecords = m_header.RecordCount() - (m_listSize - m_firstRecord);
     m_dataRecords.reserve(m_listSize);
     for (std::size_t i = m_firstRecord; i < m_listSize; ++i) {
         const auto noteSchema = [this, i](std::size_t& noted, std::size_t none) {
@@ -85,6 +86,7 @@ void CDatabaseReader::ReadRecord(std::size_t i) {
     // Crossing offsets make records overlap; together they may not grow far beyond the file.
     m_bytesRead += bytes.size();
     if (m_bytesRead > 2 * static_cast<std::uint64_t>(m_image.size())) bytes = {};
+    if (!bytes.data()) ++m_damagedRecords;
     const std::string_view entries = EntriesOf(bytes);
     m_record.data = entries.data();
     m_record.size = static_cast<std::uint32_t>(entries.size());
@@ -138,6 +140,7 @@ std::optional<std::string_view> CDatabaseReader::Preference(std::uint8_t k) cons
 bool CDatabaseReader::FirstDataRecord() {
     m_position = 0;
     m_bytesRead = 0;
+    m_damagedRecords = 0;
     m_loaded = false;
     if (m_dataRecords.empty()) return Fail(Message::NoRecordsExist);
     ReadRecord(m_dataRecords[0]);

@@ -41,6 +41,8 @@ class CDatabaseReader {
     /// Records that are neither schema nor data: of other categories, or with delete, busy or secret bits. They do not
     /// come back when the file is written.
     [[nodiscard]] std::size_t ForeignRecordCount() const { return m_foreignRecords; }
+    /// Data records of which the file does not hold what it says; of those that are read by now.
+    [[nodiscard]] std::size_t DamagedRecordCount() const { return m_unlistedRecords + m_damagedRecords; }
 
     /// Make a data record the one last read. False at the end, with the error text set.
     [[nodiscard]] bool FirstDataRecord();
@@ -81,6 +83,8 @@ class CDatabaseReader {
     // programs' files rely on that reading.
     std::size_t m_fieldLengths = 0;
     std::size_t m_foreignRecords = 0;
+    std::size_t m_unlistedRecords = 0;  // for which the file is too short already
+    std::size_t m_damagedRecords = 0;
     std::uint64_t m_bytesRead = 0;  // since the first data record
     std::vector<Column> m_columns;
     std::size_t m_position = 0;  // in m_dataRecords

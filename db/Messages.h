@@ -45,6 +45,7 @@ enum class Message {
     NotRenamed,  // %s: the system's reason
     RecoveryCopyKeepsName,
     ForeignRecords,  // %s: number
+    DamagedRecords,  // %s: number
     FolderNotMade,   // %s: its path, %s: the system's reason
     // Field definitions
     NoColumns,

@@ -74,7 +74,7 @@ void CQuillaryDoc::Clear() {
     m_storage = std::make_shared<Storage>();
     m_current = 0;
     m_formatVersion = kFormatVersion;
-    m_foreignRecords = 0;
+    m_lossBySaving.clear();
     m_modified = false;
     m_readerError = {};
 }
@@ -102,7 +102,12 @@ bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
     }
     m_content = ContentOf(reader);
     m_formatVersion = m_content.appInfo.FormatVersion();
-    m_foreignRecords = reader.ForeignRecordCount();
+    for (const auto& [message, count] : {std::pair(Message::ForeignRecords, reader.ForeignRecordCount()),
+                                         {Message::DamagedRecords, reader.DamagedRecordCount()}}) {
+        if (count == 0) continue;
+        if (!m_lossBySaving.empty()) m_lossBySaving += ' ';
+        m_lossBySaving += FormatMessage(message, {std::to_string(count)});
+    }
     m_storage->image = m_file.Contents();
     return !m_content.fields.empty();
 }
@@ -180,7 +185,7 @@ void CQuillaryDoc::Adopt(DatabaseContent written) {
     m_storage = std::make_shared<Storage>(Storage{m_file.Contents(), {}});
     m_content = std::move(written);
     m_formatVersion = kFormatVersion;
-    m_foreignRecords = 0;
+    m_lossBySaving.clear();
     m_modified = false;
 }
 

@@ -70,7 +70,8 @@ class CQuillaryDoc {
     /// The whole file as last read or written.
     [[nodiscard]] std::string_view FileImage() const;
     /// Records that would not come back when this file is written.
-    [[nodiscard]] std::size_t ForeignRecordCount() const { return m_foreignRecords; }
+    /// What the file would hold no more after a save, in sentences for a person (UTF-8); empty when it loses nothing.
+    [[nodiscard]] const std::string& LossBySaving() const { return m_lossBySaving; }
     /// Grows with every change; a dialog that kept an index compares it.
     [[nodiscard]] std::uint64_t ChangeNumber() const { return m_changeNumber; }
 
@@ -175,7 +176,7 @@ class CQuillaryDoc {
     std::shared_ptr<Storage> m_storage;
     std::size_t m_current = 0;
     std::uint16_t m_formatVersion = kFormatVersion;
-    std::size_t m_foreignRecords = 0;
+    std::string m_lossBySaving;
     std::uint64_t m_changeNumber = 0;
     bool m_modified = false;
     Failure m_readerError;

@@ -90,7 +90,7 @@ bool CDocumentSession::SaveOrRestore(const CQuillaryDoc::State& before) {
 bool CDocumentSession::Save(bool tellsUnsaved) {
     if (m_doc->IsReadOnly()) return true;
     if (m_host.IsReopening()) return false;  // what is unsaved has been given up
-    if (m_doc->IsModified() && !MayDropForeignRecords()) return false;
+    if (m_doc->IsModified() && !MayLoseRecords()) return false;
     Failure failure;
     bool saved = false;
     {
@@ -162,7 +162,7 @@ bool CDocumentSession::Leave() {
     while (m_doc->IsModified() || !IsFileThere()) {
         const std::string unsaved = FormatMessage(Message::NotSaved, {DisplayName().toStdString()});
         failure.Set(IsFileThere() ? Message::None : Message::FileGone, {m_doc->FilePath().string()});
-        if (IsFileThere() && MayDropForeignRecords() && SaveToDisk(overwrite, failure)) return true;
+        if (IsFileThere() && MayLoseRecords() && SaveToDisk(overwrite, failure)) return true;
         const QString elsewhere = QStringLiteral("Save Elsewhere...");
         const QString overwriteIt = QStringLiteral("Overwrite");
         const QString discard = QStringLiteral("Discard the Changes");
@@ -183,7 +183,7 @@ bool CDocumentSession::Leave() {
 void CDocumentSession::Retry() {
     Failure untold;
     (void)m_doc->FinishSave(untold);
-    const bool asks = m_doc->ForeignRecordCount() != 0 && !m_mayDropForeignRecords;
+    const bool asks = !m_doc->LossBySaving().empty() && !m_mayLoseRecords;
     if (m_doc->IsModified() && !m_doc->IsReadOnly() && !asks) (void)SaveToDisk(false, untold);
 }
 
@@ -223,22 +223,21 @@ void CDocumentSession::UpdateWriting(CommandState& state) const {
     if (m_doc->IsReadOnly()) state.Disable(FromUtf8(MessageText(Message::ReadOnly)));
 }
 
-bool CDocumentSession::MayDropForeignRecords() {
-    if (m_doc->ForeignRecordCount() == 0 || m_mayDropForeignRecords) return true;
+bool CDocumentSession::MayLoseRecords() {
+    if (m_doc->LossBySaving().empty() || m_mayLoseRecords) return true;
     enum Answer { SaveCopyFirst, GoOn };
     const int answer =
-        AskUser(m_frame.Window(),
-                FromUtf8(FormatMessage(Message::ForeignRecords, {std::to_string(m_doc->ForeignRecordCount())})),
+        AskUser(m_frame.Window(), FromUtf8(m_doc->LossBySaving()),
                 {QStringLiteral("Save a Copy First"), QStringLiteral("Go On"), QStringLiteral("Cancel")});
     if (answer == SaveCopyFirst) {
         Failure failure;
         Path copy;
-        m_mayDropForeignRecords = CopyBeside(m_files, m_doc->FilePath(), m_doc->FileImage(), copy, failure);
-        if (!m_mayDropForeignRecords) ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+        m_mayLoseRecords = CopyBeside(m_files, m_doc->FilePath(), m_doc->FileImage(), copy, failure);
+        if (!m_mayLoseRecords) ShowMessage(m_frame.Window(), FromUtf8(failure.text));
     } else {
-        m_mayDropForeignRecords = answer == GoOn;
+        m_mayLoseRecords = answer == GoOn;
     }
-    return m_mayDropForeignRecords;
+    return m_mayLoseRecords;
 }
 
 }  // namespace quillary

@@ -67,14 +67,14 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
     /// Goes on in a new file that the user names. False when that was cancelled.
     [[nodiscard]] bool SaveElsewhere();
     /// Asks once before records of other programs get lost by a save.
-    [[nodiscard]] bool MayDropForeignRecords();
+    [[nodiscard]] bool MayLoseRecords();
 
     std::unique_ptr<CQuillaryDoc> m_doc;
     FileAccess& m_files;
     FrameWindow& m_frame;
     DocumentHost& m_host;
     std::function<void(int)> m_onUpdate;
-    bool m_mayDropForeignRecords = false;
+    bool m_mayLoseRecords = false;
 };
 
 }  // namespace quillary

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "admin/Settings.h"
+#include "admin/DatabasePath.h"
 #include "cli/Progress.h"
 #include "cli/Session.h"
 #include "cli/Text.h"
@@ -82,7 +83,9 @@ class CatalogueRun {
         Path path = m_arguments.words[2];
         std::error_code none;
         if (std::filesystem::is_directory(path, none)) {
-            path /= SafeFileName(m_arguments.Value("--name").value_or(m_arguments.words[1]), isInPackage);
+            std::string_view name = m_arguments.Value("--name").value_or(m_arguments.words[1]);
+            if (!isInPackage && EndsInExtension(name)) name.remove_suffix(4);  // that it gets
+            path /= SafeFileName(name, isInPackage);
         } else if (m_arguments.Has("--name")) {
             return m_session.WrongUsage("--name is for a TARGET that is a folder.");
         } else if (std::filesystem::exists(path, none) && !std::filesystem::is_regular_file(path, none)) {

@@ -132,7 +132,7 @@ def by_script():
     os.mkdir("got")
     for where, target, options in (
         ("got/Planets.pdb", "got", ("--name", "Planets")),
-        ("got/Planets (2).pdb", "got", ("--name", "Planets")),
+        ("got/Planets (2).pdb", "got", ("--name", "Planets.pdb")),
         ("mine.pdb", "mine.pdb", ()),
     ):
         assert catalogue("download", found["fileId"], target, *options) == where + "\n", where
