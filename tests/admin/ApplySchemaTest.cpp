@@ -8,7 +8,7 @@
 namespace quillary {
 namespace {
 
-using testing::ElementsAre;
+using testing::ElementsAre, testing::HasSubstr;
 
 struct ConversionCase {
     const char* why;
@@ -29,10 +29,8 @@ const ConversionCase kConversions[] = {
     {"checked is 1, however it was written", "B", "F", "Ja", "1"},
     {"anything else is 0", "B", "I1;1", "on", "0"},
     {"a date's count stays in a number", "D", "F", "36296", "36296"},
-    {"a time's too", "d", "I1;1", "3661", "3661"},
     {"a check box keeps its text", "B", "B!", "JA", "JA"},
     {"a date leaves nothing in one", "D", "B", "36296", "false", {}, 0, 1},
-    {"nor a time", "d", "B", "0", "false", {}, 0, 1},
     {"but there was none to lose", "D", "B", "", "false"},
     {"a text may read as checked", "t", "B", "yes", "yes"},
     {"month first", "t", "D", "5/17/2003", "36296"},
@@ -47,15 +45,12 @@ const ConversionCase kConversions[] = {
     {"nor are two numbers", "t", "D", "5/17", "", {}, 1},
     {"nor a word in front", "t", "D", "on 5/17/2003", "", {}, 1},
     {"nor a day that never was", "t", "D", "2/30/2003", "", {}, 1},
-    {"an empty text is no date and no loss", "t", "D", "", ""},
     {"nor is what an empty date shows", "t", "D", "No Date", ""},
-    {"a day keeps its count", "D!", "D", "abc", "abc"},
     {"seconds are read as days", "d", "D", "3600", "3600"},
     {"a time with am or pm", "t", "d", "1:30 pm", "48600"},
     {"seconds are dropped", "Lx", "d", "13:30:59", "48600"},
     {"no time", "t", "d", "25:00", "", {}, 1},
     {"no time at all", "t", "d", "", ""},
-    {"days are read as seconds", "D", "d", "36296", "36296"},
     {"a time keeps its count", "d", "d!", "00", "00"},
     {"a number stays a number's text", "F", "D", "1.5", "1.5"},
     {"a date as it shows", "D", "T", "36296", "05/17/2003"},
@@ -133,9 +128,6 @@ TEST_F(ApplySchemaTest, RecordsGetTheNewLayoutShownAndHidden) {
     Apply(definitions);
     EXPECT_EQ(Entries({"unseen", "1"}), doc.Hidden()[0].Entries());
     EXPECT_EQ(0x43, doc.Hidden()[0].category);
-    ASSERT_TRUE(doc.SaveDatabase(failure)) << failure.text;
-    ASSERT_TRUE(doc.OpenDatabase("h.pdb", OpenMode::Read, questions));
-    EXPECT_EQ(Entries({"unseen", "1"}), doc.Hidden()[0].Entries());
 }
 
 // In the first record a line feed stands where the scan takes it for field 10, in the second nothing can be walked.
@@ -160,26 +152,26 @@ TEST_F(ApplySchemaTest, FieldsThatStayKeepTheirTexts) {
     types[1] = "F";
     types[11] = "P";
     Make(types);
-    const auto texts = [](std::string notes, std::string phone) {
-        return std::vector<std::string>{notes, "1.5", "", "d", "e", "f", "g", "h", "i", "j", "ten", phone};
+    const auto texts = [](std::string notes, std::string ten, std::string phone) {
+        return std::vector<std::string>{notes, "1.5", "", "d", "e", "f", "g", "h", "i", "j", ten, phone};
     };
     std::string outOfOrder = Entries({"first"});
     AppendEntry(outOfOrder, 11, "last");
     AppendEntry(outOfOrder, 1, "7");
     AppendEntry(outOfOrder, 1, "again");
     AppendEntry(outOfOrder, 10, "a\nb");
-    Append(Entries(texts("one", "5551234")));
-    Append(Entries(texts("two\nlines", "call")));
+    Append(Entries(texts("one", "10\nten", "5551234")));  // behind the number that is a line feed, too
+    Append(Entries(texts("two\nlines", "ten", "call")));
     Append(outOfOrder);
     Append({});
     auto definitions = Definitions();
     definitions.push_back({MakeField("New", "B"), std::nullopt});
     Apply(definitions);
 
-    auto expected = texts("one", "555-1234");
+    auto expected = texts("one", "10\r\nten", "555-1234");
     expected.emplace_back("false");
     EXPECT_EQ(Entries(expected), doc.Shown()[0].Entries());
-    expected = texts("two\r\nlines", "call");
+    expected = texts("two\r\nlines", "ten", "call");
     expected.emplace_back("false");
     EXPECT_EQ(Entries(expected), doc.Shown()[1].Entries());
     EXPECT_EQ(Entries({"first", "7", "", "", "", "", "", "", "", "", "a\r\nb", "last", "false"}),
@@ -194,11 +186,8 @@ TEST_F(ApplySchemaTest, TextsThatWouldHideAFieldStopIt) {
     auto definitions = Definitions();
     definitions.push_back({MakeField("City", "t"), std::nullopt});
     EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
-    EXPECT_EQ(
-        "The fields were not changed. Texts that would hide a later field: 3. The first: A control character in \"A\" "
-        "would "
-        "hide the field \"City\". Move \"A\" behind it or take the control character out.",
-        failure.text);
+    EXPECT_THAT(failure.text, HasSubstr("hide a later field: 3. The first: A control character in \"A\" would hide "
+                                        "the field \"City\"."));
     definitions = {definitions[2], definitions[0]};  // A behind every field that its bytes name
     Apply(definitions);
 
@@ -213,6 +202,11 @@ TEST_F(ApplySchemaTest, TextsThatWouldHideAFieldStopIt) {
         EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
         EXPECT_EQ(Message::ControlCharacter, failure.message);
     }
+    definitions = Definitions();
+    definitions[0].field.storedWidth = "\x02";
+    EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure)->fields[0].storedWidth);
+    definitions[0].field.name = "ends\x03";
+    EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure)) << "the empty name behind the last one is read, too";
 
     // A field that was hidden before may stay so, another one in its place may not.
     Make({"t", "t", "t", "t"});
@@ -222,6 +216,11 @@ TEST_F(ApplySchemaTest, TextsThatWouldHideAFieldStopIt) {
     EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
     definitions.pop_back();
     EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
+    Make({"t", "t", "t"});
+    Append(Entries({"x", "y", "a\x01z"}));
+    definitions = Definitions();
+    std::swap(definitions[0], definitions[2]);
+    EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure)) << "one that stood ahead of the text was not hidden";
     Make({"t", "t", "t"});
     Append(Entries({"a\x02z", "x", "y"}));
     definitions = Definitions();
@@ -266,32 +265,11 @@ TEST_F(ApplySchemaTest, WhatNamesAFieldThatIsGoneDoesNotComeBackWithItsName) {
 
 TEST_F(ApplySchemaTest, ThereIsOneFieldAtLeastAndTwentyAtMost) {
     Make({"t"});
-    EXPECT_FALSE(PrepareSchema(doc, {}, 2000, failure));
-    EXPECT_EQ(Message::NoColumns, failure.message);
-    std::vector<FieldDefinition> definitions(21, {MakeField("x", "t"), std::nullopt});
-    EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
-    EXPECT_EQ(Message::TooManyFields, failure.message);
-    definitions.pop_back();
-    EXPECT_TRUE(PrepareSchema(doc, definitions, 2000, failure));
-}
-
-// The conversions that lose nothing, there and back.
-TEST_F(ApplySchemaTest, TheInverseGivesTheRecordsBack) {
-    Make({"D", "d", "F", "B", "t"});
-    const std::string entries = Entries({"36296", "48600", "-1.5", "true", "text"});
-    Append(entries);
-    const auto original = doc.Fields();
-    auto there = Definitions();
-    const FieldType types[] = {FieldType::Text, FieldType::List, FieldType::Phone, FieldType::Text, FieldType::EMail};
-    for (std::size_t k = 0; k < there.size(); ++k) there[k].field.type = types[k];
-    std::rotate(there.begin(), there.begin() + 2, there.end());
-    Apply(there);
-    EXPECT_NE(entries, doc.Shown()[0].Entries());
-    auto back = Definitions();
-    std::rotate(back.begin(), back.begin() + 3, back.end());
-    for (std::size_t k = 0; k < back.size(); ++k) back[k].field = original[k];
-    Apply(back);
-    EXPECT_EQ(entries, doc.Shown()[0].Entries());
+    for (const auto& [count, why] : {std::pair{0u, Message::NoColumns}, std::pair{21u, Message::TooManyFields}}) {
+        const std::vector<FieldDefinition> definitions(count, {MakeField("x", "t"), std::nullopt});
+        EXPECT_FALSE(PrepareSchema(doc, definitions, 2000, failure));
+        EXPECT_EQ(why, failure.message);
+    }
 }
 
 }  // namespace

@@ -66,7 +66,7 @@ TEST(CatalogueIndex, SearchesByTitleAndCategoryPageByPage) {
 TEST(Answers, AreTheBytesThatClientsRead) {
     const auto plain = Row("Caf\u00e9 \u2126\U0001F600", "");
     auto hostile = *Row("x", "");
-    hostile.title = std::string("a^!b\0c\r\nd", 9) + "^";
+    hostile.title = std::string("a^!b^!\0c\r\nd", 11) + "^";
     hostile.kind = PublicationKind::Package;
     hostile.files = {{"one^!two", "1f", 52, 0}};
     hostile.author = "A^";
@@ -78,7 +78,8 @@ TEST(Answers, AreTheBytesThatClientsRead) {
     };
     EXPECT_EQ(search(60, 25, {plain.get()}),
               "25:25:60:Caf\xE9 ??^!" + plain->docId + "^!" + plain->fileId + "^!pdb^!1.5^!");
-    EXPECT_EQ(search(1, 0, {&hostile}), "0:0:1:a^ !b c  d^^!" + hostile.docId + "^!" + hostile.fileId + "^!zip^!1.5^!");
+    EXPECT_EQ(search(1, 0, {&hostile}),
+              "0:0:1:a^ !b^ ! c  d^^!" + hostile.docId + "^!" + hostile.fileId + "^!zip^!1.5^!");
     EXPECT_EQ(search(0, 0, {}), "0:-1:0:");
     EXPECT_EQ(search(60, 2'000'000'000, {}), "60:59:60:") << "keeps the total, moves nobody on";
     EXPECT_EQ(DetailsAnswer(hostile, kPage), "A^^!!B^!two\r\nlines\r\nand a  ^!^!^!^!4.5^!^!");
@@ -109,7 +110,6 @@ TEST(Answers, WebPageStaysSmallAndGoesOn) {
         rows.push_back(std::make_shared<const Publication>(row));
     }
     const CatalogueIndex index(std::move(rows));
-    std::size_t shown = 0;
     for (std::size_t start = 0; start < 100;) {
         const std::string page = WebPage(index, {}, index.Search({}, start, 100), 100);
         EXPECT_LT(page.size(), 400u << 10);
@@ -117,24 +117,24 @@ TEST(Answers, WebPageStaysSmallAndGoesOn) {
         std::size_t count = 0;
         for (auto at = page.find("<li><a href=\"/?"); at != page.npos; at = page.find("<li><a href=\"/?", at + 1))
             ++count;
-        ASSERT_GT(count, 0u);
+        ASSERT_TRUE(count > 0 && start + count <= 100);
         start += count;
         EXPECT_EQ(page.find("&amp;start=" + std::to_string(start)) != page.npos, start < 100);
-        shown += count;
     }
-    EXPECT_EQ(shown, 100u);
 }
 
 TEST(CatalogueJson, TakesWhatFitsAndNamesTheRest) {
     std::vector<std::string> problems;
+    const std::string long32(32769, 'x');
     const auto texts = ParseCatalogueJson(R"({"files": {"a.pdb": {"title": "A", "rating": 4.25, "downloads": 12},
-        "b.pdb": {"rating": 7, "title": 3, "colour": "red"}, "c.pdb": []}})",
+        "b.pdb": {"rating": 7, "title": 3, "colour": "red"}, "c.pdb": [], "d.pdb": {"title": ")" +
+                                              long32 + "\"}}}",
                                           problems);
     ASSERT_TRUE(texts);
     const PublishedTexts& a = texts->at("a.pdb");
     EXPECT_EQ(a.title.value() + a.rating.value() + a.downloads.value(), "A4.312");
     EXPECT_FALSE(a.author);
-    EXPECT_EQ(problems.size(), 4u);
+    EXPECT_EQ(problems.size(), 5u);
     for (const char* bad : {"", "[]", "{\"files\": 1}", "{\"files\": {}", "{\"files\": {\"\xff\": {}}}"}) {
         problems.clear();
         EXPECT_FALSE(ParseCatalogueJson(bad, problems)) << bad;

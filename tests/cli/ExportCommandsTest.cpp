@@ -7,7 +7,6 @@
 #include "tests/cli/Qly.h"
 
 namespace quillary {
-
 namespace {
 
 class ExportCommands : public QlyTest {
@@ -29,8 +28,6 @@ TEST_F(ExportCommands, Calendar) {
     const std::string none = "No records are shown, so nothing was exported.\n";
     const std::string dateless = "1 records have no date.";
     Expect({"calendar"}, {{"no date", {"t.pdb"}, 2, "needs a --date"},
-                          {"an unknown option", {"t.pdb", "--dates", "Day"}, 2, "Did you mean \"--date\"?"},
-                          {"no file", {"--date", "Day"}, 2, "Too few words"},
                           {"a file that is not there", {"x.pdb", "--date", "Day"}, 1, "Error opening requested file."},
                           {"an unknown field", {"t.pdb", "--date", "Day", "--field", "X"}, 1, "has \"Name\", \"Day\""},
                           {"a day from a text", {"t.pdb", "--date", "Name"}, 1, "\"Name\" holds no dates."},
@@ -42,8 +39,7 @@ TEST_F(ExportCommands, Calendar) {
     std::filesystem::remove(taken);
     std::filesystem::create_directory(taken);
     const QlyResult partly = Qly({"calendar", "t.pdb", "--date", "Day", "--start", "At"});
-    EXPECT_EQ(1, partly.status);
-    EXPECT_EQ("1 appointment in " + m_folder + "calendar\n", partly.out);
+    EXPECT_EQ("1 1 appointment in " + m_folder + "calendar\n", std::to_string(partly.status) + " " + partly.out);
     EXPECT_THAT(partly.err, HasSubstr("qly: 1 record could not be exported.\n"));
 }
 
@@ -87,5 +83,4 @@ TEST_F(ExportCommands, AnInstallationWithoutTheHelperSaysSoAndHasItsHelp) {
 }
 
 }  // namespace
-
 }  // namespace quillary

@@ -3,7 +3,6 @@
 #include "tests/cli/Qly.h"
 
 namespace quillary {
-
 namespace {
 
 struct RefusalCase {
@@ -43,8 +42,8 @@ std::string Repeated(const std::string& text, std::size_t count) {
 
 const std::vector<RefusalCase> kRefusals = {
     {"an empty table", "", "The table is empty"},
+    {"a byte-order mark alone", "\xEF\xBB\xBF", "The table is empty"},
     {"an empty name", "A,,C\n", "Row 1, column 2: The blank field must have a name."},
-    {"a name of blanks", "A,  \n", "Row 1, column 2: The blank field must have a name."},
     {"a line break in a name", "\"A\nB\"\n", "Row 1, column 1: A line break, tab or other control character"},
     {"a C1 control in a name", "A\xC2\x81\n", "Row 1, column 1: A line break, tab or other control character"},
     {"a name twice", "A,B,A\n", "Row 1, column 3: an earlier column has the same name."},
@@ -55,7 +54,6 @@ const std::vector<RefusalCase> kRefusals = {
     {"rows count, not lines", "A,B\n\"x\n\n\ny\",2\n1\n", "Row 3, column B: the row ends before it, with 1 value."},
     {"a stray quote", "A,B\n1,2\n3,4\"\n", "Row 3, column B: there is a quote inside"},
     {"a blank before a quote", "A,B\n1, \"2\"\n", "Row 2, column B: there is a quote inside"},
-    {"a blank behind a quote", "A,B\n1,\"2\" \n", "Row 2, column B: there is text behind"},
     {"a quote that is the last byte", "A,B\n1,\"", "Row 2, column B: the closing quote is missing."},
     {"a quote whose end is doubled", "A\n\"x\"\"", "Row 2, column A: the closing quote is missing."},
     {"text behind a quote", "A,B\n1,\"2\"x\n", "Row 2, column B: there is text behind"},
@@ -64,10 +62,7 @@ const std::vector<RefusalCase> kRefusals = {
     {"no UTF-8 in the header", "A,\xC0\x80\n", "Row 1, column 2: the value is no UTF-8 text."},
     {"a character that the page lacks", "A\nxжx\n", "database of code page windows-1252: ж\n", {"--lenient"}},
     {"the same in a name", "A,ж\n", "Row 1, column 2: These characters"},
-    {"a byte that the page reads as another sign",
-     "A\n~\\\n",
-     "of code page shift_jis: ~\\\n",
-     {"--code-page", "shift_jis"}},
+    {"a sign that the page lacks", "A\n~\\\n", "of code page shift_jis: ~\\\n", {"--code-page", "shift_jis"}},
     {"the character of the end mark", "A\n\xC3\xBF\n", "Row 2, column A: These characters", {"--lenient"}},
     {"NUL", std::string("A\nx\0y\n", 6), "windows-1252: U+0000\n", {"--lenient"}},
     {"a tab that hides a later field",
@@ -79,20 +74,31 @@ const std::vector<RefusalCase> kRefusals = {
     {"a column without a --field", "A,B\n1,2\n", "Row 1, column B: there is no --field of this name.",
      Fields({"A:text"})},
     {"no number", "A\n1\n1e5\n", "Row 3, column A: \"1e5\" is no number.\n", Fields({"A:number"})},
-    {"two points", "A\n1.2.3\n", "\"1.2.3\" is no number", Fields({"A:number"})},
-    {"a fraction in a sequence", "A\n1.0\n", "\"1.0\" is no whole number", Fields({"A:sequence"})},
-    {"no check box", "A\nmaybe\n", "\"maybe\" is neither true nor false", Fields({"A:checkbox"})},
-    {"no item", "A\nRed\n", "\"Red\" is no item", Fields({"A:list:red;green"})},
     {"no day", "A\n2023-02-29\n", "\"2023-02-29\" is no date.\n", Fields({"A:date"})},
-    {"no count of days", "A\n36500\n", "\"36500\" is no date.\n", Fields({"A:date"})},
     {"no order fits all dates, and the user's not this one", "A\n01/13/2004\n13/01/2004\n",
      "Row 3, column A: \"13/01/2004\" is no date in the order month, day, year;", Fields({"A:date"})},
-    {"no time", "A\n24:00\n", "Row 2, column A: \"24:00\" is no time", Fields({"A:time"})},
     {"too many definitions", "A\n", "at most 20", Fields(std::vector<const char*>(21, "A:text"))},
     {"a name that is too long", "A\n1\n", "longer than 28", {"--name", "12345678901234567890123456789"}},
 };
 
 TEST_F(Import, RefusesWholeAndSaysWhere) { ExpectRefusals("new.pdb", kRefusals); }
+
+TEST_F(Import, ReadsEveryKindOfCsv) {
+    const std::pair<std::string, const char*> kTables[] = {
+        {"\xEF\xBB\xBF\"a\"\n1\n", R"(["1"])"},
+        {"a,b\r\nx,y\nz,\r\"\",w", R"(["x", "y"]["z", ""]["", "w"])"},
+        {"a\n\nx\r\r", R"([""]["x"][""])"},  // in a table of one column an empty line is a value
+        {"a,b\n\",\",\",,\"\n\"\"\"\",\"x\"\"\"\"y\"\n\"x\ny\r\nz\r\",\"\"\"z\"",
+         R"([",", ",,"]["\"", "x\"\"y"]["x\ny\r\nz\r", "\"z"])"},
+    };
+    for (const auto& [table, stored] : kTables) {
+        ASSERT_EQ(0, ImportTable(table, "t.pdb").status) << table;
+        std::string rows = Stored("t.pdb");
+        std::erase(rows, '\n');
+        EXPECT_EQ(stored, rows);
+        Remove("t.pdb");
+    }
+}
 
 TEST_F(Import, AppendingIsAllOrNothing) {
     ImageParts parts;
@@ -156,13 +162,12 @@ TEST_F(Import, StoresWhatTheFieldTypesHold) {
 }
 
 TEST_F(Import, DateOrderOfAColumn) {
-    struct Case {
+    const struct {
         const char* why;
         const char* dates;
         const char* stored;  // empty: refused
         std::vector<std::string> options = {};
-    };
-    const Case kCases[] = {
+    } kCases[] = {
         {"the only order that fits, month first", "03/07/2004\n03/13/2004", "[\"36591\"]\n[\"36597\"]\n"},
         {"the only order that fits, day first", "03.07.2004\n13.07.2004", "[\"36709\"]\n[\"36719\"]\n"},
         {"the user's when several fit", "03/07/2004", "[\"36591\"]\n"},
@@ -172,7 +177,7 @@ TEST_F(Import, DateOrderOfAColumn) {
         {"a blank before does not make it an ISO date", " 03/13/2004", "[\"36597\"]\n"},
         {"two digits of a year are of this century", "12/31/03", "[\"36524\"]\n"},
     };
-    for (const Case& c : kCases) {
+    for (const auto& c : kCases) {
         std::vector<std::string> options = c.options;
         options.insert(options.end(), {"--field", "D:date"});
         const bool imported = ImportTable("D\n" + std::string(c.dates), "d.pdb", options).status == 0;
@@ -182,16 +187,14 @@ TEST_F(Import, DateOrderOfAColumn) {
 }
 
 TEST_F(Import, InfersATypeOnlyWithoutADoubt) {
-    struct Case {
+    const struct {
         const char* why;
         std::vector<const char*> values;
         const char* type;
         std::vector<std::string> options = {};
-    };
-    const Case kCases[] = {
+    } kCases[] = {
         {"numbers, and none", {"1", "-2.50", "", ".5", "0", "0.1"}, "number"},
         {"a leading zero may be part of a code", {"1", "007"}, "text"},
-        {"behind a minus too", {"-07"}, "text"},
         {"thousands separated", {"1", "1,000"}, "text"},
         {"nothing at all", {"", ""}, "text"},
         {"true and false", {"True", "FALSE"}, "checkbox"},
@@ -200,7 +203,6 @@ TEST_F(Import, InfersATypeOnlyWithoutADoubt) {
         {"a third state", {"yes", ""}, "text"},
         {"0 and 1 are numbers", {"0", "1"}, "number"},
         {"ISO dates, and none", {"2004-03-07", "", "No Date"}, "date"},
-        {"none alone", {"No Date", "No Date"}, "text"},
         {"dates that one order fits", {"03/07/2004", "12/31/2004"}, "date"},
         {"dates that two orders fit", {"03/07/2004", "12/11/2004"}, "text"},
         {"unless the order is given", {"03/07/2004", "12/11/2004"}, "date", {"--date-order", "dmy"}},
@@ -213,9 +215,8 @@ TEST_F(Import, InfersATypeOnlyWithoutADoubt) {
         {"a length", {"3:45"}, "text"},
         {"a date among words", {"2004-03-07", "soon"}, "text"},
         {"blanks", {" ", ""}, "text"},
-        {"phones and addresses stay as they are", {"555-1234", "a@b.c"}, "text"},
     };
-    for (const Case& c : kCases) {
+    for (const auto& c : kCases) {
         std::string table = "Other,C\n";
         for (const char* value : c.values) table += "x,\"" + std::string(value) + "\"\n";
         ASSERT_EQ(0, ImportTable(table, "t.pdb", c.options).status) << c.why;
@@ -225,14 +226,14 @@ TEST_F(Import, InfersATypeOnlyWithoutADoubt) {
 }
 
 TEST_F(Import, NamesAndWidths) {
-    ASSERT_EQ(0, ImportTable("A,Twenty characters ..,C,D\nx,x,\"" + std::string(50, 'w') +
-                                 "\nsecond\",2004-03-07\n1234567,,,\n",
+    ASSERT_EQ(0, ImportTable("A,Twenty characters ..,C,D,E\nx,x,\"" + std::string(50, 'w') +
+                                 "\nsecond\",2004-03-07,x\n1234567,,,,\n",
                              "A name that is much too long for it.pdb", {"--fit"})
                      .status);
     const Json info = JsonOf({"info", "A name that is much too long for it.pdb", "--json"});
     EXPECT_EQ("A name that is much too long", info["name"]);
-    const int widths[] = {7 * 7, 20 * 7, 240, 10 * 7};
-    for (std::size_t k = 0; k < 4; ++k) EXPECT_EQ(widths[k], info["fields"][k]["width"]);
+    const int widths[] = {7 * 7, 20 * 7, 240, 10 * 7, 40};
+    for (std::size_t k = 0; k < 5; ++k) EXPECT_EQ(widths[k], info["fields"][k]["width"]);
 
     ASSERT_EQ(0, ImportTable("B,A\n2,1\n", "o.pdb",
                              {"--name", " Zoë ", "--field", "C:checkbox", "--field", "A:text", "--field", "B:text"})
@@ -291,5 +292,4 @@ TEST_F(Import, ReadsBackWhatListPrints) {
 }
 
 }  // namespace
-
 }  // namespace quillary

@@ -13,7 +13,6 @@
 #include "platform/posix/PosixFileAccess.h"
 
 namespace quillary {
-
 namespace {
 
 namespace fs = std::filesystem;

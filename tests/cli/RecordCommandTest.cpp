@@ -1,7 +1,6 @@
 #include "tests/cli/Qly.h"
 
 namespace quillary {
-
 namespace {
 
 class RecordCommand : public QlyTest {
@@ -38,7 +37,7 @@ TEST_F(RecordCommand, Refuses) {
                {"a row before the first", {"set", "-1", "Name=x"}, 1, "no row -1"},
                {"an unknown field", {"add", "name=x"}, 1, "\"Name\", \"No\", \"Ok\", \"Due\", \"At\", \"Kind\", "},
                {"a field twice", {"add", "Name=x", "Name=y"}, 1, "given twice"},
-               {"no number", {"add", "a=1,5"}, 2, "Field \"a\": \"1,5\" is no number."},
+               {"no number", {"add", "a=1" + std::string(60, ',')}, 2, ",\u2026\" is no number."},
                {"no whole number", {"add", "No=1.5"}, 2, "is no whole number"},
                {"no check box", {"set", "1", "Ok=perhaps"}, 1, "neither true nor false"},
                {"a count of days", {"set", "1", "Due=36500"}, 1, "\"36500\" is no date."},
@@ -113,14 +112,11 @@ TEST_F(RecordCommand, GivesUpRecordsOfOtherProgramsOnlyWhenTold) {
     parts.AddSchema({"Name"}, {"t"});
     parts.Add(2, {"Ann"});
     parts.Add(9, {"of another program"});
-    for (const std::vector<std::string>& change :
-         {std::vector<std::string>{"record", "f.pdb", "add"}, {"options", "f.pdb", "--long-dates", "on"}}) {
-        Write("f.pdb", parts);
-        Expect(change, {{"without", {}, 1, "records in this file, 1 would not come back"},
-                        {"with", {"--drop-foreign"}, 0, ""},
-                        {"nothing is left to lose", {}, 0, ""}});
-        EXPECT_EQ("", Output({"check", "f.pdb"}));
-    }
+    Write("f.pdb", parts);
+    Expect({"options", "f.pdb", "--long-dates", "on"}, {{"without", {}, 1, "in this file, 1 would not come back"},
+                                                        {"with", {"--drop-foreign"}, 0, ""},
+                                                        {"nothing is left to lose", {}, 0, ""}});
+    EXPECT_EQ("", Output({"check", "f.pdb"}));
     const std::string whole = parts.Build();
     Write("f.pdb", whole.substr(0, whole.find("Ann") - 2));
     Expect({"record", "f.pdb", "add"}, {{"damaged ones, too", {}, 1, "1 cannot be read"}});
@@ -159,11 +155,8 @@ TEST_F(NewAndOptions, Refuses) {
     Expect({"new", "n.pdb", "--name", "N"}, {{"no field", {}, 2, "--field"}});
     Expect({"new", "n.pdb", "--name", "N", "--field"},
            {
-               {"a field's name that the page lacks", {"ж:text"}, 1, unstorable},
                {"an item that the page lacks", {"A:list:x;ж"}, 1, unstorable},
-               {"a blank field", {" :text"}, 1, "The blank field must have a name."},
                {"a control character in an item", {"A:list:x\ny"}, 1, "control character"},
-               {"one of the upper ones", {"A\u0081:text"}, 1, "control character"},
                {"a type in capitals", {"A:Text"}, 2, "\"text\"?"},
                {"a type that is like none", {"A:boolean"}, 2, "\"boolean\". \"qly help new\" lists them."},
                {"no type", {"A"}, 2, "NAME:TYPE"},
@@ -179,8 +172,7 @@ TEST_F(NewAndOptions, SetsOptions) {
     Output({"new", "o.pdb", "--name", "O", "--field", "A:date"});
     Output({"record", "o.pdb", "add", "A=2004-03-07"});
     const std::string before = Read("o.pdb");
-    Expect({"options", "o.pdb"}, {{"as they are", {}, 0, "", "long-dates off\nedit-on-select off\n"},
-                                  {"one", {"--long-dates", "on"}, 0, ""},
+    Expect({"options", "o.pdb"}, {{"one", {"--long-dates", "on"}, 0, ""},
                                   {"not the other", {}, 0, "", "long-dates on\nedit-on-select off\n"}});
     EXPECT_EQ("A\r\n\"March 07, 2004\"\r\n", Output({"list", "o.pdb"}));
     Expect({"options", "o.pdb"}, {{"both", {"--edit-on-select", "on", "--long-dates=off"}, 0, ""},
@@ -190,5 +182,4 @@ TEST_F(NewAndOptions, SetsOptions) {
 }
 
 }  // namespace
-
 }  // namespace quillary

@@ -19,6 +19,7 @@ TEST_F(TextAndPassword, AreSetLockedAndAskedFor) {
             {"nor locked", {"--lock", lock, "is b"}, 1, "locked already"},
             {"a wrong password", {"--unlock", lock, "is "}, 1, "You have entered an incorrect password."},
             {"no password", {"--unlock"}, 2, "need --lock-password-file"},
+            {"no lock", {lock, "is a"}, 2, "goes with --lock or --unlock"},
             {"one input for two", {"--set", "-", "--unlock", lock, "-"}, 2, "together", "", text},
             {"left open", {"--set", "-", "--unlock", lock, "is a"}, 0, "", "", text},
             {"all but one line end", {}, 0, "", "é \r\n\r\nz\r\n\n"},

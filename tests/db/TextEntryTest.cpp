@@ -12,12 +12,7 @@ constexpr auto kDMY = DateOrder::DayMonthYear;
 constexpr auto kYMD = DateOrder::YearMonthDay;
 
 TEST(TextEntry, Dates) {
-    struct Case {
-        const char* text;
-        DateOrder order;
-        CivilDate date;
-    };
-    const Case kCases[] = {
+    const std::tuple<const char*, DateOrder, CivilDate> kCases[] = {
         {"2004-03-07", kMDY, {2004, 3, 7}},     {" 2004-3-7 ", kDMY, {2004, 3, 7}},
         {"March 07, 2004", kDMY, {2004, 3, 7}}, {"mArCh 7 2004", kYMD, {2004, 3, 7}},
         {"03/07/2004", kMDY, {2004, 3, 7}},     {"03.07.2004", kDMY, {2004, 7, 3}},
@@ -25,7 +20,7 @@ TEST(TextEntry, Dates) {
         {"3/7/04", kMDY, {2004, 3, 7}},         {"01/01/0100", kMDY, {100, 1, 1}},
         {"04/03/202", kMDY, {202, 4, 3}},       {"202-04-03", kYMD, {202, 4, 3}},
     };
-    for (const auto& c : kCases) EXPECT_EQ(DateToDay(c.date), ParseDate(c.text, c.order, 2000)) << c.text;
+    for (const auto& [text, order, date] : kCases) EXPECT_EQ(DateToDay(date), ParseDate(text, order, 2000)) << text;
     for (const char* refused : {"", "March7, 2004", "Mar 7, 2004", "2004/03/07", "13/01/2004", "03/07.2004",
                                 "02/29/1900", "3/7/004", "1/1/0", "36500", "12/12/12345", "2004-03-07T10:00"}) {
         EXPECT_FALSE(ParseDate(refused, kMDY, 2000)) << refused;

@@ -37,6 +37,9 @@ class PosixFiles : public testing::Test {
         read.image = std::make_shared<const Image>(bytes);
         return true;
     }
+    static unsigned ModeOf(const Path& path) {
+        return static_cast<unsigned>(std::filesystem::status(path).permissions());
+    }
     LoadedFile Load(const Path& path) {
         LoadedFile loaded;
         FileError error;
@@ -51,10 +54,9 @@ TEST_F(PosixFiles, OnlyRegularFilesOpen) {
     std::filesystem::create_symlink("folder", m_folder / "link to folder");
     for (const LockKind lock : {LockKind::Shared, LockKind::Exclusive}) {
         EXPECT_EQ(OpenError(m_folder / "absent", lock), Kind::NotFound);
-        EXPECT_EQ(OpenError(m_folder / "pipe", lock), Kind::NotAFile);
-        EXPECT_EQ(OpenError(m_folder / "folder", lock), Kind::NotAFile);
-        EXPECT_EQ(OpenError(m_folder / "link to folder", lock), Kind::NotAFile);
-        EXPECT_EQ(OpenError("/dev/null", lock), Kind::NotAFile);
+        for (const Path& none :
+             {m_folder / "pipe", m_folder / "folder", m_folder / "link to folder", Path("/dev/null")})
+            EXPECT_EQ(OpenError(none, lock), Kind::NotAFile);
     }
     FileError error;
     EXPECT_FALSE(m_files.Create(m_folder / "pipe", error));
@@ -65,26 +67,23 @@ TEST_F(PosixFiles, OnlyRegularFilesOpen) {
 }
 
 TEST_F(PosixFiles, RightsDecideWhatCanBeReadAndWritten) {
-    const Path secret = m_folder.Write("secret", "x");
-    const Path readOnly = m_folder.Write("read only", "x");
-    const Path writable = m_folder.Write("writable", "x");
-    const Path inClosedFolder = m_folder.Write("closed/file", "x");
+    const auto file = [this](const char* name, mode_t mode) {
+        const Path path = m_folder.Write(name, "x");
+        chmod(path.c_str(), mode);
+        return path;
+    };
+    const Path secret = file("secret", 0), readOnly = file("read only", 0444), writable = file("writable", 0666);
+    const Path inClosedFolder = file("closed/file", 0666);
     chmod(m_folder.Root().c_str(), 0777);
-    chmod(secret.c_str(), 0);
-    chmod(readOnly.c_str(), 0444);
-    chmod(writable.c_str(), 0666);
-    chmod(inClosedFolder.c_str(), 0666);
     chmod((m_folder / "closed").c_str(), 0555);
     std::filesystem::create_directories(m_files.RecoveryPath(readOnly).parent_path());
     chmod((m_folder / "state").c_str(), 0);
     EXPECT_TRUE(AsOrdinaryUser([&] {
         LoadedFile loaded;
         FileError error;
-        return LoadDatabaseFile(m_files, readOnly, LoadMode::Read, nullptr, loaded, error);
-    })) << "a closed state folder is in no reader's way";
-    EXPECT_TRUE(AsOrdinaryUser([&] {
-        FileError error;
-        return !m_files.Open(secret, LockKind::Shared, error) && error.kind == Kind::Denied &&
+        // A closed state folder is in no reader's way.
+        return LoadDatabaseFile(m_files, readOnly, LoadMode::Read, nullptr, loaded, error) &&
+               !m_files.Open(secret, LockKind::Shared, error) && error.kind == Kind::Denied &&
                !m_files.CanRead(secret) && m_files.CanRead(readOnly) && !m_files.CanWrite(readOnly) &&
                !m_files.CanWrite(inClosedFolder) && !m_files.Open(readOnly, LockKind::Exclusive, error) &&
                error.kind == Kind::Denied && m_files.CanWrite(writable);
@@ -97,7 +96,7 @@ TEST_F(PosixFiles, AFolderIsMadeWithThoseAboveItAndForOthersToRead) {
     const mode_t before = umask(022);
     for (int time = 0; time < 2; ++time) EXPECT_TRUE(m_files.MakeFolder(m_folder / "new/Documents/", error));
     umask(before);
-    EXPECT_EQ(std::filesystem::status(m_folder / "new/Documents").permissions(), std::filesystem::perms(0755));
+    EXPECT_EQ(ModeOf(m_folder / "new/Documents"), 0755u);
     m_folder.Write("file", "");
     for (const char* inTheWay : {"file", "file/Documents/"}) {
         EXPECT_FALSE(m_files.MakeFolder(m_folder / inTheWay, error));
@@ -115,39 +114,27 @@ TEST_F(PosixFiles, AHugeFileIsRefusedUnread) {
     EXPECT_EQ(image.Bytes(), "kept");
 }
 
-TEST_F(PosixFiles, ALockHoldsBetweenProcesses) {
+TEST_F(PosixFiles, ALockHoldsUntilItsFileIsClosed) {
     const Path path = m_folder.Write("db.pdb", "A");
-    int fromChild[2];
-    int toChild[2];
-    ASSERT_EQ(pipe(fromChild) + pipe(toChild), 0);
-    const pid_t child = fork();
-    if (child == 0) {
-        FileError error;
-        char byte = 0;
-        const auto file = m_files.Open(path, LockKind::Exclusive, error);
-        const bool done =
-            file && write(fromChild[1], "x", 1) == 1 && read(toChild[0], &byte, 1) == 1 && file->WriteAt(0, "B", error);
-        _exit(done ? 0 : 1);  // lets the lock go
-    }
-    char byte = 0;
-    ASSERT_EQ(read(fromChild[0], &byte, 1), 1);
-    EXPECT_EQ(OpenError(path, LockKind::Shared), Kind::Busy);
-    EXPECT_EQ(OpenError(path, LockKind::Exclusive), Kind::Busy);
     PosixFileAccess patient(m_folder / "state");
     FileError error;
+    auto writer = m_files.Open(path, LockKind::Exclusive, error);
+    EXPECT_EQ(OpenError(path, LockKind::Shared), Kind::Busy);
+    EXPECT_EQ(OpenError(path, LockKind::Exclusive), Kind::Busy);
     EXPECT_FALSE(patient.RemoveUnlocked(path, error));
     EXPECT_EQ(error.kind, Kind::Busy);
-    ASSERT_EQ(write(toChild[1], "x", 1), 1);
     Image image;
-    const auto file = patient.Open(path, LockKind::Shared, error);
-    ASSERT_TRUE(file) << error.reason;
-    ASSERT_TRUE(file->Read(image, error));
+    std::thread reader([&] {
+        FileError none;
+        const auto file = patient.Open(path, LockKind::Shared, none);
+        EXPECT_TRUE(file && file->Read(image, none)) << none.reason;
+        EXPECT_TRUE(patient.Open(path, LockKind::Shared, none)) << "two readers";
+        EXPECT_FALSE(patient.RemoveUnlocked(path, none)) << "a reader has it";
+    });
+    EXPECT_TRUE(writer->WriteAt(0, "B", error));
+    writer.reset();
+    reader.join();
     EXPECT_EQ(image.Bytes(), "B");
-    EXPECT_TRUE(patient.Open(path, LockKind::Shared, error)) << "two readers";
-    int status = 1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(status, 0);
-    EXPECT_FALSE(patient.RemoveUnlocked(path, error)) << "a reader has it";
 }
 
 TEST_F(PosixFiles, AFileThatLostItsNameIsNotWritten) {
@@ -175,24 +162,20 @@ TEST_F(PosixFiles, ASaveKeepsTheFileItselfAndLeavesNothingBehind) {
     }
     EXPECT_TRUE(std::filesystem::is_symlink(m_folder / "link.pdb"));
     EXPECT_TRUE(Load(path).stamp.SameFile(before));
-    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+    EXPECT_EQ(ModeOf(path), 0640u);
     EXPECT_TRUE(std::filesystem::is_empty(m_folder / "state/quillary/recovery"));
 }
 
 TEST_F(PosixFiles, AStampSaysWhenALaterWriteMayCarryTheSameTime) {
     const Path path = m_folder.Write("db.pdb", "x");
-    struct Case {
-        const char* name;
-        std::time_t secondsAgo;
-        long nanoseconds;
-        bool mayHide;
-    };
-    for (const Case& c :
-         {Case{"long ago", 3600, 123456789, false}, Case{"long ago, on a memory card", 3600, 0, false},
-          Case{"within a memory card's grain", 1, 0, true}, Case{"by a clock ahead of ours", -60, 1, true}}) {
-        const timespec times[2] = {{0, UTIME_OMIT}, {std::time(nullptr) - c.secondsAgo, c.nanoseconds}};
+    const std::tuple<const char*, std::time_t, long, bool> kCases[] = {{"long ago", 3600, 123456789, false},
+                                                                       {"long ago, on a memory card", 3600, 0, false},
+                                                                       {"within a memory card's grain", 1, 0, true},
+                                                                       {"by a clock ahead of ours", -60, 1, true}};
+    for (const auto& [name, secondsAgo, nanoseconds, mayHide] : kCases) {
+        const timespec times[2] = {{0, UTIME_OMIT}, {std::time(nullptr) - secondsAgo, nanoseconds}};
         ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0);
-        EXPECT_EQ(Load(path).stamp.mayHideAWrite, c.mayHide) << c.name;
+        EXPECT_EQ(Load(path).stamp.mayHideAWrite, mayHide) << name;
     }
 }
 
@@ -212,17 +195,19 @@ TEST_F(PosixFiles, AWriteRightBehindOursIsNoticed) {
     }
 }
 
-TEST_F(PosixFiles, AWriteOfTheSameLengthThatPutsTheTimeBackIsNoticed) {
-    const Path path = m_folder.Write("db.pdb", "ours");
-    const auto time = std::filesystem::last_write_time(path) - std::chrono::hours(1);
-    std::filesystem::last_write_time(path, time);
-    LoadedFile read = Load(path);
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // the kernel's clock moves on
-    std::fstream(path) << "them";
-    std::filesystem::last_write_time(path, time);
-    Failure failure;
-    EXPECT_FALSE(Save(path, "more", read, failure));
-    EXPECT_EQ(failure.message, Message::ChangedByAnother);
+TEST_F(PosixFiles, AWriteThatPutsTheTimeBackIsNoticed) {
+    for (const char* theirs : {"them", "ours, and more"}) {
+        const Path path = m_folder.Write("db.pdb", "ours");
+        const auto time = std::filesystem::last_write_time(path) - std::chrono::hours(1);
+        std::filesystem::last_write_time(path, time);
+        LoadedFile read = Load(path);
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));  // the kernel's clock moves on
+        std::fstream(path) << theirs;
+        std::filesystem::last_write_time(path, time);
+        Failure failure;
+        EXPECT_FALSE(Save(path, "more", read, failure)) << theirs;
+        EXPECT_EQ(failure.message, Message::ChangedByAnother);
+    }
 }
 
 TEST_F(PosixFiles, EverySpellingOfAPathFindsTheSameRecoveryFile) {
@@ -236,8 +221,8 @@ TEST_F(PosixFiles, EverySpellingOfAPathFindsTheSameRecoveryFile) {
     EXPECT_EQ(m_files.RecoveryPath(m_folder / "db.pdb"), recovery);
     EXPECT_EQ(m_files.RecoveryPath(std::filesystem::relative(path)), recovery);
     EXPECT_NE(m_files.RecoveryPath(other), recovery);
-    std::filesystem::remove(path);
-    EXPECT_EQ(m_files.RecoveryPath(path), recovery) << "before the file is made";
+    EXPECT_EQ(m_files.RecoveryPath(m_folder / "link/new.pdb"), m_files.RecoveryPath(m_folder / "real/new.pdb"))
+        << "before the file is made";
 }
 
 TEST_F(PosixFiles, ARecoveryFileIsTheUsersAloneAndFollowsNoLink) {
@@ -250,7 +235,7 @@ TEST_F(PosixFiles, ARecoveryFileIsTheUsersAloneAndFollowsNoLink) {
     umask(mask);
     for (const auto& [made, mode] :
          {std::pair{recovery, 0600u}, std::pair{recovery.parent_path(), 0700u}, std::pair{m_folder / "state", 0700u}}) {
-        EXPECT_EQ(std::filesystem::status(made).permissions(), std::filesystem::perms(mode)) << made;
+        EXPECT_EQ(ModeOf(made), mode) << made;
     }
     std::filesystem::remove(recovery);
     std::filesystem::create_symlink(victim, recovery);
@@ -290,11 +275,11 @@ TEST_F(PosixFiles, ACopyIsForThoseWhoMayReadTheOriginal) {
         Failure failure;
         EXPECT_TRUE(CopyBeside(m_files, path, "secret", copy, failure)) << failure.text;
         umask(mask);
-        EXPECT_EQ(std::filesystem::status(copy).permissions(), std::filesystem::perms(mode));
+        EXPECT_EQ(ModeOf(copy), mode);
     }
     FileError error;
     EXPECT_TRUE(m_files.CreateLike(m_folder / "new.pdb", m_folder / "absent", error));
-    EXPECT_EQ(std::filesystem::status(m_folder / "new.pdb").permissions(), std::filesystem::perms(0600));
+    EXPECT_EQ(ModeOf(m_folder / "new.pdb"), 0600u);
 }
 
 TEST_F(PosixFiles, WithoutARecoveryFileNothingIsWritten) {

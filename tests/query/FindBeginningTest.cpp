@@ -9,12 +9,7 @@ namespace quillary {
 namespace {
 
 TEST(FindBeginning, LooksAtTheFirstCellFromARowOnAndThenFromTheTop) {
-    const struct {
-        const char* name;
-        std::u16string_view text;
-        std::size_t from;
-        std::optional<std::size_t> row;
-    } kCases[] = {
+    const std::tuple<const char*, std::u16string_view, std::size_t, std::optional<std::size_t>> kCases[] = {
         {"the row itself", u"a", 0, 0},
         {"the next one", u"AD", 1, 3},
         {"from the top again", u"ada", 4, 0},
@@ -25,8 +20,8 @@ TEST(FindBeginning, LooksAtTheFirstCellFromARowOnAndThenFromTheTop) {
         {"what no cell can hold", u"\u0E01", 0, {}},
     };
     // One byte a character, and two.
-    for (const auto& [name, zhe] : {std::pair("windows-1251", "\xE6\x61"), std::pair("shift_jis", "\x84\x77\x61")}) {
-        const auto page = CodePageByName(name);
+    for (const auto& [code, zhe] : {std::pair("windows-1251", "\xE6\x61"), std::pair("shift_jis", "\x84\x77\x61")}) {
+        const auto page = CodePageByName(code);
         ASSERT_TRUE(page);
         MemoryFiles files;
         CQuillaryDoc doc(files, *page);
@@ -37,7 +32,8 @@ TEST(FindBeginning, LooksAtTheFirstCellFromARowOnAndThenFromTheTop) {
             ASSERT_TRUE(doc.AppendRecord(Entries({text, "bob"}), failure));
         }
         ASSERT_TRUE(doc.AppendRecord("", failure));  // without any entry
-        for (const auto& c : kCases) EXPECT_EQ(c.row, FindBeginning(doc, c.text, c.from)) << name << ": " << c.name;
+        for (const auto& [name, text, from, row] : kCases)
+            EXPECT_EQ(row, FindBeginning(doc, text, from)) << code << ": " << name;
     }
 }
 

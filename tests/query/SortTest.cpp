@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <numeric>
-#include <random>
 
 #include "platform/posix/CodePages.h"
 #include "tests/fakes/TestDatabase.h"
@@ -15,59 +14,6 @@
 
 namespace quillary {
 namespace {
-
-std::string Sorted(const char* type, const std::vector<std::string>& values, bool descending = false) {
-    MemoryFiles files;
-    CQuillaryDoc doc(files);
-    doc.NewDatabase("x", {MakeField("Key", type)});
-    Failure failure;
-    for (const auto& value : values) EXPECT_TRUE(doc.AppendRecord(Entries({value}), failure));
-    doc.SetSort({{"Key", descending}});
-    SortRecords(doc);
-    std::string sorted;
-    for (const auto& row : ShownTexts(doc)) sorted += row[0] + "|";
-    return sorted;
-}
-
-TEST(Sort, OrderByType) {
-    struct Case {
-        const char* name;
-        const char* type;
-        std::vector<std::string> values;
-        const char* ascending;
-        const char* descending;
-    };
-    const Case kCases[] = {
-        {"capitals come first",
-         "t",
-         {"cherry", "apple", "", "Banana"},
-         "|Banana|apple|cherry|",
-         "cherry|apple|Banana||"},
-        {"by UTF-16 unit, not by byte: a dash lies above letters with accents",
-         "t",
-         {"\x96", "\xE9", "z"},
-         "z|\xE9|\x96|",
-         "\x96|\xE9|z|"},
-        {"line ends as they are shown, all alike",
-         "t",
-         {"a\n", "a\r\nb", "a\nb", "a\r", "a\n\n", "a\r\n", "a\rb"},
-         "a\r|a\n|a\r\n|a\n\n|a\r\nb|a\nb|a\rb|",
-         "a\rb|a\r\nb|a\nb|a\n\n|a\n|a\r\n|a\r|"},
-        {"numbers, unreadable ones are 0", "F", {"10", "9", "x", "", "-1"}, "-1|x||9|10|", "10|9|x||-1|"},
-        {"unchecked before checked", "B", {"yes", "no", "1", ""}, "no||yes|1|", "yes|1|no||"},
-        {"unreadable dates first", "D", {"5", "", "-700000", "-3"}, "|-700000|-3|5|", "5|-3||-700000|"},
-        {"unreadable times are midnight; seconds do not count",
-         "d",
-         {"61", "119", "0", "x", "60"},
-         "0|x|61|119|60|",
-         "61|119|60|0|x|"},
-        {"a phone key has no effect", "P", {"2", "1"}, "2|1|", "2|1|"},
-    };
-    for (const auto& c : kCases) {
-        EXPECT_EQ(c.ascending, Sorted(c.type, c.values)) << c.name;
-        EXPECT_EQ(c.descending, Sorted(c.type, c.values, true)) << c.name;
-    }
-}
 
 // The rules word by word, on display texts: "" for a missing entry.
 int CompareDirectly(FieldType type, const AnsiText& page, const std::string& a, const std::string& b) {
@@ -100,9 +46,10 @@ void SortTablesOfEveryType(const AnsiText& page) {
                                        "00", "-1.5", "9", "10",   "59",   "86460", "-700000", "36500",    "true"};
     // Around the lengths at which the sort goes over from beginnings to whole texts, and from one step to the next.
     const std::string digits(40, '1');
-    for (const char* end : {"", "a", "B", "\n", "\nx", "\r\nx", "\r\ny", "\rx", "\x84\x47"}) {
-        for (const std::size_t length : {7, 8, 15, 16, 33}) values.push_back(digits.substr(0, length) + end);
+    for (const char* end : {"", "a", "B", "\n", "\nx", "\r\nx", "\r\ny", "\rx", "\x84\x47", "\n\nx", "\n\ny"}) {
+        for (const std::size_t length : {4, 7, 8, 15, 16, 33}) values.push_back(digits.substr(0, length) + end);
     }
+    ::setenv("RC_PARAMS", "max_success=500", 0);
     EXPECT_TRUE(rc::check([&] {
         MemoryFiles files;
         CQuillaryDoc doc(files, page);
@@ -110,7 +57,9 @@ void SortTablesOfEveryType(const AnsiText& page) {
         for (const auto& type : types) fields.push_back(MakeField(type, type));
         doc.NewDatabase("x", fields);
         Failure failure;
-        for (auto rows = *rc::gen::inRange(0, 40); rows > 0; --rows) {
+        // Seldom so many that their keys are found on several threads.
+        for (auto rows = *rc::gen::weightedOneOf<int>({{200, rc::gen::inRange(0, 40)}, {1, rc::gen::just(2100)}});
+             rows > 0; --rows) {
             auto texts = *rc::gen::container<std::vector<std::string>>(types.size(), rc::gen::elementOf(values));
             // In some the last ones are missing.
             texts.resize(*rc::gen::element<std::size_t>(10, 10, 10, 3));
@@ -146,31 +95,6 @@ TEST(Sort, IsTheRulesWordByWordInAPageOfSeveralBytes) {
     const auto page = CodePageByName("shift_jis");
     ASSERT_TRUE(page);
     SortTablesOfEveryType(*page);
-}
-
-TEST(Sort, ThreeKeysAreStableAndDeadKeysAreSkipped) {
-    MemoryFiles files;
-    CQuillaryDoc doc(files);
-    doc.NewDatabase("x", {MakeField("A", "F"), MakeField("B", "t"), MakeField("C", "D"), MakeField("Row", "F")});
-    std::mt19937 random(7);
-    Failure failure;
-    for (int i = 0; i < 5000; ++i) {
-        ASSERT_TRUE(doc.AppendRecord(
-            Entries({std::to_string(random() % 5), std::string(1, static_cast<char>('a' + random() % 4)),
-                     std::to_string(random() % 3), std::to_string(i)}),
-            failure));
-    }
-    doc.SetSort({{"Gone", false}, {"A", true}, {"A", false}, {"B", false}});
-    SortRecords(doc);
-    const auto rows = ShownTexts(doc);
-    for (std::size_t i = 1; i < rows.size(); ++i) {
-        const auto& a = rows[i - 1];
-        const auto& b = rows[i];
-        const bool ordered = a[0] != b[0]   ? a[0] > b[0]
-                             : a[1] != b[1] ? a[1] < b[1]
-                                            : std::stoi(a[3]) < std::stoi(b[3]);
-        ASSERT_TRUE(ordered) << i;
-    }
 }
 
 TEST(Sort, KeysOfRenamedAndRemovedFieldsCountForNothing) {

@@ -13,7 +13,6 @@
 #include "tests/posix/TestFolder.h"
 
 namespace quillary {
-
 namespace {
 
 class DesktopStore : public testing::Test {
@@ -118,5 +117,4 @@ TEST_F(DesktopStore, LeavesNothingHalfWrittenAndReplacesNothing) {
 }
 
 }  // namespace
-
 }  // namespace quillary

@@ -14,11 +14,11 @@
 #include "tests/fakes/TestSettings.h"
 
 namespace quillary {
-
 namespace {
 
 using Property = ContactProperty;
 constexpr auto kDoNotWait = static_cast<guint32>(-1);
+constexpr const char* kAll = "(contains \"x-evolution-any-field\" \"\")";
 
 std::string TextOf(Property property) {
     return "é" + std::string(1, static_cast<char>('A' + static_cast<int>(property))) + "; x,y\\z\nend";
@@ -68,7 +68,6 @@ void ExpectEvents(ESourceRegistry* registry) {
 void ExpectContacts(ESourceRegistry* registry) {
     const Owned<ESource> source(e_source_registry_ref_default_address_book(registry));
     const Owned<EClient> client(e_book_client_connect_sync(source.get(), kDoNotWait, nullptr, nullptr));
-    constexpr const char* kAll = "(contains \"x-evolution-any-field\" \"\")";
     GSList* contacts = nullptr;
     ASSERT_TRUE(client &&
                 e_book_client_get_contacts_sync(E_BOOK_CLIENT(client.get()), kAll, &contacts, nullptr, nullptr));
@@ -111,5 +110,4 @@ TEST(Evolution, ExportedTwiceEveryItemIsThereOnce) {
 }
 
 }  // namespace
-
 }  // namespace quillary

@@ -2,15 +2,7 @@
 
 ExportedFilesTest.py QLY
 """
-import csv
-import datetime
-import glob
-import os
-import subprocess
-import sys
-import tempfile
-
-import vobject
+import csv, datetime, glob, os, subprocess, sys, tempfile, vobject
 
 qly = sys.argv[1]
 folder = tempfile.TemporaryDirectory()

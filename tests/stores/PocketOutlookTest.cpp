@@ -1,4 +1,4 @@
-// The session of an export: what it says when there is no store, and the names that it gives to items.
+// The session of an export gives names to items.
 #include "integration/PocketOutlook.h"
 
 #include <gtest/gtest.h>
@@ -10,24 +10,9 @@
 #include "tests/fakes/TestDatabase.h"
 
 namespace quillary {
-
 namespace {
 
 using Names = std::vector<std::string>;
-
-TEST(PocketOutlook, SaysOnceThatThereIsNoStore) {
-    for (const Message trouble : {Message::NoPersonalStore, Message::NoLogOn, Message::None}) {
-        const auto items = std::make_shared<FakePersonalItems>();
-        items->isThere = trouble != Message::NoPersonalStore;
-        items->letsIn = trouble != Message::NoLogOn;
-        ScriptedQuestions questions;
-        CPocketOutlook outlook(std::make_unique<FakePersonalStore>(items), questions);
-        const bool works = trouble == Message::None;
-        EXPECT_EQ(works, outlook.IsUsable() && outlook.CreateAppointment({}) && outlook.CreateContact({}));
-        EXPECT_EQ(works ? std::vector<Message>() : std::vector<Message>{trouble}, questions.told);
-        EXPECT_EQ(works, !items->uids.empty());
-    }
-}
 
 Names NamesOf(const std::vector<Appointment>& appointments, const std::vector<Contact>& contacts) {
     const auto items = std::make_shared<FakePersonalItems>();
@@ -64,5 +49,4 @@ TEST(PocketOutlook, ItemsThatDifferHaveNamesThatDifferAndTheSameInEveryRun) {
 }
 
 }  // namespace
-
 }  // namespace quillary

@@ -1,7 +1,6 @@
 #include "tests/cli/Qly.h"
 
 namespace quillary {
-
 namespace {
 
 class FilterCommand : public QlyTest {
@@ -85,6 +84,40 @@ TEST_F(FilterCommand, CombinesNarrowsAndLetsGo) {
     EXPECT_EQ("ann Cid Dan ", Names({}, "showall")) << "also when no condition is left";
 }
 
-}  // namespace
+class SortCommand : public QlyTest {};
 
+TEST_F(SortCommand, StoresTheKeysAndSortsByThem) {
+    ImageParts parts;
+    parts.AddSchema({"Name", "Due", "No", "No:desc"}, {"t", "D", "F", "F"});
+    parts.Add(2, {"b", "", "10", "3"});
+    parts.Add(2, {"a", "7", "9", "1"});
+    parts.Add(3, {"hidden"});
+    parts.Add(9, {"of another program"});
+    parts.Add(2, {"B", "-5", "10", "2"});
+    Write("t.pdb", parts);
+    Expect({"sort", "t.pdb"}, {
+                                  {"an unknown field", {"No", "due:asc"}, 1, "no field \"due\". The database has \"N"},
+                                  {"an unknown direction", {"Due:down"}, 1, "no field \"Due:down\"."},
+                                  {"a fourth key", {"Name", "Due", "No", "Name"}, 2, "Too many words"},
+                                  {"records that would be lost", {"Due"}, 1, "1 would not come back"},
+                                  {"one key", {"Name", "--drop-foreign"}, 0, ""},
+                              });
+    const std::tuple<std::vector<std::string>, std::string, std::string> kCases[] = {
+        {{"sort", "t.pdb", "No:asc", "Due:desc", "Name"}, "aBb", "02000000 01010000 00000000"},
+        // A name goes before an ending, and may have one.
+        {{"sort", "t.pdb", "No:desc"}, "aBb", "03000000 FF000000 FF000000"},
+        {{"sort", "t.pdb", "No:desc:desc"}, "bBa", "03010000 FF000000 FF000000"},
+        {{"sort", "t.pdb"}, "bBa", "FF000000 FF000000 FF000000"},
+    };
+    for (const auto& [arguments, names, keys] : kCases) {
+        EXPECT_EQ("", Output(arguments));
+        EXPECT_THAT(Read("t.pdb"), HasSubstr(FromHex(keys + "FF FF FF 01 FF 00"))) << keys;
+        const Json list = JsonOf({"list", "t.pdb", "--format", "json"});
+        std::string listed;
+        for (const Json& record : list["records"]) listed += record[0];
+        EXPECT_EQ(names, listed) << keys;
+    }
+}
+
+}  // namespace
 }  // namespace quillary
