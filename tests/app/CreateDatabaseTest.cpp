@@ -2,9 +2,6 @@
 #include "app/CreateDatabase.h"
 
 #include <QAbstractButton>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTest>
 
 #include "tests/ui/WindowTest.h"
 
@@ -68,14 +65,13 @@ TEST_F(CreateDatabaseTest, ShowsThePathRefusesATakenNameAndLosesNoFieldToAFullDi
 TEST_F(CreateDatabaseTest, NewInTheListStartsItByEveryWayAndCancelMakesNothing) {
     app.InitInstance({});
     QApplication::setActiveWindow(&app.Frame());
-    app.Frame().resize(400, 320);
     app.Frame().resize(240, 320);
     EXPECT_EQ(app.Frame().width(), 240) << "all of it shows on a small screen";
     const auto cancel = [](CQuillaryDialog& page) { Type(page, "Tea", Qt::Key_Escape); };
     user.ExpectDialog(135, cancel);
     QTest::keyClick(&app.Frame(), Qt::Key_N, Qt::ControlModifier);
     for (auto* button : app.Frame().findChildren<QAbstractButton*>()) {
-        if (!button->isVisible() || !button->text().startsWith(QLatin1String("&New")) || !user.IsDone()) continue;
+        if (!button->isVisible() || !button->text().startsWith(QLatin1String("&New"))) continue;
         user.ExpectDialog(135, cancel);
         Click(button);
     }

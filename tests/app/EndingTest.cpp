@@ -2,11 +2,8 @@
 #include <unistd.h>
 #include <csignal>
 
-#include <QCheckBox>
-#include <QComboBox>
 #include <QPlainTextEdit>
 #include <QScreen>
-#include <QTest>
 #include <atomic>
 #include <thread>
 
@@ -14,7 +11,6 @@
 #include "platform/posix/PosixFileAccess.h"
 #include "tests/posix/TestFolder.h"
 #include "tests/ui/WindowTest.h"
-#include "views/QuillaryView.h"
 
 namespace quillary {
 namespace {
@@ -24,6 +20,10 @@ constexpr char kDialogChanged[] = "Save the changes before closing?";
 class EndingTest : public WindowTest {
   protected:
     EndingTest() : m_signals([this] { program->Frame().close(); }) {}
+    static void TypeInForm(const CQuillaryDialog& page, const QString& text) {
+        QTest::keyClick(page.Control<QWidget>(100), Qt::Key_F2);
+        page.Control<QPlainTextEdit>(100)->insertPlainText(text);
+    }
     bool Closes() {
         return QTest::qWaitFor([this] { return !app.Frame().isVisible(); });
     }
@@ -39,33 +39,36 @@ TEST_F(EndingTest, ASignalEndsTheDialogInWhichOneTypesAndThenTheProgram) {
     for (const int number : {SIGTERM, SIGHUP, SIGINT}) {
         app.Frame().show();
         Open(before);
-        user.ExpectDialog(149, [&](CQuillaryDialog& page) {
-            Click(page.Control<QWidget>(1003));
+        InDialog(149, "Tools", "Options...", [&](CQuillaryDialog& page) {
+            Press(page, 1003);
             user.ExpectMessage(kDialogChanged, "Cancel");
             raise(number);
             EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
             EXPECT_TRUE(page.isVisible()) << "what was typed stays";
-            user.ExpectMessage(kDialogChanged, "Discard");
-            raise(number);
+            const bool saves = number == SIGINT;
+            QApplication::setActiveWindow(&app.Frame());  // as a window manager does
+            user.ExpectMessage(kDialogChanged, saves ? "Save" : "Discard");
+            saves ? QTest::keyClick(app.Frame().focusWidget(), Qt::Key_Q, Qt::ControlModifier) : void(raise(number));
             EXPECT_TRUE(QTest::qWaitFor([&] { return !page.isVisible(); }));
         });
-        ChooseMenu("Tools", "Options...");
         EXPECT_TRUE(Closes());
-        EXPECT_EQ(CloseAndReadFile(), before);
+        EXPECT_EQ(CloseAndReadFile() == before, number != SIGINT);
     }
 }
 
 TEST_F(EndingTest, ASignalAtAQuestionAboutUnsavedChangesAnswersNothingForTheUser) {
-    CQuillaryDoc* doc = Open(PeopleParts().Build());
-    doc->SetStyle(DateStyle::Long);
+    const std::string before = PeopleParts().Build();
+    Open(before)->SetStyle(DateStyle::Long);
     files.full = "/people.pdb";
-    raise(SIGTERM);
-    user.ExpectMessage(kDiskFullLeaving, "Cancel");
-    EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
-    EXPECT_TRUE(app.Frame().isVisible());
-    raise(SIGTERM);
-    user.ExpectMessage(kDiskFullLeaving, "Discard the Changes");
+    for (const char* const answer : {"Cancel", "Discard the Changes"}) {
+        EXPECT_TRUE(app.Frame().isVisible());
+        raise(SIGTERM);
+        user.ExpectMessage(kDiskFullLeaving, answer);
+        EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
+    }
     EXPECT_TRUE(Closes());
+    files.full.clear();
+    EXPECT_EQ(CloseAndReadFile(), before);
 }
 
 TEST_F(EndingTest, TheEndOfTheSessionSavesOrAsksButLeavesTheWindowToTheDesktop) {
@@ -82,60 +85,42 @@ TEST_F(EndingTest, TheEndOfTheSessionSavesOrAsksButLeavesTheWindowToTheDesktop) 
 }
 
 TEST_F(EndingTest, TheEndOfTheSessionAsksAboutAChangedDialog) {
-    const struct {
-        const char* answer;
-        bool mayEnd, isLong;
-    } kAnswers[] = {{"Cancel", false, false}, {"Discard", true, false}, {"Save", true, true}};
     CQuillaryDoc* doc = Open(PeopleParts().Build());
-    for (const auto& row : kAnswers) {
-        user.ExpectDialog(149, [&](CQuillaryDialog& page) {
-            Click(page.Control<QWidget>(1003));
+    for (const std::string answer : {"Cancel", "Discard", "Save"}) {
+        const bool mayEnd = answer != "Cancel";
+        InDialog(149, "Tools", "Options...", [&](CQuillaryDialog& page) {
+            Press(page, 1003);
             EXPECT_TRUE(app.CommitData(false)) << "nobody may be asked";
-            user.ExpectMessage(kDialogChanged, row.answer);
-            EXPECT_EQ(app.CommitData(true), row.mayEnd) << row.answer;
-            EXPECT_EQ(page.isVisible(), !row.mayEnd) << row.answer;
-            if (!row.mayEnd) page.reject();
+            user.ExpectMessage(kDialogChanged, answer.c_str());
+            EXPECT_EQ(app.CommitData(true), mayEnd) << answer;
+            EXPECT_EQ(page.isVisible(), !mayEnd) << answer;
+            if (!mayEnd) page.reject();
         });
-        ChooseMenu("Tools", "Options...");
-        EXPECT_EQ(doc->Style() == DateStyle::Long, row.isLong) << row.answer;
-        EXPECT_FALSE(doc->IsModified()) << row.answer;
+        EXPECT_EQ(doc->Style() == DateStyle::Long, answer == "Save") << answer;
+        EXPECT_FALSE(doc->IsModified()) << answer;
         QTest::qWait(0);
     }
 }
 
 TEST_F(EndingTest, WhatAnEndedDialogCannotSaveIsAskedAboutOnce) {
     const struct {
-        int dialog;
-        bool endsSession, mayEnd;
-        const char* answer;
-    } kRows[] = {{173, false, false, "Cancel"},
-                 {173, false, true, "Discard the Changes"},
-                 {173, true, false, "Cancel"},
-                 {139, true, true, "Discard the Changes"}};
-    for (const auto& row : kRows) {
+        bool sorts, endsSession, mayEnd;
+    } kRows[] = {{false, false, false}, {false, false, true}, {false, true, false}, {true, true, true}};
+    for (const auto& [sorts, endsSession, mayEnd] : kRows) {
         files.full.clear();
         app.Frame().show();
-        CQuillaryDoc* doc = Open(PeopleParts().Build());
+        const CQuillaryDoc* doc = Open(PeopleParts().Build());
         files.full = "/people.pdb";
-        user.ExpectDialog(row.dialog, [&](CQuillaryDialog& page) {
-            if (row.dialog == 173) {
-                QTest::keyClick(page.Control<QWidget>(100), Qt::Key_F2);
-                page.Control<QPlainTextEdit>(100)->insertPlainText("x");
-            } else {
-                page.Control<QComboBox>(1002)->setCurrentIndex(2);
-            }
+        user.ExpectDialog(sorts ? 139 : 173, [&, mayEnd = mayEnd](CQuillaryDialog& page) {
+            sorts ? page.Control<QComboBox>(1002)->setCurrentIndex(2) : TypeInForm(page, "x");
             user.ExpectMessage(kDialogChanged, "Save");
-            user.ExpectMessage(kDiskFullLeaving, row.answer);
-            if (row.endsSession) {
-                EXPECT_EQ(app.CommitData(true), row.mayEnd);
-            } else {
-                app.Frame().close();
-            }
+            user.ExpectMessage(kDiskFullLeaving, mayEnd ? "Discard the Changes" : "Cancel");
+            EXPECT_EQ(endsSession ? app.CommitData(true) : app.Frame().close(), endsSession && mayEnd);
         });
-        row.dialog == 173 ? QTest::keyClick(View(), Qt::Key_Return) : ChooseMenu("Record", "Sort...");
-        EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); })) << row.dialog << row.answer;
+        sorts ? ChooseMenu("Record", "Sort...") : QTest::keyClick(View(), Qt::Key_Return);
+        EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
         QTest::qWait(0);
-        EXPECT_EQ(app.Frame().isVisible(), row.endsSession || !row.mayEnd);
+        EXPECT_EQ(app.Frame().isVisible(), endsSession || !mayEnd);
         EXPECT_TRUE(doc->IsModified());
     }
 }
@@ -143,8 +128,7 @@ TEST_F(EndingTest, WhatAnEndedDialogCannotSaveIsAskedAboutOnce) {
 TEST_F(EndingTest, TheSessionGoesOnWhenADialogRefusesWhatIsToBeSaved) {
     Open(PeopleParts().Build());
     user.ExpectDialog(173, [&](CQuillaryDialog& page) {
-        QTest::keyClick(page.Control<QWidget>(100), Qt::Key_F2);
-        page.Control<QPlainTextEdit>(100)->insertPlainText(u"\u017b"_qs);
+        TypeInForm(page, u"\u017b"_qs);
         user.ExpectMessage(kDialogChanged, "Save");
         user.ExpectMessage(u"These characters cannot be stored in \"Name\": \u017b"_qs);
         EXPECT_FALSE(app.CommitData(true));

@@ -2,40 +2,26 @@
 #include "app/Splash.h"
 
 #include <QPointer>
-#include <QTest>
 
 #include "tests/ui/WindowTest.h"
 
 namespace quillary {
 namespace {
 
-class SplashTest : public WindowTest {
-  protected:
-    /// Waits for less than the splash stays by itself.
-    [[nodiscard]] bool IsGoneSoon() {
-        return QTest::qWaitFor([this] { return m_splash.isNull() || !m_splash->isVisible(); }, 1000);
+using SplashTest = WindowTest;
+
+TEST_F(SplashTest, GoesWithTheFirstPaintOfTheMainWindowWithAnyInputAndByItself) {
+    QWidget window, other;  // the other one never shows, and so never paints
+    const std::function<void(QWidget&)> kEnds[] = {
+        [&](QWidget&) { window.show(); }, [&](QWidget&) { QTest::keyClick(&app.Frame(), Qt::Key_Shift); },
+        [](QWidget& splash) { QTest::mouseClick(&splash, Qt::LeftButton); }, [](QWidget&) {}};
+    for (const auto& end : kEnds) {
+        const bool isLast = &end == &kEnds[3];
+        const QPointer<CSplash> splash = new CSplash(&end == &kEnds[0] ? window : other);
+        EXPECT_TRUE(splash->isVisible());
+        end(*splash);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !splash || !splash->isVisible(); }, isLast ? 5000 : 1000));
     }
-    QPointer<CSplash> m_splash;
-};
-
-TEST_F(SplashTest, GoesWithTheFirstPaintOfTheMainWindow) {
-    QWidget window;
-    m_splash = new CSplash(window);
-    EXPECT_TRUE(m_splash->isVisible());
-    window.show();
-    EXPECT_TRUE(IsGoneSoon());
-}
-
-TEST_F(SplashTest, GoesWithAnyInputAndByItself) {
-    QWidget other;  // which never shows, and so never paints
-    m_splash = new CSplash(other);
-    QTest::keyClick(&app.Frame(), Qt::Key_Shift);
-    EXPECT_TRUE(IsGoneSoon());
-    m_splash = new CSplash(other);
-    QTest::mouseClick(m_splash, Qt::LeftButton);
-    EXPECT_TRUE(IsGoneSoon());
-    m_splash = new CSplash(other);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return m_splash.isNull(); }, 5000));
 }
 
 }  // namespace

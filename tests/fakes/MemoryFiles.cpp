@@ -37,14 +37,17 @@ class MemoryFile : public LockedFile {
 
 }  // namespace
 
+std::string* MemoryFiles::Find(const Path& path, FileError& error) {
+    const auto found = contents.find(path.string());
+    if (found != contents.end()) return &found->second;
+    error.kind = FileError::Kind::NotFound;
+    return nullptr;
+}
+
 std::unique_ptr<LockedFile> MemoryFiles::Open(const Path& path, LockKind, FileError& error) {
     const std::lock_guard lock(m_mutex);
-    const auto found = contents.find(path.string());
-    if (found == contents.end()) {
-        error.kind = FileError::Kind::NotFound;
-        return nullptr;
-    }
-    return std::make_unique<MemoryFile>(found->second);
+    std::string* found = Find(path, error);
+    return found ? std::make_unique<MemoryFile>(*found) : nullptr;
 }
 
 std::unique_ptr<LockedFile> MemoryFiles::Create(const Path& path, FileError& error) {
@@ -65,29 +68,22 @@ bool MemoryFiles::Remove(const Path& path, FileError&) {
 
 bool MemoryFiles::Rename(const Path& from, const Path& to, FileError& error) {
     const std::lock_guard lock(m_mutex);
-    auto node = contents.extract(from.string());
-    if (node.empty()) {
-        error.kind = FileError::Kind::NotFound;
+    if (!Find(from, error)) return false;
+    if (contents.contains(to.string())) {
+        error.kind = FileError::Kind::Exists;
         return false;
     }
+    auto node = contents.extract(from.string());
     node.key() = to.string();
-    auto put = contents.insert(std::move(node));
-    if (put.inserted) return true;
-    put.node.key() = from.string();
-    contents.insert(std::move(put.node));
-    error.kind = FileError::Kind::Exists;
-    return false;
+    contents.insert(std::move(node));
+    return true;
 }
 
 bool MemoryFiles::ReadRecovery(const Path& recoveryPath, Image& image, FileError& error) {
     const std::lock_guard lock(m_mutex);
-    const auto found = contents.find(recoveryPath.string());
-    if (found == contents.end()) {
-        error.kind = FileError::Kind::NotFound;
-        return false;
-    }
-    image = Image(found->second);
-    return true;
+    const std::string* found = Find(recoveryPath, error);
+    if (found) image = Image(*found);
+    return found != nullptr;
 }
 
 bool MemoryFiles::WriteRecovery(const Path& recoveryPath, std::string_view head, std::string_view body, FileError&) {

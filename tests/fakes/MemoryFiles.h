@@ -25,6 +25,8 @@ class MemoryFiles : public FileAccess {
                        FileError& error) override;
 
   private:
+    [[nodiscard]] std::string* Find(const Path& path, FileError& error);
+
     std::mutex m_mutex;  // a save's flush on its own thread removes the recovery copy
 };
 

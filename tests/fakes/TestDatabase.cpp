@@ -23,16 +23,13 @@ std::string SchemaRecord(std::vector<std::string> texts, const std::string& padd
 
 std::string FromHex(std::string_view hex) {
     std::string bytes;
-    int high = -1;
+    bool isHigh = true;
     for (const char c : hex) {
         if (c == ' ' || c == '\n') continue;
         const int digit = c <= '9' ? c - '0' : (c | 0x20) - 'a' + 10;
-        if (high < 0) {
-            high = digit;
-        } else {
-            bytes.push_back(static_cast<char>(high << 4 | digit));
-            high = -1;
-        }
+        if (isHigh) bytes.push_back(0);
+        bytes.back() = static_cast<char>(bytes.back() << 4 | digit);
+        isHigh = !isHigh;
     }
     return bytes;
 }
@@ -103,12 +100,9 @@ std::vector<std::vector<std::string>> ShownTexts(const CQuillaryDoc& doc, bool f
         std::vector<std::string> row;
         for (std::size_t k = 0; k < doc.FieldCount(); ++k) {
             const auto stored = FindEntry(record.Entries(), static_cast<std::uint8_t>(k));
-            if (!stored) {
-                row.emplace_back("<none>");
-            } else {
-                row.push_back(formatted ? DisplayText(doc.TypeOf(k), *stored, doc.Style(), doc.Page())
-                                        : std::string(*stored));
-            }
+            row.push_back(!stored     ? "<none>"
+                          : formatted ? DisplayText(doc.TypeOf(k), *stored, doc.Style(), doc.Page())
+                                      : std::string(*stored));
         }
         rows.push_back(row);
     }

@@ -55,18 +55,15 @@ class LauncherTest : public ::testing::Test {
 
 TEST_F(LauncherTest, FindsTheProgramThatTheDesktopNames) {
     AddProgram("there");
-    AddEntry("there.desktop", "there %u");
+    for (const char* name : {"there.desktop", "vendor/below.desktop"}) AddEntry(name, "there %u");
     AddEntry("gone.desktop", "gone %u");
     AddEntry("unready.desktop", "there %u", "TryExec=gone\n");
     AddEntry("hidden.desktop", "there %u", "Hidden=true\n");
     AddEntry("inside.desktop", "there -x \"there %u\"");
     AddEntry("shell.desktop", "there -c %u");
     AddEntry("option.desktop", "there --to=%u");
-    AddEntry("vendor/below.desktop", "there %u");
     const struct {
-        const char* group;
-        const char* entries;
-        const char* cache;
+        const char *group, *entries, *cache;
         Program program;
     } kRows[] = {
         {"Default Applications", "", "", Program::None},
@@ -123,7 +120,6 @@ TEST_F(LauncherTest, AProgramGetsTheFileToSendByItsOwnOption) {
     const std::string link = "file:///home/ann/My%20%27Lists%27%2C1%25.pdb";
     EXPECT_EQ(MailCommand("/bin/evolution", file), (Command{"/bin/evolution", "mailto:?attach=" + link}));
     EXPECT_EQ(MailCommand("thunderbird", file), (Command{"thunderbird", "-compose", "attachment='" + link + "'"}));
-    EXPECT_EQ(MailCommand("kmail", file), (Command{"kmail", "--attach", link}));
     EXPECT_EQ(MailCommand("firefox", file), Command());
 
     using Bluetooth = Launcher::Bluetooth;
@@ -187,11 +183,12 @@ TEST_F(LauncherTest, APortalGetsTheFileElseAMailProgramElseItFails) {
         EXPECT_EQ(failures, 0);
     }
     AddProgram("claws-mail", "exit 1\n");
-    send();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 1; })) << "nor could the program";
-    std::filesystem::remove(m_folder / "bin/claws-mail");
-    send();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return failures == 2; })) << "no program";
+    for (const int failed : {1, 2}) {
+        send();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return failures == failed; }))
+            << "the first program fails, then there is none";
+        std::filesystem::remove(m_folder / "bin/claws-mail");
+    }
     QDBusConnection::disconnectFromBus("portal");
 }
 

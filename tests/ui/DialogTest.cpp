@@ -1,8 +1,5 @@
 // What holds for every dialog: controls with names, a way in and out by keys, a page instead of a window.
 #include <QAbstractButton>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTest>
 #include <algorithm>
 #include <functional>
 #include <memory>
@@ -43,25 +40,26 @@ class DialogTest : public WindowTest {
 
     std::vector<std::unique_ptr<CQuillaryDialog>> AllDialogs() {
         std::vector<std::unique_ptr<CQuillaryDialog>> dialogs;
-        dialogs.push_back(std::make_unique<CAboutDlg>(app.Frame()));
-        dialogs.push_back(std::make_unique<CChangePasswordDlg>(m_doc, app.Frame()));
-        dialogs.push_back(std::make_unique<CDatabaseInfoDlg>(m_doc, app.Frame()));
-        dialogs.push_back(std::make_unique<CLockPasswordDlg>(m_doc, 0, app.Frame()));
-        dialogs.push_back(std::make_unique<CCreateDatabaseDlg>(m_newDatabase, QString(28, u'W'), nullptr, app.Frame()));
-        dialogs.push_back(std::make_unique<CPreferencesDlg>(settings, locations, app.Frame()));
-        dialogs.push_back(std::make_unique<CSaveToPathDlg>(locations, app.Frame()));
-        dialogs.push_back(std::make_unique<CDatabaseOptionsDlg>(DatabaseOptions{}, app.Frame()));
-        dialogs.push_back(std::make_unique<CDialNumberDlg>(QStringList{"Home", "Work"}, app.Frame()));
-        dialogs.push_back(std::make_unique<CEnterPasswordDlg>(m_doc, app.Frame()));
-        dialogs.push_back(std::make_unique<CFieldDefinitionsDlg>(
-            std::vector<FieldEdit>(1, m_field), true, m_doc.Page(), [](const auto&) { return true; }, app.Frame()));
-        dialogs.push_back(std::make_unique<CFieldTypeDlg>(m_field, true, m_doc.Page(), app.Frame()));
-        dialogs.push_back(std::make_unique<CFindRecordDlg>(m_doc, QString(), -2, app.Frame()));
-        dialogs.push_back(std::make_unique<CEditRecordDlg>(
-            m_session, FormSurroundings{clock, locale, settings, m_dialing, launcher, m_stores},
-            CEditRecordDlg::Opening::CurrentRecord, app.Frame()));
-        dialogs.push_back(std::make_unique<CExportCalendarDlg>(m_session.Doc(), std::nullopt, app.Frame()));
-        dialogs.push_back(std::make_unique<CExportContactsDlg>(m_session.Doc(), app.Frame()));
+        CMainFrame& frame = app.Frame();
+        const auto add = [&dialogs](CQuillaryDialog* dialog) { dialogs.emplace_back(dialog); };
+        add(new CAboutDlg(frame));
+        add(new CChangePasswordDlg(m_doc, frame));
+        add(new CDatabaseInfoDlg(m_doc, frame));
+        add(new CLockPasswordDlg(m_doc, 0, frame));
+        add(new CCreateDatabaseDlg(m_newDatabase, QString(28, u'W'), nullptr, frame));
+        add(new CPreferencesDlg(settings, locations, frame));
+        add(new CSaveToPathDlg(locations, frame));
+        add(new CDatabaseOptionsDlg({}, frame));
+        add(new CDialNumberDlg({"Home", "Work"}, frame));
+        add(new CEnterPasswordDlg(m_doc, frame));
+        add(new CFieldDefinitionsDlg(
+            {m_field}, true, m_doc.Page(), [](const auto&) { return true; }, frame));
+        add(new CFieldTypeDlg(m_field, true, m_doc.Page(), frame));
+        add(new CFindRecordDlg(m_doc, QString(), -2, frame));
+        const FormSurroundings surroundings{clock, locale, settings, m_dialing, launcher, m_stores};
+        add(new CEditRecordDlg(m_session, surroundings, CEditRecordDlg::Opening::CurrentRecord, frame));
+        add(new CExportCalendarDlg(m_session.Doc(), std::nullopt, frame));
+        add(new CExportContactsDlg(m_session.Doc(), frame));
         return dialogs;
     }
 
@@ -116,38 +114,6 @@ TEST_F(DialogTest, IsAPageThatFitsASmallScreen) {
             QTest::keyClick(page.focusWidget() ? page.focusWidget() : &page, Qt::Key_Escape);
         });
         EXPECT_EQ(dialog->exec(), QDialog::Rejected);
-    }
-}
-
-TEST_F(DialogTest, TheInputPanelIsThereWhileAnEditBoxHasTheFocus) {
-    Open(PeopleParts().Build());
-    user.ExpectDialog(142, [this](CQuillaryDialog& page) {
-        EXPECT_TRUE(inputPanel.shown);
-        page.Control<QWidget>(1028)->setFocus();
-        EXPECT_FALSE(inputPanel.shown) << "a list to choose from";
-        page.Control<QWidget>(1027)->setFocus();
-        EXPECT_TRUE(inputPanel.shown);
-        QTest::keyClick(&page, Qt::Key_Escape);
-    });
-    ChooseMenu("Record", "Find...");
-    EXPECT_FALSE(inputPanel.shown);
-}
-
-TEST_F(DialogTest, ClosingTheWindowEndsTheDialogFirstAndAsksWhenItHoldsChanges) {
-    for (const QString& answer : {QStringLiteral("Save"), QStringLiteral("Discard"), QString()}) {
-        app.Frame().show();
-        CQuillaryDoc* doc = Open(PeopleParts().Build());
-        user.ExpectDialog(149, [&](CQuillaryDialog& page) {
-            if (!answer.isEmpty()) {
-                Click(page.Control<QWidget>(1003));
-                user.ExpectMessage("Save the changes before closing?", answer);
-            }
-            QTest::keyClick(app.Frame().focusWidget(), Qt::Key_Q, Qt::ControlModifier);
-            EXPECT_FALSE(page.isVisible());
-        });
-        ChooseMenu("Tools", "Options...");
-        EXPECT_EQ(doc->Style() == DateStyle::Long, answer == "Save");
-        EXPECT_TRUE(QTest::qWaitFor([this] { return !app.Frame().isVisible(); }));
     }
 }
 

@@ -1,7 +1,5 @@
 // The help book: every topic is there, and opens from where it belongs.
-#include <QLineEdit>
 #include <QPushButton>
-#include <QTest>
 #include <QTextBlock>
 #include <QTextBrowser>
 #include <set>
@@ -9,7 +7,6 @@
 #include "tests/ui/WindowTest.h"
 #include "ui/HelpBook.h"
 #include "ui/HelpTopics.h"
-#include "views/QuillaryView.h"
 
 namespace quillary {
 namespace {
@@ -56,19 +53,17 @@ TEST_F(HelpTest, F1AndTheHelpButtonOpenTheTopicOfWhatShows) {
     Open(PeopleParts().Build());
     QTest::keyClick(View(), Qt::Key_F1);
     EXPECT_EQ(TopLine(), "The record list");
-    user.ExpectDialog(149, [this](CQuillaryDialog& page) {
-        Click(page.Control<QWidget>(kHelpButton));
+    InDialog(149, "Tools", "Options...", [this](CQuillaryDialog& page) {
+        Press(page, kHelpButton);
         EXPECT_EQ(TopLine(), "Options of a database");
         EXPECT_TRUE(page.isVisible());
         QTest::keyClick(page.Control<QWidget>(1003), Qt::Key_Escape);
     });
-    ChooseMenu("Tools", "Options...");
-    user.ExpectDialog(142, [this](CQuillaryDialog& page) {
+    InDialog(142, "Record", "Find...", [this](CQuillaryDialog& page) {
         QTest::keyClick(page.Control<QLineEdit>(1027), Qt::Key_F1);
         EXPECT_EQ(TopLine(), "Find a record");
         QTest::keyClick(&page, Qt::Key_Escape);
     });
-    ChooseMenu("Record", "Find...");
 }
 
 TEST_F(HelpTest, TheSearchGoesRound) {
@@ -76,12 +71,14 @@ TEST_F(HelpTest, TheSearchGoesRound) {
     book.ShowTopic(kTopicContents);
     auto* line = book.findChild<QLineEdit*>();
     auto* page = book.findChild<QTextBrowser*>();
-    QTest::keyClicks(line, "spreadsheet");
-    QTest::keyClick(line, Qt::Key_Return);
-    const int first = page->textCursor().position();
-    EXPECT_EQ(page->textCursor().selectedText(), "spreadsheet");
-    for (int i = 0; i < 5; ++i) QTest::keyClick(line, Qt::Key_Return);
-    EXPECT_EQ(page->textCursor().position(), first);
+    QTest::keyClicks(line, "trash");
+    QList<int> found;
+    for (int i = 0; i < 100 && found.count(found.value(0)) < 2; ++i) {
+        QTest::keyClick(line, Qt::Key_Return);
+        found << page->textCursor().position();
+    }
+    EXPECT_EQ(page->textCursor().selectedText(), "trash");
+    EXPECT_TRUE(found.size() > 2 && found.first() == found.last()) << found.size();
 }
 
 }  // namespace

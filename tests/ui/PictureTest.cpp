@@ -2,8 +2,8 @@
 #include <QFile>
 #include <QImage>
 #include <QProcess>
-#include <QTemporaryDir>
 
+#include "tests/posix/TestFolder.h"
 #include "tests/ui/WindowTest.h"
 
 namespace quillary {
@@ -22,45 +22,38 @@ Result RunProgram(const QStringList& arguments) {
     return {program.exitCode(), program.readAllStandardOutput(), program.readAllStandardError()};
 }
 
-QString Write(const QTemporaryDir& folder, const char* name, const std::string& bytes) {
-    QFile file(folder.filePath(QString::fromUtf8(name)));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    EXPECT_EQ(file.write(bytes.data(), static_cast<qint64>(bytes.size())), static_cast<qint64>(bytes.size()));
-    return file.fileName();
-}
-
 TEST(Picture, ShowsTheRecordsAndNeverWritesTheDatabase) {
-    const QTemporaryDir folder;
-    const std::string image = PeopleParts().Build();
+    const TestFolder folder;
     ImageParts empty = PeopleParts();
     empty.records.resize(4);
-    const QString people = Write(folder, "people.pdb", image);
-    const QString picture = folder.filePath("people.png");
-    const QString emptyPicture = folder.filePath("empty.png");
-    EXPECT_EQ(RunProgram({"--picture", picture, people}).status, 0);
-    EXPECT_EQ(RunProgram({"--picture", emptyPicture, Write(folder, "empty.pdb", empty.Build())}).status, 0);
-    EXPECT_EQ(QImage(picture).size(), QSize(1000, 640));
-    EXPECT_NE(QImage(picture), QImage(emptyPicture));
-    QFile after(people);
-    ASSERT_TRUE(after.open(QIODevice::ReadOnly));
-    EXPECT_EQ(after.readAll().toStdString(), image);
+    const auto picture = [&folder](const char* name, const std::string& image) {
+        const std::string file = folder.Write("x.pdb", image).string();
+        const QString written = QString::fromStdString((folder / name).string());
+        EXPECT_EQ(RunProgram({"--picture", written, QString::fromStdString(file)}).status, 0);
+        EXPECT_EQ(FileBytes(file), image);
+        return QImage(written);
+    };
+    const QImage people = picture("people.png", PeopleParts().Build());
+    EXPECT_EQ(people.size(), QSize(1000, 640));
+    EXPECT_NE(people, picture("empty.png", empty.Build()));
 }
 
 TEST(Picture, SaysWhatIsWrong) {
-    const QTemporaryDir folder;
+    const TestFolder folder;
     ImageParts locked = PeopleParts();
     locked.lockWord = 1;
-    const QString picture = folder.filePath("p.png");
+    const auto write = [&folder](const char* name, const std::string& image) {
+        return QString::fromStdString(folder.Write(name, image).string());
+    };
+    const QString picture = QString::fromStdString((folder / "p.png").string());
     const struct {
         QStringList arguments;
         int status;
         const char* errors;
     } kCases[] = {
-        {{"--picture", picture, Write(folder, "noise.pdb", "noise")}, 1, "quillary: Invalid database file.\n"},
-        {{"--picture", picture, Write(folder, "locked.pdb", locked.Build())}, 1, "quillary: This database is locked"},
-        {{"--picture", "/nowhere/p.png", Write(folder, "people.pdb", PeopleParts().Build())},
-         1,
-         "could not be written"},
+        {{"--picture", picture, write("noise.pdb", "noise")}, 1, "quillary: Invalid database file.\n"},
+        {{"--picture", picture, write("locked.pdb", locked.Build())}, 1, "quillary: This database is locked"},
+        {{"--picture", "/nowhere/p.png", write("people.pdb", PeopleParts().Build())}, 1, "could not be written"},
         {{"--picture", picture}, 2, "Usage: quillary [FILE]"},
         {{"--pictures"}, 2, "unknown option --pictures"},
     };

@@ -34,6 +34,7 @@ bool User::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Show) {
         // Answered once its event loop runs.
         if (auto* box = dynamic_cast<QMessageBox*>(watched)) {
+            ++messages;
             QTimer::singleShot(0, box, [this, box] { AnswerMessage(*box); });
         } else if (auto* chooser = dynamic_cast<QFileDialog*>(watched)) {
             QTimer::singleShot(0, chooser, [this, chooser] { AnswerFileChooser(*chooser); });

@@ -31,6 +31,8 @@ class User : public QObject {
     /// When a file chooser comes: name `file` and go on.
     void ExpectFileChooser(const QString& file);
 
+    int messages = 0;  // that came, whoever ended them
+
     /// All that was expected has come.
     [[nodiscard]] bool IsDone() const { return m_expected.empty(); }
 
@@ -55,5 +57,6 @@ class User : public QObject {
 
 /// Clicks the middle of a widget that must be visible and enabled.
 void Click(QWidget* widget);
+inline void Press(const CQuillaryDialog& page, int control) { Click(page.Control<QWidget>(control)); }
 
 }  // namespace quillary

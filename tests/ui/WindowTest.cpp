@@ -1,12 +1,7 @@
 #include "tests/ui/WindowTest.h"
 
-#include <QApplication>
-#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
-#include <QTest>
-
-#include "views/QuillaryView.h"
 
 namespace quillary {
 

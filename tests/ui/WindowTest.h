@@ -3,8 +3,14 @@
 
 #include <gtest/gtest.h>
 
-#include <QString>
-#include <QStringList>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <QToolButton>
 #include <map>
 #include <optional>
 #include <string>
@@ -26,6 +32,8 @@
 #include "tests/fakes/TestLocations.h"
 #include "tests/fakes/TestSettings.h"
 #include "tests/ui/User.h"
+#include "ui/CommandIds.h"
+#include "views/QuillaryView.h"
 
 namespace quillary {
 
@@ -75,10 +83,12 @@ class TestInputPanel : public InputPanel {
 class TestFolderWatcher : public FolderWatcher {
   public:
     std::vector<Path> watched;
+    bool isTold = false;
     bool runsOut = false;
 
     bool Watch(const std::vector<Path>& folders) override {
         watched = folders;
+        isTold = true;
         return !runsOut;
     }
     using FolderWatcher::TellChange;
@@ -86,9 +96,12 @@ class TestFolderWatcher : public FolderWatcher {
 
 class TestLauncher : public Launcher {
   public:
-    std::vector<Path> shown;
-    std::vector<std::string> opened;
-    bool there = true;
+    std::map<std::string, Program> programs;   // by scheme
+    std::vector<std::string> started, opened;  // these links
+    std::vector<Path> shown, mailed, beamed;
+    int exitStatus = 0;  // of what is started
+    bool there = true, mails = true;
+    Bluetooth bluetooth = Bluetooth::NoAdapter;
 
     void ShowInFolder(const Path& file, Failed failed) override {
         shown.push_back(file);
@@ -98,14 +111,6 @@ class TestLauncher : public Launcher {
         if (there) opened.push_back(link);
         return there;
     }
-
-    std::map<std::string, Program> programs;  // by scheme
-    std::vector<std::string> started;         // with these links
-    int exitStatus = 0;                       // of what is started
-    std::vector<Path> mailed;
-    bool mails = true;
-    Bluetooth bluetooth = Bluetooth::NoAdapter;
-    std::vector<Path> beamed;
 
     Program ProgramFor(const std::string& scheme) override {
         const auto found = programs.find(scheme);
@@ -146,6 +151,11 @@ class WindowTest : public ::testing::Test {
     CQuillaryDoc* Open(const std::string& image, const Path& path = "/people.pdb");
     /// Clicks through the menus.
     void ChooseMenu(const QString& popup, const QString& item);
+    /// Chooses the command, and does the steps in its dialog, which they end.
+    void InDialog(int id, const QString& popup, const QString& item, User::Steps steps) {
+        user.ExpectDialog(id, std::move(steps));
+        ChooseMenu(popup, item);
+    }
     /// What the window shows.
     [[nodiscard]] QString Title() { return app.Frame().windowTitle(); }
     [[nodiscard]] QString Counter();
@@ -158,20 +168,10 @@ class WindowTest : public ::testing::Test {
 
     /// All of the test's own, but for the disk.
     [[nodiscard]] Desktop DesktopOn(FileAccess& disk) {
-        return {disk,
-                locations,
-                settings,
-                trash,
-                inputPanel,
-                windowSettings,
-                recentFiles,
-                folderWatcher,
-                fileWatcher,
-                launcher,
-                clock,
-                locale,
-                [this] { return std::make_unique<FakePersonalStore>(items); },
-                [this] { return openHttp ? openHttp() : nullptr; }};
+        const auto makeStore = [this] { return std::make_unique<FakePersonalStore>(items); };
+        const auto open = [this] { return openHttp ? openHttp() : nullptr; };
+        return {disk,          locations,   settings, trash, inputPanel, windowSettings, recentFiles,
+                folderWatcher, fileWatcher, launcher, clock, locale,     makeStore,      open};
     }
 
     WindowFiles files;

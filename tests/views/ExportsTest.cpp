@@ -1,11 +1,8 @@
 // The exports to calendar and address book from the list and the form: the dialogs, the questions, the run.
-#include <QComboBox>
 #include <QListWidget>
 #include <QTimer>
-#include <QToolButton>
 
 #include "tests/views/FormTest.h"
-#include "ui/CommandIds.h"
 
 namespace quillary {
 namespace {
@@ -33,11 +30,10 @@ class ExportsTest : public FormTest {
     void Export(int dialog, User::Steps steps) {
         user.ExpectDialog(dialog, [&](CQuillaryDialog& page) {
             steps(page);
-            Click(page.Control<QWidget>(kOkButton));
+            if (page.isVisible()) Press(page, kOkButton);
             if (page.isVisible()) page.reject();
         });
         ChooseMenu("Database", dialog == kCalendar ? "Export to Calendar..." : "Export to Contacts...");
-        EXPECT_TRUE(user.IsDone());
     }
     /// The texts of the appointments, which are taken away.
     std::string Bodies() {
@@ -68,7 +64,7 @@ TEST_F(ExportsTest, CalendarTakesTheFieldsInTheOrderPickedAndAsksBeforeAnyRecord
     EXPECT_EQ(items->appointments.size(), 3U);
     EXPECT_EQ(Bodies().substr(0, 40), "Born: 12/07/2003\n\rName: Ada\n\rAge: 36|Bor");
     ImageParts parts = PeopleParts();
-    for (auto& record : parts.records) record.attributes = record.attributes == 2 ? 3 : record.attributes;
+    for (std::size_t k = 4; k < parts.records.size(); ++k) parts.records[k].attributes = 3;
     Open(parts.Build());
     items = std::make_shared<FakePersonalItems>();
     Export(kCalendar, [](CQuillaryDialog&) {});
@@ -79,15 +75,14 @@ TEST_F(ExportsTest, CalendarTakesTheFieldsInTheOrderPickedAndAsksBeforeAnyRecord
 TEST_F(ExportsTest, NothingIsExportedWhenTheQuestionIsLeft) {
     Open(PeopleParts().Build());
     Export(kCalendar, [this](CQuillaryDialog&) { user.ExpectMessage(kWithoutDate, "Cancel"); });
-    user.ExpectDialog(kCalendar, [this](CQuillaryDialog& page) {
+    Export(kCalendar, [this](CQuillaryDialog& page) {
         qApp->removeEventFilter(&user);  // who does not answer
         QTimer::singleShot(0, &page, [this] { app.HandOver().Receive({"/gone.pdb", {}}); });
-        Click(page.Control<QWidget>(kOkButton));
+        Press(page, kOkButton);
         qApp->installEventFilter(&user);
         user.ExpectMessage("Invalid database file.");
         EXPECT_TRUE(QTest::qWaitFor([&page] { return !page.isVisible(); }));
     });
-    ChooseMenu("Database", "Export to Calendar...");
     EXPECT_TRUE(QTest::qWaitFor([this] { return user.IsDone(); }));
     EXPECT_EQ(items->asked, -1) << "another file came while it was asked";
 }
@@ -101,28 +96,28 @@ TEST_F(ExportsTest, TheFormExportsItsRecordAsItWasJustEntered) {
             EXPECT_EQ(StoredRecord(0)[0], "new Ada\r\nwas here");
             EXPECT_EQ(Offered(inner, 1003), QStringList({"None", "*At"}));
             Pick(inner, 0);
-            Click(inner.Control<QWidget>(kOkButton));
+            Press(inner, kOkButton);
         });
         QWidget* before = app.Frame().focusWidget();
         Click(button);
         EXPECT_EQ(app.Frame().focusWidget(), before);
         EXPECT_EQ(items->appointments.at(0).date, 38053);
         EXPECT_EQ(Bodies(), "Notes: new Ada\r\nwas here|");
-        Click(page.Control<QToolButton>(ID_FORM_NEXT));
+        Press(page, ID_FORM_NEXT);
         user.ExpectDialog(kCalendar, [&](CQuillaryDialog& inner) {
             EXPECT_EQ(Offered(inner, 1002), QStringList());
             EXPECT_EQ(Offered(inner, 1003), QStringList({"*None"}));
-            user.ExpectMessage(kWithoutDate, "No");
-            Click(inner.Control<QWidget>(kOkButton));
-            EXPECT_TRUE(inner.isVisible()) << "nothing was left to export";
-            user.ExpectMessage(kWithoutDate, "Yes");
-            Click(inner.Control<QWidget>(kOkButton));
+            for (const char* const answer : {"No", "Yes"}) {
+                EXPECT_TRUE(inner.isVisible()) << "nothing was left to export";
+                user.ExpectMessage(kWithoutDate, answer);
+                Press(inner, kOkButton);
+            }
         });
         Click(button);
         EXPECT_EQ(items->appointments.size(), 1U);
-        Click(page.Control<QToolButton>(ID_FORM_NEW));
+        Press(page, ID_FORM_NEW);
         EXPECT_FALSE(button->isEnabled()) << "a new record";
-        Click(page.Control<QWidget>(kCancelButton));
+        Press(page, kCancelButton);
     });
 }
 
@@ -134,7 +129,7 @@ TEST_F(ExportsTest, ContactsNeedAFieldAndCanBeStoppedAndTheirFilesOpened) {
     Export(kContacts, [&](CQuillaryDialog& page) {
         EXPECT_EQ(Offered(page, 1045), QStringList({"*None", "Name", "Age", "Born", "Member"}));
         user.ExpectMessage("You must select at least one field to export to contacts.");
-        Click(page.Control<QWidget>(kOkButton));
+        Press(page, kOkButton);
         Key(page, 1045, Qt::Key_N);
         Key(page, 1041, Qt::Key_B);
         user.ExpectMessage(question, "Open");
@@ -143,6 +138,18 @@ TEST_F(ExportsTest, ContactsNeedAFieldAndCanBeStoppedAndTheirFilesOpened) {
     EXPECT_EQ(items->contacts[1].texts[static_cast<std::size_t>(ContactProperty::Notes)], u"100%% of %d");
     EXPECT_EQ(items->contacts[1].birthday, 1462);
     EXPECT_EQ(launcher.opened.at(1), "file://" + items->files[1].string());
+
+    ImageParts many = PeopleParts();
+    for (int k = 0; k < 3; ++k) many.Add(2, {"Bea"});
+    Open(many.Build());
+    items = std::make_shared<FakePersonalItems>();
+    items->keepsFiles = true;
+    Export(kContacts, [this](CQuillaryDialog& page) {
+        Key(page, 1002, Qt::Key_N);
+        user.ExpectMessage("6 contacts were written to files in /items. Show the folder?", "Show");
+    });
+    EXPECT_EQ(launcher.shown.size(), 1U);
+    Open(PeopleParts().Build());
 
     items = std::make_shared<FakePersonalItems>();
     items->isThere = false;

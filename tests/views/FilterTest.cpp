@@ -1,14 +1,9 @@
 // The filter dialog, and what the record list does with a filter.
 #include <QAbstractSpinBox>
 #include <QAction>
-#include <QComboBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QTest>
 
 #include "query/Filter.h"
 #include "tests/ui/WindowTest.h"
-#include "views/QuillaryView.h"
 
 namespace quillary {
 namespace {
@@ -25,11 +20,10 @@ class FilterTest : public WindowTest {
         return Open(parts.Build());
     }
     void Filter(const User::Steps& steps, int endedBy = kOkButton) {
-        user.ExpectDialog(140, [=](CQuillaryDialog& page) {
+        InDialog(140, "Record", "Filter...", [=](CQuillaryDialog& page) {
             steps(page);
-            Click(page.Control<QWidget>(endedBy));
+            Press(page, endedBy);
         });
-        ChooseMenu("Record", "Filter...");
     }
     static void Choose(CQuillaryDialog& page, int id, const QString& text) {
         auto* box = page.Control<QComboBox>(id);
@@ -117,7 +111,7 @@ TEST_F(FilterTest, ConditionsMoveUpNarrowAndGoStale) {
         EXPECT_TRUE(page.IsChanged());
         QTest::keyClicks(page.Control<QAbstractSpinBox>(1046), "x");
         user.ExpectMessage("Filter 3: \"10:30x\" is no time. Write it like 02:30 pm or 14:30.");
-        Click(page.Control<QWidget>(kOkButton));
+        Press(page, kOkButton);
         EXPECT_EQ(app.Frame().focusWidget(), page.Control<QAbstractSpinBox>(1046));
         QTest::keyClicks(app.Frame().focusWidget(), "10:30");
     });
@@ -160,42 +154,30 @@ TEST_F(FilterTest, WhatCannotBeStoredIsRefusedAndWhatCannotBeShownStays) {
     ASSERT_EQ(before.size(), 2U);
     Filter([](CQuillaryDialog& page) { EXPECT_EQ(page.Control<QAbstractSpinBox>(1043)->text(), ""); });
     EXPECT_EQ(doc->Filter().conditions, before);
-    user.ExpectDialog(140, [&](CQuillaryDialog& page) {
+    Filter([&](CQuillaryDialog& page) {
+        user.ExpectMessage("These characters cannot be stored in a filter condition: \u0416");
+        user.ExpectMessage("A filter condition holds at most 39 bytes of text; \"" + QString(40, u'y') + "\" has 40.");
         for (const QString& typed : {QStringLiteral("a\u0416"), QString(40, u'y'), QString(39, u'y')}) {
             page.Control<QLineEdit>(1031)->setText(typed);
-            Click(page.Control<QWidget>(kOkButton));
+            if (typed.size() != 39) Press(page, kOkButton);
         }
     });
-    user.ExpectMessage("These characters cannot be stored in a filter condition: \u0416");
-    user.ExpectMessage("A filter condition holds at most 39 bytes of text; \"" + QString(40, u'y') + "\" has 40.");
-    ChooseMenu("Record", "Filter...");
     EXPECT_EQ(doc->Filter().conditions[0].value, std::string(39, 'y'));
 }
 
 TEST_F(FilterTest, AListConditionIsAboutAnItem) {
     ImageParts parts;
-    const std::string longest(40, 'y');
-    parts.AddSchema({"Kind", "Wide", "Bare"}, {"Lred;blue", "Lz;" + longest, "L"});
-    parts.Add(2, {"red", "z", ""});
+    parts.AddSchema({"Kind", "Bare"}, {"Lred;blue", "L"});
+    parts.Add(2, {"red", ""});
     CQuillaryDoc* doc = Open(parts.Build());
     doc->SetFilter({{{false, "Kind", 0, "gone"}}, false, false});
-    Filter([](CQuillaryDialog& page) { EXPECT_EQ(page.Control<QComboBox>(1034)->currentText(), "red"); });
-    EXPECT_EQ(doc->Filter().conditions, (std::vector<FilterCondition>{{false, "Kind", 0, "red"}}));
-    user.ExpectDialog(140, [&](CQuillaryDialog& page) {
+    Filter([](CQuillaryDialog& page) {
+        EXPECT_EQ(page.Control<QComboBox>(1034)->currentText(), "red");
         Choose(page, 1032, "Bare");
         EXPECT_EQ(page.Control<QComboBox>(1035)->count(), 0);
-        Choose(page, 1008, "Wide");
-        for (const std::string& item : {longest, std::string("z")}) {
-            Choose(page, 1012, QString::fromStdString(item));
-            Click(page.Control<QWidget>(kOkButton));
-        }
     });
-    user.ExpectMessage("A filter condition holds at most 39 bytes of text; \"" + QString::fromStdString(longest) +
-                       "\" has 40.");
-    ChooseMenu("Record", "Filter...");
-    EXPECT_EQ(
-        doc->Filter().conditions,
-        (std::vector<FilterCondition>{{false, "Kind", 0, "red"}, {false, "Bare", 0, ""}, {false, "Wide", 0, "z"}}));
+    EXPECT_EQ(doc->Filter().conditions,
+              (std::vector<FilterCondition>{{false, "Kind", 0, "red"}, {false, "Bare", 0, ""}}));
 }
 
 TEST_F(FilterTest, ATappedCheckBoxFiltersSortsAndSavesOnce) {

@@ -1,14 +1,8 @@
 // The record form over a disk in memory.
 #pragma once
 
-#include <QCheckBox>
-#include <QComboBox>
-#include <QLineEdit>
-#include <QTest>
-
 #include "tests/ui/WindowTest.h"
 #include "ui/TextEdit.h"
-#include "views/QuillaryView.h"
 
 namespace quillary {
 

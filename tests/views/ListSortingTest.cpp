@@ -1,17 +1,12 @@
 // Sorting in the record list, by the dialog and by taps on headings, and going to a record by its first letters.
 #include <gmock/gmock.h>
 
-#include <QApplication>
-#include <QComboBox>
-#include <QHeaderView>
 #include <QRadioButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QStyleHints>
-#include <QTest>
 
 #include "tests/ui/WindowTest.h"
-#include "views/QuillaryView.h"
 
 namespace quillary {
 namespace {
@@ -53,11 +48,10 @@ class ListSortingTest : public WindowTest {
     }
     static bool IsVisible(CQuillaryDialog& page, int control) { return page.Control<QWidget>(control)->isVisible(); }
     void InDialog(const User::Steps& steps, int button = kOkButton) {
-        user.ExpectDialog(139, [=](CQuillaryDialog& page) {
+        WindowTest::InDialog(139, "Record", "Sort...", [=](CQuillaryDialog& page) {
             steps(page);
-            Click(page.Control<QWidget>(button));
+            Press(page, button);
         });
-        ChooseMenu("Record", "Sort...");
     }
 
   private:
@@ -75,21 +69,19 @@ TEST_F(ListSortingTest, TheDialogTakesTheKeysInTheirOrderAndSavesOnce) {
         Choose(page, 1002, "(None)");
         EXPECT_FALSE(IsVisible(page, 1007) || IsVisible(page, 1008));
         Choose(page, 1003, "Member");
-        Click(page.Control<QRadioButton>(1010));
+        Press(page, 1010);
         Choose(page, 1004, "Name");
     });
     EXPECT_EQ(List(), "1AB ") << "of the dialog's keys none is marked";
     EXPECT_EQ(files.saves, saves + 1);
-    const auto look = [](CQuillaryDialog& page) {
+    InDialog([](CQuillaryDialog& page) { Choose(page, 1002, "Age"); }, kCancelButton);
+    InDialog([](CQuillaryDialog& page) {
         EXPECT_EQ(Chosen(page), QStringList({"Member", "Name", "(None)"}));
         EXPECT_TRUE(page.Control<QRadioButton>(1008)->isChecked() && page.Control<QRadioButton>(1009)->isChecked());
-        Choose(page, 1002, "Age");
-    };
-    InDialog(look, kCancelButton);
-    InDialog([](CQuillaryDialog&) {});
+    });
     EXPECT_EQ(files.saves, saves + 1) << "the same keys again";
     InDialog([](CQuillaryDialog& page) { Choose(page, 1003, "(None)"); });
-    user.ExpectDialog(149, [](CQuillaryDialog& page) { Click(page.Control<QWidget>(kOkButton)); });
+    user.ExpectDialog(149, [](CQuillaryDialog& page) { Press(page, kOkButton); });
     ChooseMenu("Tools", "Options...");
     EXPECT_EQ(List(), "1AB ") << "nor when the columns are made anew";
     InDialog([](CQuillaryDialog& page) { Choose(page, 1002, "(None)"); });
@@ -129,7 +121,7 @@ TEST_F(ListSortingTest, TheDialogFitsASmallScreenAndKeepsStillOnAWideOne) {
                 for (const int list : {1002, 1003, 1004}) {
                     QTest::keyClick(page.Control<QWidget>(list), Qt::Key_Down);
                     QTest::qWait(0);
-                    for (const int button : {kOkButton, kCancelButton}) EXPECT_TRUE(isInSight(button));
+                    EXPECT_TRUE(isInSight(kOkButton) && isInSight(kCancelButton));
                     EXPECT_EQ(page.findChild<QScrollArea*>()->horizontalScrollBar()->maximum(), 0) << size.width();
                 }
                 const bool makesRoom = top() - before >= page.Control<QWidget>(1007)->height();
@@ -147,27 +139,17 @@ TEST_F(ListSortingTest, TheDialogFitsASmallScreenAndKeepsStillOnAWideOne) {
 TEST_F(ListSortingTest, ATapOnAHeadingSortsByItAloneAndASecondOneTurnsIt) {
     CQuillaryDoc* doc = Open(PeopleParts().Build());
     doc->SetSort({{"Gone", false}, {"Name", false}});
-    constexpr auto kNoKeys = Qt::NoModifier;
-    const struct {
-        const char* name;
-        int column, fromEdge;
-        Qt::MouseButton button;
-        Qt::KeyboardModifiers keys;
-        bool twice;
-        QString list;
-    } kTaps[] = {
-        {"the only key whose field there is", 0, 30, kLeft, kNoKeys, false, "BA1 0-"},
-        {"the same one", 0, 30, kLeft, kNoKeys, false, "1AB 0+"},
-        {"with Ctrl", 1, 30, kLeft, Qt::ControlModifier, false, "1AB 0+"},
-        {"the right button", 1, 30, Qt::RightButton, kNoKeys, true, "1AB 0+"},
-        {"the filler column", 4, 30, kLeft, kNoKeys, false, "1AB 0+"},
-        {"an edge", 1, 1, kLeft, kNoKeys, true, "1AB 0+"},
-        {"two quick ones on another column", 2, 30, kLeft, kNoKeys, true, "A1B 2-"},
-    };
-    for (const auto& tap : kTaps) {
-        Tap(tap.column, tap.fromEdge, tap.button, tap.keys, tap.twice);
-        EXPECT_EQ(List(), tap.list) << tap.name;
-    }
+    Tap(0);
+    EXPECT_EQ(List(), "BA1 0-") << "the only key whose field there is";
+    Tap(0);
+    EXPECT_EQ(List(), "1AB 0+");
+    Tap(1, 30, kLeft, Qt::ControlModifier);
+    Tap(1, 30, Qt::RightButton, {}, true);
+    Tap(4);                      // the filler column
+    Tap(1, 1, kLeft, {}, true);  // an edge
+    EXPECT_EQ(List(), "1AB 0+") << "these sort nothing";
+    Tap(2, 30, kLeft, {}, true);
+    EXPECT_EQ(List(), "A1B 2-") << "two quick ones on another column";
     doc->SetSort({{"Born", false}, {"Name", false}});
     Tap(2);
     EXPECT_EQ(List(), "B1A 2+") << "it was one of two";

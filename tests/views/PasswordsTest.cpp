@@ -1,6 +1,4 @@
 // The password of a database, its info text and the lock of that, through the window.
-#include <QLineEdit>
-#include <QTest>
 #include <utility>
 
 #include "tests/views/FormTest.h"
@@ -10,6 +8,7 @@ namespace {
 
 constexpr char kLockOfA[] = "494665641";  // of the password "a"; tests/db/PasswordTest.cpp works both hashes out
 constexpr std::uint32_t kHashOfA = 184150549;
+constexpr char kWrongPassword[] = "The password you have entered does not match the database password.";
 
 class PasswordsTest : public WindowTest {
   protected:
@@ -22,11 +21,17 @@ class PasswordsTest : public WindowTest {
         user.ExpectDialog(QLatin1String(command) == QLatin1String("Info...") ? 137 : 143, std::move(steps));
         ChooseMenu("Database", command);
     }
-    static void Type(const CQuillaryDialog& page, const std::vector<std::pair<int, const char*>>& texts) {
+    ~PasswordsTest() override {
+        for (const auto& [id, text] : m_inEdits) EXPECT_EQ(text, "") << id << " is not wiped";
+    }
+    void Type(const CQuillaryDialog& page, const std::vector<std::pair<int, const char*>>& texts) {
         for (const auto& [id, text] : texts) {
-            EXPECT_EQ(page.Control<QLineEdit>(id)->echoMode(), QLineEdit::Password);
-            page.Control<QLineEdit>(id)->clear();
-            QTest::keyClicks(page.Control<QLineEdit>(id), text);
+            auto* edit = page.Control<QLineEdit>(id);
+            QObject::connect(edit, &QLineEdit::textChanged, &user,
+                             [this, id = id](const QString& now) { m_inEdits[id] = now; });
+            EXPECT_EQ(edit->echoMode(), QLineEdit::Password);
+            edit->clear();
+            QTest::keyClicks(edit, text);
         }
         QTest::keyClick(page.Control<QLineEdit>(texts.front().first), Qt::Key_Return);
     }
@@ -40,27 +45,39 @@ class PasswordsTest : public WindowTest {
             EXPECT_EQ(asking.isVisible(), isWrong);
             if (isWrong) asking.reject();
         });
-        Click(page.Control<QWidget>(button));
+        Press(page, button);
     }
     bool Holds(std::string_view text, std::string_view lock) {
         const std::string stored = Entries({std::string(text), std::string(lock), ""});
         return files.contents["/people.pdb"].find(stored) != std::string::npos;
     }
+
+  private:
+    std::map<int, QString> m_inEdits;  // by what was typed there, up to the end of their dialogs
 };
 
 TEST_F(PasswordsTest, APasswordIsSetAskedForAndRemoved) {
     Open(PeopleParts().Build());
     In("Change Password...", [this](CQuillaryDialog& page) {
-        user.ExpectMessage("The password you have entered does not match the database password.");
+        user.ExpectMessage(kWrongPassword);
         Type(page, {{1036, "x"}, {1006, "a"}, {1007, "a"}});
         EXPECT_EQ(page.focusWidget()->objectName(), "1036");
         user.ExpectMessage("The new passwords are different.");
         Type(page, {{1036, ""}, {1007, "A"}});
         Type(page, {{1007, "a"}});  // the others stay as typed
     });
-    user.ExpectDialog(166, [](CQuillaryDialog& page) { Type(page, {{1034, "a"}}); });
+    user.ExpectDialog(166, [](CQuillaryDialog& page) { QTest::keyClick(&page, Qt::Key_Escape); });
+    EXPECT_EQ(Open(CloseAndReadFile()), nullptr) << "and nothing is said";
+    user.ExpectDialog(166, [this](CQuillaryDialog& page) {
+        EXPECT_EQ(View(), nullptr) << "nothing shows before the password is right";
+        EXPECT_EQ(page.focusWidget()->objectName(), "1034");
+        user.ExpectMessage(kWrongPassword);
+        Type(page, {{1034, "A"}});
+        EXPECT_EQ(page.Control<QLineEdit>(1034)->selectedText(), "A") << "to be typed over";
+        Type(page, {{1034, "a"}});
+    });
     EXPECT_EQ(Open(CloseAndReadFile())->DatabasePasswordHash(), kHashOfA);
-    In("Change Password...", [](CQuillaryDialog& page) { Type(page, {{1036, "a"}}); });
+    In("Change Password...", [this](CQuillaryDialog& page) { Type(page, {{1036, "a"}}); });
     EXPECT_EQ(Open(CloseAndReadFile())->DatabasePasswordHash(), 0u);
 }
 
@@ -78,7 +95,7 @@ TEST_F(PasswordsTest, ALockedTextIsReadUntilItsPasswordIsTyped) {
         Turn(page, 1052, "a");  // after the Cancel it is locked as before
         Turn(page, 32797, "");  // locks nothing
         EXPECT_TRUE(page.IsChanged() && !Text(page)->isReadOnly());
-        Click(page.Control<QWidget>(kOkButton));
+        Press(page, kOkButton);
     });
     EXPECT_TRUE(Holds(text, "0")) << "byte for byte";
     In("Info...", [this](CQuillaryDialog& page) {
@@ -88,7 +105,7 @@ TEST_F(PasswordsTest, ALockedTextIsReadUntilItsPasswordIsTyped) {
         Text(page)->selectAll();
         Text(page)->insertPlainText(QStringLiteral(u"\u0436\u0001"));
         user.ExpectMessage(QStringLiteral(u"These characters cannot be stored in the info text: \u0436 U+0001"));
-        Click(page.Control<QWidget>(kOkButton));
+        Press(page, kOkButton);
         Text(page)->selectAll();
         for (const auto key : {Qt::Key_O, Qt::Key_Return}) QTest::keyClick(Text(page), key);
         Turn(page, 32797, "a");
@@ -112,7 +129,7 @@ TEST_F(PasswordsTest, WhatCannotBeSavedIsTakenBack) {
     In("Info...", [this](CQuillaryDialog& page) {
         user.ExpectMessage(kDiskFull);
         QTest::keyClicks(Text(page), "x");
-        Click(page.Control<QWidget>(kOkButton));
+        Press(page, kOkButton);
         user.ExpectMessage("Save the changes before closing?", "Save");
         user.ExpectMessage(kDiskFull);
         app.Frame().close();
@@ -126,7 +143,7 @@ TEST_F(PasswordsTest, WhatCannotBeSavedIsTakenBack) {
     ChooseMenu("Database", "Change Password...");  // disabled
     In("Info...", [](CQuillaryDialog& page) {
         EXPECT_TRUE(Text(page)->isReadOnly() && !page.Control<QWidget>(32797)->isEnabled());
-        Click(page.Control<QWidget>(kOkButton));
+        Press(page, kOkButton);
     });
 }
 

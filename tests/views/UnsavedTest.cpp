@@ -1,11 +1,7 @@
 // Changes that cannot simply be saved: another program wrote the file, or the disk refuses.
-#include <QCheckBox>
-#include <QTest>
-
 #include "platform/posix/PosixFileAccess.h"
 #include "tests/posix/TestFolder.h"
 #include "tests/ui/WindowTest.h"
-#include "views/QuillaryView.h"
 
 namespace quillary {
 namespace {
@@ -19,7 +15,7 @@ class UnsavedTest : public WindowTest {
     void ChooseLongDates() {
         user.ExpectDialog(149, [](CQuillaryDialog& page) {
             page.Control<QCheckBox>(1003)->setChecked(true);
-            Click(page.Control<QWidget>(kOkButton));
+            Press(page, kOkButton);
             QTest::qWait(0);                      // a reload ends it
             if (page.isVisible()) page.reject();  // it waits, as nothing was saved
         });
@@ -43,18 +39,23 @@ class UnsavedTest : public WindowTest {
     }
 };
 
-TEST_F(UnsavedTest, AnotherProgramsChangeIsReloadedWhereTheUserWas) {
-    Open(PeopleParts().Build());
-    QTest::keyClick(View(), Qt::Key_Down);
-    files.contents["/people.pdb"] = Other();
-    ChooseLongDates();
-    user.ExpectMessage(kChangedByAnother, "Reload");
-    ChooseMenu("Tools", "Options...");
-    QTest::qWait(0);
-    EXPECT_EQ(Counter(), "2 of 2");
-    EXPECT_EQ(Cell(0, 2), "12/07/2003");
-    EXPECT_EQ(Title(), "People");
-    EXPECT_EQ(CloseAndReadFile(), Other());
+TEST_F(UnsavedTest, AnotherProgramsChangeIsOverwrittenOnRequestOrReloadedWhereTheUserWas) {
+    for (const char* const answer : {"Overwrite", "Reload"}) {
+        Open(PeopleParts().Build());
+        QTest::keyClick(View(), Qt::Key_Down);
+        files.contents["/people.pdb"] = Other();
+        ChooseLongDates();
+        user.ExpectMessage(kChangedByAnother, answer);
+        ChooseMenu("Tools", "Options...");
+        QTest::qWait(0);
+        const bool reloads = *answer == 'R';
+        EXPECT_EQ(Counter(), reloads ? "2 of 2" : "2 of 3");
+        EXPECT_EQ(Cell(0, 2), reloads ? "12/07/2003" : "December 07, 2003");
+        EXPECT_EQ(Title(), "People");
+        app.CloseDocument();
+        EXPECT_EQ(HoldsLongDates("/people.pdb"), !reloads);
+    }
+    EXPECT_EQ(files.contents["/people.pdb"], Other());
 }
 
 TEST_F(UnsavedTest, AChangeOnDiskShowsByItselfWhenNothingIsUnsaved) {
@@ -66,13 +67,12 @@ TEST_F(UnsavedTest, AChangeOnDiskShowsByItselfWhenNothingIsUnsaved) {
     QTest::qWait(150);
     EXPECT_EQ(View(), view) << "another file in the folder";
     files.contents["/people.pdb"] = Other();
-    user.ExpectDialog(149, [this](CQuillaryDialog& page) {
+    InDialog(149, "Tools", "Options...", [this](CQuillaryDialog& page) {
         fileWatcher.TellChange();
         QTest::qWait(150);
         EXPECT_TRUE(page.isVisible());
         QTest::keyClick(page.Control<QWidget>(1003), Qt::Key_Escape);
     });
-    ChooseMenu("Tools", "Options...");
     EXPECT_TRUE(QTest::qWaitFor([this] { return Counter() == "2 of 2"; })) << "after the dialog";
 }
 
@@ -98,55 +98,72 @@ TEST_F(UnsavedTest, AReadOnlyDatabaseFollowsItsFileWhateverItsFieldsBecome) {
     EXPECT_TRUE(QTest::qWaitFor([this] { return Counter() == "2 of 2"; }));
 }
 
-TEST_F(UnsavedTest, AChangeOnDiskTakesNothingUnsavedAway) {
-    Change(Open(PeopleParts().Build()));
-    files.contents["/people.pdb"] = Other();
-    fileWatcher.TellChange();
-    QTest::qWait(150);
-    EXPECT_EQ(Title(), "People*");
-    user.ExpectMessage(kChangedLeaving, "Discard the Changes");
-    EXPECT_TRUE(Close());
-}
-
 TEST_F(UnsavedTest, WhatIsShownIsKeptWhenTheFileBecomesUnreadable) {
     Open(PeopleParts().Build());
-    files.contents["/people.pdb"] = "noise";
-    fileWatcher.TellChange();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return Title() == "People*"; }));
-    files.contents["/people.pdb"] = Other();  // it was still being copied
-    fileWatcher.TellChange();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return Counter() == "1 of 2"; }));
-    files.contents["/people.pdb"] = "noise again";
-    fileWatcher.TellChange();
-    EXPECT_TRUE(QTest::qWaitFor([this] { return Title() == "People*"; }));
+    for (const std::string& now : {std::string("noise"), Other(), std::string("noise again")}) {  // while it is copied
+        files.contents["/people.pdb"] = now;
+        fileWatcher.TellChange();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return now[0] == 'n' ? Title() == "People*" : Counter() == "1 of 2"; }));
+    }
     user.ExpectMessage(kChangedLeaving, "Overwrite");
     EXPECT_TRUE(Close());
     app.CloseDocument();
     EXPECT_EQ(Open(files.contents["/people.pdb"])->Shown().size(), 2U);
 }
 
-TEST_F(UnsavedTest, AReloadThatFailsKeepsWhatIsOpen) {
-    CQuillaryDoc* doc = Open(PeopleParts().Build());
-    Change(doc);
-    files.contents["/people.pdb"] = "noise";
+TEST_F(UnsavedTest, NeitherAChangeOnDiskNorAReloadThatFailsTakesWhatIsUnsavedAway) {
+    Change(Open(PeopleParts().Build()));
+    for (const std::string& now : {Other(), std::string("noise")}) {
+        files.contents["/people.pdb"] = now;
+        fileWatcher.TellChange();
+        QTest::qWait(150);
+        EXPECT_EQ(Title(), "People*");
+    }
     user.ExpectMessage(kChangedByAnother, "Reload");
     user.ExpectMessage("Invalid database file.");
     QTest::keyClick(View(), Qt::Key_S, Qt::ControlModifier);
     QTest::qWait(0);
-    EXPECT_EQ(Counter(), "1 of 3");
-    EXPECT_EQ(Title(), "People*");
+    EXPECT_EQ(Title() + Counter(), "People*1 of 3");
+    user.ExpectMessage(kChangedLeaving, "Discard the Changes");
+    EXPECT_TRUE(Close());
     EXPECT_EQ(CloseAndReadFile(), "noise");
 }
 
-TEST_F(UnsavedTest, AnotherProgramsChangeIsOverwrittenOnlyOnRequest) {
-    Open(PeopleParts().Build());
-    files.contents["/people.pdb"] = Other();
-    ChooseLongDates();
-    user.ExpectMessage(kChangedByAnother, "Overwrite");
-    ChooseMenu("Tools", "Options...");
-    EXPECT_EQ(Cell(0, 2), "December 07, 2003");
-    app.CloseDocument();
-    EXPECT_TRUE(HoldsLongDates("/people.pdb"));
+TEST_F(UnsavedTest, OptionsThatCannotBeSavedGoBack) {
+    const std::string before = PeopleParts().Build();
+    const CQuillaryDoc* doc = Open(before);
+    for (const bool isFull : {true, false}) {
+        files.full = isFull ? "/people.pdb" : "";
+        if (!isFull) files.contents["/people.pdb"] += "x";
+        ChooseLongDates();
+        user.ExpectMessage(isFull ? kDiskFull : kChangedByAnother, isFull ? "OK" : "Cancel");
+        ChooseMenu("Tools", "Options...");
+        EXPECT_EQ(Cell(0, 2), "12/07/2003");
+        EXPECT_FALSE(doc->IsModified());
+        EXPECT_EQ(Title(), "People");
+    }
+    EXPECT_EQ(CloseAndReadFile(), before + "x");
+}
+
+TEST_F(UnsavedTest, RecordsOfOtherProgramsAreLostOnlyWithTheUsersWord) {
+    ImageParts parts = PeopleParts();
+    parts.Add(9, {"not ours"});
+    const std::string before = parts.Build();
+    files.contents["/people (copy).pdb"] = "taken";
+    Open(before);
+    for (const char* const answer : {"Cancel", "Save a Copy First", ""}) {  // asked once
+        ChooseLongDates();
+        if (*answer) {
+            user.ExpectMessage(
+                "Of the records in this file, 1 would not come back when it is written, being of other programs or "
+                "kinds.",
+                answer);
+        }
+        ChooseMenu("Tools", "Options...");
+        EXPECT_EQ(files.contents["/people.pdb"] == before, *answer == 'C');
+    }
+    EXPECT_EQ(files.contents["/people (copy).pdb"], "taken");
+    EXPECT_EQ(files.contents["/people (copy 2).pdb"], before);
 }
 
 TEST_F(UnsavedTest, SavingElsewhereLeavesTheOthersFileAlone) {
@@ -172,36 +189,19 @@ TEST_F(UnsavedTest, SavingElsewhereLeavesTheOthersFileAlone) {
 }
 
 TEST_F(UnsavedTest, LeavingAsksOnlyWhenSavingFails) {
-    const std::string before = PeopleParts().Build();
-    CQuillaryDoc* doc = Open(before);
+    CQuillaryDoc* doc = Open(PeopleParts().Build());
     Change(doc);
     files.full = "/people.pdb";
     user.ExpectMessage(kDiskFullLeaving, "Cancel");
     EXPECT_FALSE(Close());
     EXPECT_EQ(Title(), "People*") << "the change is still there";
-    files.contents["/other.pdb"] = before;
+    files.contents["/other.pdb"] = Other();
     user.ExpectMessage(kDiskFullLeaving, "Cancel");
     EXPECT_EQ(app.OpenDocumentFile("/other.pdb"), nullptr);
     EXPECT_EQ(doc->FilePath(), "/people.pdb") << "and the database still open";
-    user.ExpectMessage(kDiskFullLeaving, "Save Elsewhere...");
-    user.ExpectFileChooser("/Friends.pdb");
+    files.full.clear();
     EXPECT_TRUE(Close());
-    EXPECT_EQ(files.contents["/people.pdb"], before);
-    EXPECT_TRUE(HoldsLongDates("/Friends.pdb"));
-}
-
-TEST_F(UnsavedTest, LeavingSavesWhenTheCauseIsGoneAndDiscardsOnRequest) {
-    const std::string before = PeopleParts().Build();
-    for (const bool full : {true, false}) {
-        app.Frame().show();
-        Change(Open(before));
-        if (full) files.full = "/people.pdb";
-        if (full) user.ExpectMessage(kDiskFullLeaving, "Discard the Changes");
-        EXPECT_TRUE(Close());
-        files.full.clear();
-        app.CloseDocument();
-        EXPECT_EQ(HoldsLongDates("/people.pdb"), !full);
-    }
+    EXPECT_TRUE(HoldsLongDates("/people.pdb"));
 }
 
 TEST_F(UnsavedTest, AFileThatIsGoneIsSaidAndCanBeSavedElsewhere) {
