@@ -8,8 +8,8 @@ namespace quillary {
 namespace {
 
 constexpr CommandOption kJson{"--json", "", "as JSON, for programs"};
-constexpr CommandOption kDropForeign{"--drop-foreign", "",
-                                     "write the file although records of other programs and damaged ones in it will be lost"};
+constexpr CommandOption kDropForeign{
+    "--drop-foreign", "", "write the file although records of other programs and damaged ones in it will be lost"};
 constexpr CommandOption kField{"--field", "DEFINITION", "a field; once for each, in their order", true};
 
 // The properties are those of the export's page, without their colons.

@@ -6,8 +6,8 @@
 #include <system_error>
 #include <utility>
 
-#include "admin/Settings.h"
 #include "admin/DatabasePath.h"
+#include "admin/Settings.h"
 #include "cli/Progress.h"
 #include "cli/Session.h"
 #include "cli/Text.h"

@@ -139,6 +139,20 @@ TEST_F(DocListTest, TheListLivesOnWhenTheRowThatIsEditedGoesAway) {
     EXPECT_EQ(Title(), "People");
 }
 
+TEST_F(DocListTest, ANameThatIsBeingEditedIsNotOpenedAgain) {
+    static int refusals = 0;  // which the toolkit only warns of
+    Start();
+    QTest::keyClick(List(), Qt::Key_F2);
+    const auto former = qInstallMessageHandler(
+        [](QtMsgType, const QMessageLogContext&, const QString& text) { refusals += text.contains("editing failed"); });
+    QContextMenuEvent byMouse(QContextMenuEvent::Mouse, CellCenter(0, 0), QPoint(50, 50));
+    QApplication::sendEvent(List()->viewport(), &byMouse);
+    ChooseFromMenu("Rename");
+    qInstallMessageHandler(former);
+    EXPECT_NE(Editor(), nullptr);
+    EXPECT_EQ(refusals, 0);
+}
+
 TEST_F(DocListTest, OpensByKeyAndMouseAndComesBack) {
     Start();
     QTest::keyClicks(List(), "list 1");

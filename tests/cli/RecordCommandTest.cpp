@@ -118,7 +118,7 @@ TEST_F(RecordCommand, GivesUpRecordsOfOtherProgramsOnlyWhenTold) {
                                                         {"nothing is left to lose", {}, 0, ""}});
     EXPECT_EQ("", Output({"check", "f.pdb"}));
     const std::string whole = parts.Build();
-    Write("f.pdb", whole.substr(0, whole.find("Ann") - 2));
+    Write("f.pdb", whole.substr(0, whole.find("Ann") - 3));
     Expect({"record", "f.pdb", "add"}, {{"damaged ones, too", {}, 1, "1 cannot be read"}});
 }
 

@@ -1,17 +1,18 @@
 #include "tests/soak/Model.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <limits>
+#include <numeric>
 
 #include "admin/ConvertValue.h"
 #include "cli/Check.h"
 #include "db/CellText.h"
 #include "db/FieldValue.h"
-#include "db/QuillaryDoc.h"
 #include "db/RecordCommit.h"
 #include "query/Filter.h"
+#include "query/Sort.h"
+#include "tests/fakes/TestDatabase.h"
+#include "tests/posix/TestFolder.h"
 
 namespace quillary::soak {
 
@@ -19,14 +20,26 @@ namespace {
 
 const AnsiText& Page() { return AnsiText::Windows1252(); }
 
-std::u16string Upper(const std::string& text) { return AnsiText::Upper(Page().ToWide(text)); }
+DateStyle StyleOf(const Database& database) { return database.longDates ? DateStyle::Long : DateStyle::Numeric; }
 
 class AnyPassword : public Questions {
   public:
-    void Tell(const Failure& failure) override { told = failure.text; }
+    void Tell(const Failure&) override {}
     bool AskDatabasePassword(const CQuillaryDoc&) override { return true; }
-    std::string told;
 };
+
+/// To ask it the rules for single records.
+std::unique_ptr<CQuillaryDoc> DocumentOf(const Database& database) {
+    static MemoryFiles noFiles;
+    auto doc = std::make_unique<CQuillaryDoc>(noFiles);
+    doc->NewDatabase(database.name, database.fields);
+    doc->SetStyle(StyleOf(database));
+    doc->SetSort(database.sort);
+    doc->SetFilter(database.filter);
+    Failure failure;
+    for (const Row& row : database.shown) (void)doc->AppendRecord(Entries(row), failure);
+    return doc;
+}
 
 std::vector<Row> RowsOf(const std::vector<RecordRef>& records, std::size_t fields) {
     std::vector<Row> rows;
@@ -37,42 +50,58 @@ std::vector<Row> RowsOf(const std::vector<RecordRef>& records, std::size_t field
     return rows;
 }
 
-/// As a number, for the types that are compared as numbers; what cannot be read is null.
-std::optional<double> Value(FieldType type, const std::string& stored) {
-    switch (type) {
-        case FieldType::Checkbox:
-            return IsChecked(stored);
-        case FieldType::Date:
-            return ReadDay(stored);
-        case FieldType::Time:
-            return ReadMinute(stored);
-        default:
-            return ReadNumber(stored);
+/// All of it, for comparison.
+std::vector<std::string> LinesOf(const Database& database) {
+    const FilterSettings& filter = database.filter;
+    std::vector<std::string> lines = {"name " + database.name, "info " + database.info};
+    for (const Field& f : database.fields)
+        lines.push_back("field " + f.name + ' ' + EncodeFieldType(f.type, f.options) + ' ' + std::to_string(f.width));
+    for (const auto* rows : {&database.shown, &database.hidden}) {
+        for (const Row& row : *rows) {
+            lines.emplace_back(rows == &database.shown ? "shown" : "hidden");
+            for (const std::string& value : row) lines.back() += " [" + value + ']';
+        }
     }
+    for (const SortKey& key : database.sort) lines.push_back("key " + key.field + (key.descending ? " down" : " up"));
+    for (const FilterCondition& c : filter.conditions) {
+        lines.push_back("condition " + (c.allFields ? "*" : c.field) + ' ' + std::to_string(c.operation) + c.value);
+    }
+    const bool isAny = filter.matchAny && !filter.conditions.empty();
+    lines.push_back("any, long dates, edits: " + std::to_string(isAny) + std::to_string(database.longDates) +
+                    std::to_string(database.editOnSelect));
+    lines.push_back("locks " + std::to_string(database.infoLock) + ' ' + std::to_string(database.password));
+    return lines;
 }
-
-std::optional<double> Wanted(FieldType type, const std::string& condition) {
-    if (type == FieldType::Checkbox) return IsConditionChecked(condition);
-    return type == FieldType::Time ? std::optional<double>(ConditionMinute(condition)) : Value(type, condition);
-}
-
-bool IsText(FieldType type) { return type == FieldType::Text || type >= FieldType::List; }
 
 }  // namespace
 
-int Database::FieldNamed(std::string_view wanted) const {
-    const auto found = std::find_if(fields.begin(), fields.end(), [&](const Field& f) { return f.name == wanted; });
-    return found == fields.end() ? -1 : static_cast<int>(found - fields.begin());
+const Field* Database::FieldNamed(std::string_view wanted) const {
+    const auto found = std::ranges::find(fields, wanted, &Field::name);
+    return found == fields.end() ? nullptr : &*found;
 }
 
 std::string Database::Display(const std::string& stored, int field) const {
-    return DisplayText(fields[At(field)].type, stored, longDates ? DateStyle::Long : DateStyle::Numeric, Page());
+    return DisplayText(fields[At(field)].type, stored, StyleOf(*this), Page());
 }
 
 std::string Database::Cell(int row, int field) const {
     std::string cell;
-    AppendCellText(Display(shown[At(row)][At(field)], field), At(row), cell);
+    const auto at = At(row);
+    AppendCellText(Display(shown[at][At(field)], field), at, cell);
     return cell;
+}
+
+Row Database::NewRecord() const {
+    Row row;
+    for (const Field& field : fields) {
+        const auto& [type, options] = std::tie(field.type, field.options);
+        row.push_back(type == FieldType::Sequence                ? std::to_string(options.first)
+                      : type == FieldType::Checkbox              ? options.checked ? "true" : "false"
+                      : type == FieldType::Date && options.today ? "36591"
+                      : type == FieldType::Time && options.now   ? "52200"
+                                                                 : "");
+    }
+    return row;
 }
 
 void Database::Append(Row row) {
@@ -85,26 +114,12 @@ void Database::Append(Row row) {
 }
 
 void Database::Sort() {
-    const auto isBefore = [this](const Row& a, const Row& b) {
-        for (const SortKey& key : sort) {
-            const int at = FieldNamed(key.field);
-            if (at < 0 || fields[At(at)].type >= FieldType::Phone) continue;
-            const FieldType type = fields[At(at)].type;
-            const std::string& x = (key.descending ? b : a)[At(at)];
-            const std::string& y = (key.descending ? a : b)[At(at)];
-            if (IsText(type)) {
-                if (Display(x, at) != Display(y, at)) return Display(x, at) < Display(y, at);
-                continue;
-            }
-            // An unreadable date comes first, an unreadable time is midnight.
-            const double unreadable = type == FieldType::Time ? 0 : -1e9;
-            const double p = Value(type, x).value_or(unreadable);
-            const double q = Value(type, y).value_or(unreadable);
-            if (p != q) return p < q;
-        }
-        return false;
-    };
-    std::stable_sort(shown.begin(), shown.end(), isBefore);
+    const auto doc = DocumentOf(*this);
+    std::vector<std::size_t> order(shown.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::ranges::stable_sort(order, [&](auto a, auto b) { return CompareRecords(*doc, a, b) < 0; });
+    const std::vector<Row> unsorted = std::exchange(shown, {});
+    for (const std::size_t row : order) shown.push_back(unsorted[row]);
 }
 
 void Database::ShowAll() {
@@ -113,39 +128,12 @@ void Database::ShowAll() {
 }
 
 void Database::ApplyFilter() {
-    const auto matchesText = [this](const Row& row, int field, const FilterCondition& c, bool isList) {
-        const std::u16string text = Upper(Display(row[At(field)], field));
-        if (c.operation > 1) return false;
-        const bool isSame = text == Upper(c.value);
-        if (isList) return isSame == (c.operation == 0);
-        return c.operation == 0 ? isSame : text.find(Upper(c.value)) != text.npos;
-    };
-    const auto matches = [&](const Row& row, const FilterCondition& c) {
-        const int field = FieldNamed(c.field);
-        for (int k = 0; c.allFields && k < static_cast<int>(fields.size()); ++k) {
-            if (matchesText(row, k, c, false)) return true;
-        }
-        if (c.allFields) return false;
-        const FieldType type = fields[At(field)].type;
-        if (IsText(type)) return matchesText(row, field, c, type == FieldType::List);
-        const auto value = Value(type, row[At(field)]);
-        const auto wanted = Wanted(type, c.value);
-        if (c.operation < 2) return (value == wanted) == (c.operation == 0);
-        const double null = type == FieldType::Date ? -1462 : -1;  // 30 December 1899
-        const double a = value.value_or(null);
-        const double b = wanted.value_or(null);
-        return type != FieldType::Checkbox && (c.operation == 2 ? a < b : a > b);
-    };
-    std::vector<FilterCondition> used = filter.conditions;
-    std::erase_if(used, [this](const FilterCondition& c) { return !c.allFields && FieldNamed(c.field) < 0; });
-    if (used.empty()) return;
+    const auto doc = DocumentOf(*this);
+    RecordFilter test(*doc);
+    if (test.IsEmpty()) return;
     if (!filter.onlyShown) ShowAll();
     for (std::size_t i = shown.size(); i-- > 0;) {
-        const auto passes = [&](const FilterCondition& c) { return matches(shown[i], c); };
-        if (filter.matchAny ? std::any_of(used.begin(), used.end(), passes)
-                            : std::all_of(used.begin(), used.end(), passes)) {
-            continue;
-        }
+        if (test.Passes(Entries(shown[i]))) continue;
         hidden.push_back(shown[i]);
         shown.erase(shown.begin() + static_cast<std::ptrdiff_t>(i));
     }
@@ -163,21 +151,16 @@ void Database::ChangeFields(const std::vector<Definition>& definitions) {
             for (const auto& [field, from, order] : definitions) {
                 std::string& value = row.emplace_back(from < 0 && field.type == FieldType::Checkbox ? "false" : "");
                 if (from < 0) continue;
-                const DateStyle style = longDates ? DateStyle::Long : DateStyle::Numeric;
-                (void)AppendConverted({field.type, fields[At(from)].type, order, 2000, style}, old[At(from)], Page(),
-                                      value);
+                const auto at = At(from);
+                const Conversion conversion{field.type, fields[at].type, order, 2000, StyleOf(*this)};
+                (void)AppendConverted(conversion, old[at], Page(), value);
             }
         }
     }
     fields.clear();
     for (const Definition& definition : definitions) fields.push_back(definition.field);
-    std::erase_if(sort, [this](const SortKey& key) { return FieldNamed(key.field) < 0; });
-    std::erase_if(filter.conditions, [this](const auto& c) { return !c.allFields && FieldNamed(c.field) < 0; });
-}
-
-bool ShowsTheSame(FieldType type, const std::string& condition, const std::string& other) {
-    const bool isPicked = type == FieldType::Date || type == FieldType::Time || type == FieldType::Checkbox;
-    return isPicked && Wanted(type, condition) == Wanted(type, other);
+    std::erase_if(sort, [this](const SortKey& key) { return !FieldNamed(key.field); });
+    std::erase_if(filter.conditions, [this](const auto& c) { return !c.allFields && !FieldNamed(c.field); });
 }
 
 // ---- Files
@@ -189,71 +172,47 @@ Database Database::InFile() const {
     return stored;
 }
 
-std::vector<std::string> Database::Lines() const {
-    std::vector<std::string> lines = {"name " + name, "info " + info};
-    const auto add = [&lines](const std::string& line) { lines.push_back(line); };
-    for (const Field& f : fields)
-        add("field " + f.name + ' ' + EncodeFieldType(f.type, f.options) + ' ' + std::to_string(f.width));
-    for (const auto* rows : {&shown, &hidden}) {
-        for (const Row& row : *rows) {
-            add(rows == &shown ? "shown" : "hidden");
-            for (const std::string& value : row) lines.back() += " [" + value + ']';
-        }
-    }
-    for (const SortKey& key : sort) add("key " + key.field + (key.descending ? " down" : " up"));
-    for (const FilterCondition& c : filter.conditions) {
-        add("condition " + (c.allFields ? "*" : c.field) + ' ' + std::to_string(c.operation) + ' ' + c.value);
-    }
-    const bool isAny = filter.matchAny && !filter.conditions.empty();
-    for (const std::int64_t one : {std::int64_t{isAny}, std::int64_t{longDates}, std::int64_t{editOnSelect},
-                                   std::int64_t{infoLock}, std::int64_t{password}}) {
-        add("setting " + std::to_string(one));
-    }
-    return lines;
+std::string Database::Difference(const Database& found) const {
+    auto expected = LinesOf(*this);
+    auto other = LinesOf(found);
+    expected.resize(std::max(expected.size(), other.size()), "nothing");
+    other.resize(expected.size(), "nothing");
+    const auto [a, b] = std::ranges::mismatch(expected, other);
+    return a == expected.end() ? std::string() : "holds\n  " + *b + "\ninstead of\n  " + *a;
 }
 
-std::string Database::Difference(const Database& found) const {
-    const auto expected = Lines();
-    const auto other = found.Lines();
-    for (std::size_t k = 0; k < std::max(expected.size(), other.size()); ++k) {
-        const std::string a = k < expected.size() ? expected[k] : "nothing";
-        const std::string b = k < other.size() ? other[k] : "nothing";
-        if (a != b) return "holds\n  " + b + "\ninstead of\n  " + a;
-    }
-    return {};
+Database ContentOf(const CQuillaryDoc& doc) {
+    return {Page().FromWide(doc.Name()).value_or("?"),
+            doc.Fields(),
+            RowsOf(doc.Shown(), doc.FieldCount()),
+            RowsOf(doc.Hidden(), doc.FieldCount()),
+            doc.Sort(),
+            doc.Filter(),
+            doc.Style() == DateStyle::Long,
+            doc.EditOnSelect(),
+            doc.InfoTextBytes(),
+            doc.InfoLockHash(),
+            doc.DatabasePasswordHash()};
 }
 
 std::optional<Database> ReadFile(FileAccess& files, const Path& path) {
     CQuillaryDoc doc(files);
     AnyPassword questions;
-    if (!doc.OpenDatabase(path, OpenMode::Read, questions)) return std::nullopt;
-    return Database{Page().FromWide(doc.Name()).value_or("?"),
-                    doc.Fields(),
-                    RowsOf(doc.Shown(), doc.FieldCount()),
-                    RowsOf(doc.Hidden(), doc.FieldCount()),
-                    doc.Sort(),
-                    doc.Filter(),
-                    doc.Style() == DateStyle::Long,
-                    doc.EditOnSelect(),
-                    doc.InfoTextBytes(),
-                    doc.InfoLockHash(),
-                    doc.DatabasePasswordHash()};
+    return doc.OpenDatabase(path, OpenMode::Read, questions) ? std::optional(ContentOf(doc)) : std::nullopt;
 }
 
-std::string AppendByAnother(FileAccess& files, const Path& path, const Row& row) {
+bool AppendByAnother(FileAccess& files, const Path& path, const Row& row) {
     CQuillaryDoc doc(files);
     AnyPassword questions;
     Failure failure;
-    if (!doc.OpenDatabase(path, OpenMode::EditExclusive, questions)) return "not opened: " + questions.told;
-    return CommitNewRecord(doc, row, failure) && doc.SaveDatabase(failure) ? std::string() : failure.text;
+    return doc.OpenDatabase(path, OpenMode::EditExclusive, questions) && CommitNewRecord(doc, row, failure) &&
+           doc.SaveDatabase(failure);
 }
 
 std::string CheckFile(const Path& path) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string image{std::istreambuf_iterator<char>(file), {}};
     std::string first;
     Progress progress("", 0, false);
-    CheckImage(image, Page(), progress, [&first](const Departure& departure) {
+    CheckImage(FileBytes(path), Page(), progress, [&first](const Departure& departure) {
         first = std::to_string(departure.offset) + ": " + departure.problem;
         return false;
     });

@@ -10,15 +10,16 @@
 
 #include "platform/DesktopFolderWatcher.h"
 #include "platform/posix/PosixFileAccess.h"
-#include "platform/posix/PreferencesFile.h"
 #include "tests/fakes/ScriptedServer.h"
 #include "tests/soak/Model.h"
-#include "tests/ui/WindowTest.h"
+#include "tests/views/FormTest.h"
+#include "ui/CommandIds.h"
 
-class QComboBox;
+class QTreeView;
 
 namespace quillary::soak {
 
+inline constexpr std::size_t kMostRecords = 25;
 /// Of databases. With a value of 3 or more a file's sort keys are read in another width; theirs are negative.
 inline const std::vector<QString> kPasswords = {"", "ßé", "1234", "pass"};
 
@@ -36,40 +37,27 @@ class SoakFiles : public PosixFileAccess {
     }
 };
 
-class FolderTrash : public Trash {
+class RemovingTrash : public Trash {
   public:
-    explicit FolderTrash(Path folder) : m_folder(std::move(folder)) {}
-    bool Put(const Path& file) override {
-        std::error_code failed;
-        std::filesystem::rename(file, m_folder / std::to_string(m_count++), failed);
-        return !failed;
-    }
-
-  private:
-    Path m_folder;
-    int m_count = 0;
+    bool Put(const Path& file) override { return std::filesystem::remove(file); }
 };
 
 struct Options {
-    int seed = 1;
-    int seconds = 60;
-    int steps = 0;  // 0: as many as the time allows
-    bool verbose = false;
-    bool coverage = false;  // fails when something was never reached
+    int seed, seconds;
+    int steps;  // 0: as many as the time allows
+    bool isVerbose;
+    bool coverage;  // fails when something was never reached
 };
 
-class Soak : public QObject {
+class Soak : public User {
   public:
     Soak(const Options& options, const Path& folder);
     ~Soak() override;
     void Run();
 
-    // ---- Chance and log
-    template <class N>
-    int Pick(N count) {
-        return static_cast<int>(m_chance() % static_cast<unsigned>(std::max<N>(count, 1)));
-    }
-    bool Chance(int percent) { return Pick(100) < percent; }
+    // ---- Chance and log (Chance.cpp)
+    int Pick(std::size_t count) { return static_cast<int>(m_chance() % std::max<std::size_t>(count, 1)); }
+    bool Percent(int percent) { return Pick(100) < percent; }
     template <class T>
     const T& Of(const std::vector<T>& choices) {
         return choices[At(Pick(choices.size()))];
@@ -85,101 +73,98 @@ class Soak : public QObject {
     }
     void WaitFor(const std::function<bool()>& holds, const std::string& what);
 
-    // ---- What this action does with what opens; forgotten at its end
-    using Steps = std::function<void(CQuillaryDialog&)>;
+    // ---- What this action does with what opens; forgotten at its end (Answers.cpp)
     void On(int dialog, Steps steps) { m_steps[dialog] = std::move(steps); }
     /// Answers a message with that part by the buttons, one a time; the last one stays.
-    void Answer(const QString& part, std::deque<QString> buttons = {"OK"});
-    [[nodiscard]] int Told(const QString& part) { return m_told[part]; }
+    void Answer(const QString& part, std::deque<QString> buttons = {"OK"}) {
+        m_answers.push_front({part, std::move(buttons)});
+    }
     QString chosenFile;  // in a file chooser
+    /// Ends the dialog by OK or another way, with Ends::Any sometimes for another file or the end of the program.
+    /// Whether it took OK.
+    enum class Ends { Any, Here };
+    bool Finish(CQuillaryDialog& page, Ends ends = Ends::Any);
 
-    // ---- Hands
+    // ---- Hands (Hands.cpp)
     CMainFrame& Frame() { return app->Frame(); }
-    CQuillaryView* View();
+    CQuillaryView* View();   // none while no database is open
+    QTreeView* Databases();  // none while one is open
     QWidget* Focus();
-    /// By its menu item, its button or its key.
-    void Command(int id, bool isEnabled = true);
-    void CommandRarest();
-    void Press(CQuillaryDialog& page, int control);
-    void Pause();
-    void Click(QWidget* widget, const QPoint& at, bool twice = false);
+    void Click(QWidget* widget, const QPoint& at);
     void Key(QWidget* widget, int key, Qt::KeyboardModifiers modifiers = {}, const QString& text = {});
     void Type(QWidget* widget, const QString& text);  // over what there was
     void Choose(QComboBox* list, int index);
     /// Something else into some of the page's controls; `only`: into that one.
     void Fill(QWidget& page, int percent = 100, int only = -1);
+    void Press(CQuillaryDialog& page, int control);
+    /// By its menu item, its button or its key.
+    void Command(int id, bool isEnabled = true);
+    std::vector<std::pair<QAction*, QAction*>> MenuItems();  // behind their captions
+    void Pause();
     void FromContextMenu(QWidget* viewport, const QPoint& at, const QString& item);
-    /// Whatever keys, clicks and turns of the wheel.
-    void PlayAbout(QWidget& page, int count);
-    enum class Ends { Any, Here };
-    /// Ends the dialog by OK or another way, sometimes for another file or the end of the program. Whether it took OK.
-    bool Finish(CQuillaryDialog& page, Ends ends = Ends::Any);
 
-    // ---- The model
+    // ---- Whatever can be done, of which nobody knows what comes (Play.cpp)
+    void Play(int command = 0);
+    void PlayAbout(QWidget& page, int count);
+
+    // ---- The model, and whether it holds (Check.cpp)
+    std::map<Path, Database> disk;  // what every file must hold
+    std::optional<Path> open;
+    Database mem;  // of the open one
+    bool isUnsaved = false;
+    std::optional<Path> handedOver;  // to be open at the end of this action
+    [[nodiscard]] bool IsReadOnly() const { return open && files.readOnly.contains(*open); }
+    [[nodiscard]] bool HasManyFiles() const { return disk.size() > 7; }
+    [[nodiscard]] const Path& AnyPath() { return std::next(disk.begin(), Pick(disk.size()))->first; }
+    [[nodiscard]] QString Password(const Path& path) const;
     void Opened(const Path& path);
     void Saved() {
-        if (!readOnly) disk[*open] = mem.InFile();
+        if (!IsReadOnly()) disk[*open] = mem.InFile();
     }
     void Closed();
-    /// Takes what the disk and the window have come to.
-    void Adopt();
+    void Leave() { Command(ID_FILE_OPEN), Closed(); }
     void AdoptNewFiles();
-    void StartAgain();
+    /// The open one as the window has it, or as its file does when the window has left it.
+    [[nodiscard]] Database Now();
     void Check(bool allFiles);
     [[nodiscard]] std::string WindowDifference();
-    [[nodiscard]] const Path& AnyPath();
-    [[nodiscard]] QString Password(const Path& path) const;
 
     const Path root;
     SoakFiles files{root / "state"};
     PosixFileAccess others{root / "state"};  // another program's
-    TestLocations locations{(root / "Documents/").string()};
-    PreferencesFile settings{root / "config/Quillary.conf"};
-    PreferencesFile windowSettings{root / "config/Quillary.conf", "Window"};
-    FolderTrash trash{root / "trash"};
-    TestInputPanel inputPanel;
-    TestRecentFiles recentFiles;
+    RemovingTrash trash;
     DesktopFolderWatcher folderWatcher, fileWatcher;
-    TestLauncher launcher;
-    TestClock clock;
-    TestLocale locale;
-    std::shared_ptr<FakePersonalItems> items = std::make_shared<FakePersonalItems>();
+    TestDesktop desktop;
     ScriptedServer server;
     std::unique_ptr<CQuillaryApp> app;
 
-    std::map<Path, Database> disk;  // what every file must hold
-    std::optional<Path> open;
-    Database mem;  // of the open one
-    bool readOnly = false;
-    bool isUnsaved = false;
-    bool isPlaying = false;          // nobody knows what is pressed
-    std::optional<Path> handedOver;  // to be open at the end of this action
-
-    bool eventFilter(QObject* watched, QEvent* event) override;
+  protected:
+    void AnswerDialog(CQuillaryDialog& dialog) override;
+    void AnswerMessage(QMessageBox& box) override;
+    void AnswerFileChooser(QFileDialog& chooser) override;
 
   private:
+    void StartAgain();
     void Step();
     void Settle();
-    [[nodiscard]] bool IsListComplete();
-    void AnswerDialog(CQuillaryDialog& dialog);
-    void AnswerMessage(QMessageBox& box);
-    void AnswerChooser(QFileDialog& chooser);
     void CountCommands();
     void CheckCoverage();
-    void Watch();
+    [[nodiscard]] bool IsSearching();
+    /// Takes what the disk and the window have come to.
+    void Adopt();
 
     const Options m_options;
     std::mt19937 m_chance;
     int m_step = 0;
+    bool m_isPlaying = false;
     std::deque<std::string> m_log;
     std::map<std::string, int> m_covered;
     std::map<int, Steps> m_steps;
-    std::vector<std::pair<QString, std::deque<QString>>> m_answers;
-    std::map<QString, int> m_told;
+    std::deque<std::pair<QString, std::deque<QString>>> m_answers;
+    int m_refused = 0;  // messages, in this action
     std::set<CQuillaryDialog*> m_answering;
     std::atomic<int> m_secondsInStep = 0;
-    std::atomic<bool> m_ends = false;
-    std::thread m_watchdog;
+    std::jthread m_watchdog;
 };
 
 struct Action {
@@ -188,6 +173,9 @@ struct Action {
     int weight;
     void (*run)(Soak& s);
 };
-[[nodiscard]] const std::vector<Action>& Actions();
+extern const std::vector<Action> kDatabaseActions, kRecordActions, kFieldActions, kSettingActions;
+
+[[nodiscard]] int CommandOf(const QAction& action);
+[[nodiscard]] inline std::string NameOf(int command) { return "command " + std::to_string(command); }
 
 }  // namespace quillary::soak

@@ -2,32 +2,12 @@
 #include <unistd.h>
 
 #include <QApplication>
-#include <cstdlib>
-#include <cstring>
-#include <filesystem>
+#include <QCommandLineParser>
 #include <iostream>
 
 #include "tests/soak/Soak.h"
 
 int main(int argc, char** argv) {
-    quillary::soak::Options options;
-    const std::pair<const char*, int*> kNumbers[] = {
-        {"--seed", &options.seed}, {"--seconds", &options.seconds}, {"--steps", &options.steps}};
-    const std::pair<const char*, bool*> kSwitches[] = {{"--verbose", &options.verbose},
-                                                       {"--coverage", &options.coverage}};
-    for (int i = 1; i < argc; ++i) {
-        bool isKnown = false;
-        for (const auto& [name, value] : kNumbers) {
-            if (i + 1 < argc && std::strcmp(argv[i], name) == 0) *value = std::atoi(argv[++i]), isKnown = true;
-        }
-        for (const auto& [name, value] : kSwitches) {
-            if (i < argc && std::strcmp(argv[i], name) == 0) *value = isKnown = true;
-        }
-        if (isKnown) continue;
-        std::cerr << "usage: quillary-soak [--seconds 60] [--seed N] [--steps M] [--verbose] [--coverage]\n";
-        return 2;
-    }
-    std::cout << "seed " << options.seed << std::endl;
     // All its names are equally wide, as paths show in the window.
     const std::string number = std::to_string(getpid());
     const std::filesystem::path folder =
@@ -39,7 +19,15 @@ int main(int argc, char** argv) {
     qputenv("LC_ALL", "C.UTF-8");
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    quillary::soak::Soak(options, folder).Run();
+    QCommandLineParser line;
+    line.addOptions({{"seed", "", "N", "1"}, {"seconds", "", "S", "60"}, {"steps", "", "N", "0"}});
+    line.addOptions({{"verbose", ""}, {"coverage", "Fails when something was never reached."}});
+    line.process(application);
+    const auto valueOf = [&](const char* name) { return line.value(name).toInt(); };
+    std::cout << "seed " << valueOf("seed") << std::endl;
+    quillary::soak::Soak(
+        {valueOf("seed"), valueOf("seconds"), valueOf("steps"), line.isSet("verbose"), line.isSet("coverage")}, folder)
+        .Run();
     std::filesystem::remove_all(folder);
     return 0;
 }

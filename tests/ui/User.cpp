@@ -84,7 +84,11 @@ void User::AnswerFileChooser(QFileDialog& chooser) {
         chooser.reject();
         return;
     }
-    chooser.findChild<QLineEdit*>()->setText(expected.text);  // typing would open the completer's window
+    ChooseFile(chooser, expected.text);
+}
+
+void User::ChooseFile(QFileDialog& chooser, const QString& file) {
+    chooser.findChild<QLineEdit*>()->setText(file);  // typing would open the completer's window
     const auto button =
         chooser.acceptMode() == QFileDialog::AcceptSave ? QDialogButtonBox::Save : QDialogButtonBox::Open;
     Click(chooser.findChild<QDialogButtonBox*>()->button(button));

@@ -38,6 +38,12 @@ class User : public QObject {
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
+  protected:
+    virtual void AnswerDialog(CQuillaryDialog& dialog);
+    virtual void AnswerMessage(QMessageBox& box);
+    virtual void AnswerFileChooser(QFileDialog& chooser);
+    static void ChooseFile(QFileDialog& chooser, const QString& file);
+
   private:
     enum Other { kMessage = 0, kFileChooser = -2, kNothing = -1 };
     struct Expected {
@@ -47,9 +53,6 @@ class User : public QObject {
         QString button;
     };
     [[nodiscard]] Expected Next(int dialog);
-    void AnswerDialog(CQuillaryDialog& dialog);
-    void AnswerMessage(QMessageBox& box);
-    void AnswerFileChooser(QFileDialog& chooser);
 
     std::deque<Expected> m_expected;
     std::set<CQuillaryDialog*> m_answering;

@@ -143,7 +143,38 @@ class TestLocale : public UserLocale {
     DateOrder Order() const override { return DateOrder::MonthDayYear; }
 };
 
-class WindowTest : public ::testing::Test {
+/// What the window needs beside a disk.
+struct TestDesktop {
+    TestLocations locations;
+    TestSettings settings;
+    TestSettings windowSettings;
+    TestRecentFiles recentFiles;
+    TestInputPanel inputPanel;
+    TestLauncher launcher;
+    TestClock clock;
+    TestLocale locale;
+    std::shared_ptr<FakePersonalItems> items = std::make_shared<FakePersonalItems>();
+    std::function<std::unique_ptr<HttpSession>()> openHttp;
+
+    [[nodiscard]] Desktop On(FileAccess& disk, Trash& trash, FolderWatcher& folders, FolderWatcher& file) {
+        return {disk,
+                locations,
+                settings,
+                trash,
+                inputPanel,
+                windowSettings,
+                recentFiles,
+                folders,
+                file,
+                launcher,
+                clock,
+                locale,
+                [this] { return std::make_unique<FakePersonalStore>(items); },
+                [this] { return openHttp ? openHttp() : nullptr; }};
+    }
+};
+
+class WindowTest : public ::testing::Test, protected TestDesktop {
   protected:
     WindowTest();
 
@@ -166,28 +197,12 @@ class WindowTest : public ::testing::Test {
     /// What the file holds now, as another program would read it; until the next call.
     [[nodiscard]] const CQuillaryDoc& Stored(const Path& path = "/people.pdb");
 
-    /// All of the test's own, but for the disk.
-    [[nodiscard]] Desktop DesktopOn(FileAccess& disk) {
-        const auto makeStore = [this] { return std::make_unique<FakePersonalStore>(items); };
-        const auto open = [this] { return openHttp ? openHttp() : nullptr; };
-        return {disk,          locations,   settings, trash, inputPanel, windowSettings, recentFiles,
-                folderWatcher, fileWatcher, launcher, clock, locale,     makeStore,      open};
-    }
+    [[nodiscard]] Desktop DesktopOn(FileAccess& disk) { return On(disk, trash, folderWatcher, fileWatcher); }
 
     WindowFiles files;
-    TestLocations locations;
-    TestSettings settings;
     TestTrash trash{files};
-    TestSettings windowSettings;
-    TestRecentFiles recentFiles;
-    TestInputPanel inputPanel;
     TestFolderWatcher folderWatcher;
     TestFolderWatcher fileWatcher;
-    TestLauncher launcher;
-    TestClock clock;
-    TestLocale locale;
-    std::shared_ptr<FakePersonalItems> items = std::make_shared<FakePersonalItems>();
-    std::function<std::unique_ptr<HttpSession>()> openHttp;
     CQuillaryApp app{DesktopOn(files)};
     User user;
 

@@ -3,6 +3,8 @@
 
 #include "tests/ui/WindowTest.h"
 #include "ui/TextEdit.h"
+#include "ui/ValuePicker.h"
+#include "views/QuillaryView.h"
 
 namespace quillary {
 
@@ -17,6 +19,16 @@ inline const std::vector<std::string> kAllNames = {"Notes", "Amount", "No",    "
                   "https://example.org"});
     parts.Add(2, {"Bob", "", "105", "false", "", "", "", "", "", ""});
     return parts;
+}
+
+/// What a person sees in the editor `id`.
+[[nodiscard]] inline QString Shown(const CQuillaryDialog& page, int id) {
+    const auto* widget = page.Control<QWidget>(id);
+    if (const auto* text = dynamic_cast<const CTextEdit*>(widget)) return text->Text();
+    if (const auto* picker = dynamic_cast<const CValuePicker*>(widget)) return picker->Text();
+    if (const auto* line = page.Control<QLineEdit>(id)) return line->text();
+    if (const auto* check = page.Control<QCheckBox>(id)) return check->isChecked() ? "true" : "false";
+    return page.Control<QComboBox>(id)->currentText();
 }
 
 class FormTest : public WindowTest {
@@ -34,14 +46,6 @@ class FormTest : public WindowTest {
         View()->setCurrentIndex(View()->model()->index(row, 0));
         user.ExpectDialog(173, std::move(steps));
         QTest::keyClick(View(), Qt::Key_Return);
-    }
-    /// What a person sees in the editor `id`.
-    [[nodiscard]] static QString Shown(const CQuillaryDialog& page, int id) {
-        const auto* widget = page.Control<QWidget>(id);
-        if (const auto* text = dynamic_cast<const CTextEdit*>(widget)) return text->Text();
-        if (const auto* line = page.Control<QLineEdit>(id)) return line->text();
-        if (const auto* check = page.Control<QCheckBox>(id)) return check->isChecked() ? "true" : "false";
-        return page.Control<QComboBox>(id)->currentText();
     }
     [[nodiscard]] std::string StoredEntries(std::size_t row) {
         const auto& shown = Stored().Shown();
