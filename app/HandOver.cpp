@@ -32,7 +32,10 @@ std::optional<Path> DroppedDatabase(const QDropEvent& drop) {
 CHandOver::CHandOver(CMainFrame& frame, Open open) : m_frame(frame), m_open(std::move(open)) {
     m_frame.setAcceptDrops(true);
     m_frame.installEventFilter(this);
-    m_frame.Unwinding().whenStopped = [this] { PostNext(); };
+    m_frame.Unwinding().whenEnded = [this] {
+        if (!m_frame.isVisible()) m_paths.clear();  // it has closed
+        PostNext();
+    };
 }
 
 bool CHandOver::Start(SingleInstance& instances, const LaunchRequest& request) {

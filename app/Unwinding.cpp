@@ -107,9 +107,8 @@ void CUnwinding::Step() {
     }
     m_waiting = false;
     const Task task = std::exchange(m_task, {});
-    if (OpenDialog::All().empty()) return task.run();
-    task.giveUp();
-    whenStopped();
+    OpenDialog::All().empty() ? task.run() : task.giveUp();
+    whenEnded();
 }
 
 bool CUnwinding::End(QDialog& dialog) const {

@@ -32,7 +32,7 @@ class CUnwinding : public QObject {
     void Start(Way way, Task task);
 
     [[nodiscard]] bool IsWaiting() const { return m_waiting; }
-    std::function<void()> whenStopped = [] {};  // a dialog refused, so that what was to come next does not come
+    std::function<void()> whenEnded = [] {};  // behind what came next, or when a dialog has refused
 
     bool event(QEvent* event) override;
 

@@ -1,7 +1,7 @@
 // The window program.
 #include <QApplication>
 #include <QSessionManager>
-#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <iostream>
 #include <memory>
@@ -44,12 +44,11 @@ void DoWithoutDisplay() {
     });
 }
 
-// Asked here, as the toolkit ends the program by a signal. What names a platform of its own is let through.
-bool HasDisplay(int argc, char** argv) {
-    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
-        if (!qEnvironmentVariableIsEmpty(name)) return true;
-    }
-    return std::any_of(argv + 1, argv + argc, [](const char* word) { return std::strcmp(word, "-platform") == 0; });
+// The toolkit ends a program without a display by a signal, after words of its own.
+void TellOfNoDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*text*/) {
+    if (type != QtFatalMsg) return;
+    std::cerr << "quillary: There is no display here. --picture needs none, and qly works without one.\n";
+    std::_Exit(1);
 }
 
 // A file that is handed over is opened by a program with another working folder.
@@ -65,20 +64,20 @@ int main(int argc, char** argv) {
     using quillary::LaunchOptions;
     quillary::UseLargePages();
     // Qt takes its own options out of argv, but cannot start without a display. What needs none is looked for first.
+    bool needsDisplay = true;
     for (int i = 1; i < argc; ++i) {
-        for (const char* option : {"--help", "--version", "--picture"}) {
-            if (std::strcmp(argv[i], option) == 0) DoWithoutDisplay();
+        for (const char* option : {"-h", "--help", "--version", "--picture"}) {
+            if (std::strcmp(argv[i], option) == 0) needsDisplay = false;
         }
     }
-    if (!HasDisplay(argc, argv)) {
-        std::cerr << "quillary: There is no display here. --picture needs none, and qly works without one.\n";
-        return 1;
-    }
+    if (!needsDisplay) DoWithoutDisplay();
     QCoreApplication::setApplicationName(QStringLiteral("Quillary"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLARY_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.telvane.quillary"));
     const std::string activationToken = quillary::ActivationToken();
+    const QtMessageHandler former = needsDisplay ? qInstallMessageHandler(TellOfNoDisplay) : nullptr;
     const QApplication qt(argc, argv);
+    if (needsDisplay) qInstallMessageHandler(former);
 
     QGuiApplication::setWindowIcon(quillary::ProgramIcon());
 

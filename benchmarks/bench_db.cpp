@@ -233,7 +233,7 @@ void PrintMemory(long held, double fileSize) {
         return std::string(text);
     };
     PrintFigure({"memory held after open, the whole process", megabytes(static_cast<double>(held)), megabytes(fileSize),
-                 "the file's size", static_cast<double>(held) / fileSize, "at most 1.3 + 20 MB",
+                 "the file's size", static_cast<double>(held) / fileSize, "1.3 times + 20 MB",
                  static_cast<double>(held) <= kMemoryAim * fileSize + kMemoryAllowance});
 }
 

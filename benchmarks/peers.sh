@@ -91,10 +91,10 @@ size=$(($(stat -c %s table.pdb) / 1024))
 most_memory() {
   local held
   held=$(command time -f %M "$qly" "${@:4}" 2>&1 >/dev/null | tail -n 1)
-  figure "$1" "$((held / 1024)) MB" "$((size / 1024)) MB" "$(hundredths $((held * 100 / size)))" "at most $2" \
+  figure "$1" "$((held / 1024)) MB" "$((size / 1024)) MB" "$(hundredths $((held * 100 / size)))" "$2" \
     "$(verdict "$held <= $3")" "the file's size"
 }
 printf '\nmemory of whole processes\n'
-most_memory "qly list, most memory" "1.3 + 20 MB" $((size * 13 / 10 + 20480)) list table.pdb
+most_memory "qly list, most memory" "1.3 times + 20 MB" $((size * 13 / 10 + 20480)) list table.pdb
 cp table.pdb unsorted.pdb
-most_memory "qly sort, most memory" "2 + 64 MB" $((size * 2 + 65536)) sort unsorted.pdb Room Price:desc Bought
+most_memory "qly sort, most memory" "2 times + 64 MB" $((size * 2 + 65536)) sort unsorted.pdb Room Price:desc Bought

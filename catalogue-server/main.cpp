@@ -48,7 +48,7 @@ std::optional<int> ReadOptions(int argc, char** argv, Options& options) {
         "Publishes the databases in a folder, and below it, for Quillary's Download Database and for browsers.",
         "quillary-catalogue");
     int patience = static_cast<int>(options.limits.patience.count());
-    app.add_option("--folder", options.folder, "The folder that is published; needed")->type_name("DIR");
+    app.add_option("--folder", options.folder, "The folder that is published; required")->type_name("DIR");
     app.add_option("--port", options.port, "The port, 0 for any that is free")
         ->type_name("N")
         ->check(WholeNumber(0, 65535))

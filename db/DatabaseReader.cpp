@@ -86,8 +86,8 @@ void CDatabaseReader::ReadRecord(std::size_t i) {
     // Crossing offsets make records overlap; together they may not grow far beyond the file.
     m_bytesRead += bytes.size();
     if (m_bytesRead > 2 * static_cast<std::uint64_t>(m_image.size())) bytes = {};
-    if (!bytes.data()) ++m_damagedRecords;
     const std::string_view entries = EntriesOf(bytes);
+    if (!bytes.ends_with('\xFF') || bytes.size() - entries.size() > kEndMark.size()) ++m_damagedRecords;
     m_record.data = entries.data();
     m_record.size = static_cast<std::uint32_t>(entries.size());
     m_record.category = static_cast<std::uint8_t>(ListEntry(i)[kAttributesInEntry]);

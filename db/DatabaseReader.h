@@ -41,7 +41,7 @@ class CDatabaseReader {
     /// Records that are neither schema nor data: of other categories, or with delete, busy or secret bits. They do not
     /// come back when the file is written.
     [[nodiscard]] std::size_t ForeignRecordCount() const { return m_foreignRecords; }
-    /// Data records of which the file does not hold what it says; of those that are read by now.
+    /// Data records of those read by now that do not end with their end mark, for want of bytes or at a wrong place.
     [[nodiscard]] std::size_t DamagedRecordCount() const { return m_unlistedRecords + m_damagedRecords; }
 
     /// Make a data record the one last read. False at the end, with the error text set.

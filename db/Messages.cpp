@@ -60,8 +60,7 @@ constexpr Row kMessages[] = {
     {Message::ForeignRecords,
      "Of the records in this file, %s would not come back when it is written, being of other programs or kinds."},
     {Message::DamagedRecords,
-     "Of the records in this file, %s cannot be read, as the file is damaged. What is left of them is lost when it is "
-     "written."},
+     "Of the records in this file, %s are damaged. What of them cannot be read now is lost when it is written."},
     {Message::FolderNotMade, "The folder %s could not be made (%s)."},
     {Message::NoColumns, "Please define at least one column."},
     {Message::BlankFieldName, "The blank field must have a name."},

@@ -69,7 +69,6 @@ class CQuillaryDoc {
     [[nodiscard]] RecoveryState Recovery() const { return m_file.Recovery(); }
     /// The whole file as last read or written.
     [[nodiscard]] std::string_view FileImage() const;
-    /// Records that would not come back when this file is written.
     /// What the file would hold no more after a save, in sentences for a person (UTF-8); empty when it loses nothing.
     [[nodiscard]] const std::string& LossBySaving() const { return m_lossBySaving; }
     /// Grows with every change; a dialog that kept an index compares it.

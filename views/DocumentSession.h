@@ -66,7 +66,7 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
     [[nodiscard]] bool SettleForeignChange(const Failure& failure);
     /// Goes on in a new file that the user names. False when that was cancelled.
     [[nodiscard]] bool SaveElsewhere();
-    /// Asks once before records of other programs get lost by a save.
+    /// Asks once before a save by which records get lost.
     [[nodiscard]] bool MayLoseRecords();
 
     std::unique_ptr<CQuillaryDoc> m_doc;

@@ -5,7 +5,8 @@ import os, pty, select, shutil, subprocess, sys, tempfile, time
 
 qly, bash, zsh, fish = (os.path.abspath(path) for path in sys.argv[1:])
 FIELDS = ["Name", "Time zone:list:north east;it's", 'Time "of" day:time', "a=b:checkbox", "R&D $HOME", "back\\slash"]
-CASES = {  # what is typed before a tab, and what qly is to get
+CASES = {  # what is typed before a tab, behind "qly " or as it stands, and what the program is to get
+    "quillary --pi": ["--picture"],
     "im": ["import"],
     "list t.pdb --form": ["list", "t.pdb", "--format"],
     "list t.pdb --format=js": ["list", "t.pdb", "--format=json"],  # as far as json and jsonl go
@@ -63,6 +64,9 @@ with tempfile.TemporaryDirectory() as folder:
     with open("bin/qly", "w", opener=lambda path, flags: os.open(path, flags, 0o755)) as fake:
         fake.write(f'#!/bin/sh\n[ "$1" != __complete ] || exec "{qly}" "$@"\n'
                    f'printf "%s\\n" "$@" >"{folder}/.got" && mv "{folder}/.got" "{folder}/got"\n')
+    with open("bin/quillary", "w", opener=lambda path, flags: os.open(path, flags, 0o755)) as fake:
+        fake.write('#!/bin/sh\n[ "$1" != --help ] || { echo "  -h, --help  shows this"; echo "  --picture P.png  saves"; exit; }\n'
+                   f'printf "%s\\n" "$@" >"{folder}/.got" && mv "{folder}/.got" "{folder}/got"\n')
     before = {name: open(name, "rb").read() for name in os.listdir(".") if name.endswith(".pdb")}
 
     failed = False
@@ -74,7 +78,7 @@ with tempfile.TemporaryDirectory() as folder:
         for typed, expected in CASES.items():
             prompts = terminal.shown.count(b"ready>")
             terminal.wait(lambda: b"ready>" in terminal.shown, shell)
-            terminal.type(f"qly {typed}\t\n")
+            terminal.type(f"{typed if typed.startswith('quillary') else 'qly ' + typed}\t\n")
             terminal.wait(lambda: os.path.exists("got"), f"{shell}: {typed}")
             got = open("got").read().splitlines()
             os.remove("got")
