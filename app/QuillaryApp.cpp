@@ -44,8 +44,14 @@ class HoldingQuestions : public Questions {
     [[nodiscard]] bool AskDatabasePassword(const CQuillaryDoc& doc) override {
         return m_questions.AskDatabasePassword(doc);
     }
-    void TellHeld() {
-        if (m_held) m_questions.Tell(*m_held);
+    /// Says besides which file it is about, and what the reader found.
+    void TellHeld(const Path& path, const Failure& readerError) {
+        if (!m_held) return;
+        if (m_held->message == Message::InvalidDatabaseFile) {
+            m_held->reason = path.filename().string() + ": " +
+                             (readerError.message == Message::None ? "This is no database." : readerError.WithReason());
+        }
+        m_questions.Tell(*m_held);
     }
 
   private:
@@ -182,7 +188,7 @@ std::unique_ptr<CQuillaryDoc> CQuillaryApp::Read(const Path& path, OpenMode mode
     if (choice == CopyChoice::Restored) {
         isOpen = doc->OpenDatabase(path, mode, questions);
     } else {
-        holding.TellHeld();
+        holding.TellHeld(path, doc->ReaderError());
     }
     return isOpen ? std::move(doc) : nullptr;
 }

@@ -9,7 +9,7 @@
 namespace quillary {
 
 void CWindowQuestions::Tell(const Failure& failure) {
-    if (!m_quiet) ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+    if (!m_quiet) ShowMessage(m_frame.Window(), FromUtf8(failure.text), OnOneLine(FromUtf8(failure.reason)));
 }
 
 bool CWindowQuestions::AskDatabasePassword(const CQuillaryDoc& doc) {

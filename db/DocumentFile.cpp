@@ -21,6 +21,7 @@ Failure LoadFailure(const FileError& error) {
             break;
         default:
             failure.Set(Message::ErrorOpeningFile);
+            failure.reason = error.reason;
     }
     return failure;
 }

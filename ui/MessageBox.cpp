@@ -25,16 +25,19 @@ void SetUp(QMessageBox& box, const QString& text) {
     box.setText(text);
 }
 
-// The toolkit's label would make the box as wide as the longest path in it.
-void WrapText(QMessageBox& box) {
-    auto* given = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
-    if (!given) return;
-    auto* label = new CWrappingLabel(box.text());
-    const int screen = box.screen()->availableSize().width();
-    label->setMinimumWidth(label->NaturalWidth(std::min(kWidestText, screen * 2 / 3)));
-    label->setAlignment(given->alignment());
-    delete box.layout()->replaceWidget(given, label);
-    given->hide();
+// The toolkit's labels would make the box as wide as the longest path in them.
+void WrapTexts(QMessageBox& box) {
+    for (const char* name : {"qt_msgbox_label", "qt_msgbox_informativelabel"}) {
+        auto* given = box.findChild<QLabel*>(QLatin1String(name));
+        if (!given) continue;
+        auto* label = new CWrappingLabel(given->text());
+        const int screen = box.screen()->availableSize().width();
+        label->setMinimumWidth(label->NaturalWidth(std::min(kWidestText, screen * 2 / 3)));
+        label->setAlignment(given->alignment());
+        label->setContentsMargins(given->contentsMargins());
+        delete box.layout()->replaceWidget(given, label);
+        given->hide();
+    }
 }
 
 }  // namespace
@@ -46,7 +49,7 @@ void ShowMessage(QWidget* parent, const QString& text, const QString& details) {
     for (auto* label : box.findChildren<QLabel*>()) label->setTextFormat(Qt::PlainText);  // the details' too
     box.setIcon(QMessageBox::Warning);
     box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
-    WrapText(box);
+    WrapTexts(box);
     const OpenDialog open(box);
     box.exec();
 }
@@ -71,7 +74,7 @@ int AskUser(QWidget* parent, const QString& text, const QStringList& answers, in
     }
     box.setDefaultButton(buttons[defaultAnswer]);
     box.setEscapeButton(buttons.last());
-    WrapText(box);
+    WrapTexts(box);
     const OpenDialog open(box);
     box.exec();
     const auto clicked = buttons.indexOf(qobject_cast<QPushButton*>(box.clickedButton()));

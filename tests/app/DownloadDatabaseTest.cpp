@@ -280,7 +280,7 @@ TEST_F(DownloadDatabaseTest, TheEndTellsWhatCouldNotBeFetchedAndOpeningWhatIsNoD
     FinishDownload(
         "2 files were not fetched, the first one \"pack\": the server answers with status 404.\n"
         "The other file was saved in /nowhere");
-    OnBox("Invalid database file.", "OK");
+    OnBox("Invalid database file.\ntwo.pdb: This is no database.", "OK");
     Download();
     EXPECT_EQ(Saved(), "/nowhere/two.pdb ");
 }
