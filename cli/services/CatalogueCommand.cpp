@@ -83,8 +83,8 @@ class CatalogueRun {
         Path path = m_arguments.words[2];
         std::error_code none;
         if (std::filesystem::is_directory(path, none)) {
-            std::string_view name = m_arguments.Value("--name").value_or(m_arguments.words[1]);
-            if (!isInPackage && EndsInExtension(name)) name.remove_suffix(4);  // that it gets
+            std::string name = m_arguments.Value("--name").value_or(m_arguments.words[1]);
+            if (!isInPackage && EndsInExtension(name)) name.resize(name.size() - 4);  // that it gets
             path /= SafeFileName(name, isInPackage);
         } else if (m_arguments.Has("--name")) {
             return m_session.WrongUsage("--name is for a TARGET that is a folder.");
