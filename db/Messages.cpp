@@ -60,7 +60,7 @@ constexpr Row kMessages[] = {
     {Message::ForeignRecords,
      "Of the records in this file, %s would not come back when it is written, being of other programs or kinds."},
     {Message::DamagedRecords,
-     "Of the records in this file, %s are damaged. What of them cannot be read now is lost when it is written."},
+     "Damaged records in this file: %s. What of them cannot be read now is lost when it is written."},
     {Message::FolderNotMade, "The folder %s could not be made (%s)."},
     {Message::NoColumns, "Please define at least one column."},
     {Message::BlankFieldName, "The blank field must have a name."},

@@ -119,7 +119,7 @@ TEST_F(RecordCommand, GivesUpRecordsOfOtherProgramsOnlyWhenTold) {
     EXPECT_EQ("", Output({"check", "f.pdb"}));
     const std::string whole = parts.Build();
     Write("f.pdb", whole.substr(0, whole.find("Ann") - 3));
-    Expect({"record", "f.pdb", "add"}, {{"damaged ones, too", {}, 1, "1 are damaged"}});
+    Expect({"record", "f.pdb", "add"}, {{"damaged ones, too", {}, 1, "Damaged records in this file: 1."}});
 }
 
 class NewAndOptions : public QlyTest {};
