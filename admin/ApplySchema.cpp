@@ -42,8 +42,8 @@ bool CheckStored(std::vector<FieldDefinition>& definitions, Failure& failure) {
     const std::size_t count = definitions.size();
     for (std::size_t k = 0; k < count; ++k) {
         Field& field = definitions[k].field;
-        // Behind the last name an empty one ends the fields.
-        if (FieldHiddenBy(field.name, k, count + 1)) {
+        // Behind the last name an empty one ends the fields, where there is room.
+        if (FieldHiddenBy(field.name, k, std::min(count + 1, kMaxFields))) {
             failure.Set(Message::ControlCharacter, {"the name of a field"});
             return false;
         }
@@ -95,8 +95,9 @@ class Rebuilder {
             const auto isNext = [&](const auto& ends) { return k + 1 < m_definitions.size() && ends[k + 1] != kNoRun; };
             const bool stays = m_definitions[k].from == k;
             const bool isText = m_conversions[k].from == FieldType::Text || m_conversions[k].from == FieldType::List;
+            const FieldType to = m_conversions[k].to;
             const bool staysText =
-                stays && isText && m_conversions[k].to != FieldType::Date && m_conversions[k].to != FieldType::Time;
+                stays && isText && to != FieldType::Date && to != FieldType::Time && to != FieldType::Checkbox;
             if (stays && m_kept[k]) m_runs[k] = isNext(m_runs) ? m_runs[k + 1] : k;
             if ((stays && m_kept[k]) || staysText)
                 m_runsOfOneLine[k] = isNext(m_runsOfOneLine) ? m_runsOfOneLine[k + 1] : k;

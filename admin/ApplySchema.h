@@ -31,7 +31,7 @@ struct PreparedSchema {
     RecordArena arena;
     /// Values that cannot be converted and are empty now.
     std::size_t emptied = 0;
-    /// Dates and times of which a check box keeps nothing.
+    /// Values that are neither yes nor no, of fields that become or were check boxes.
     std::size_t unchecked = 0;
 };
 

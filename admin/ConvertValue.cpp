@@ -5,6 +5,7 @@
 #include <charconv>
 #include <optional>
 
+#include "db/Ascii.h"
 #include "db/FieldValue.h"
 #include "db/TextEntry.h"
 
@@ -50,6 +51,15 @@ Converted AppendCount(std::optional<std::int32_t> count, bool wasEmpty, std::str
     return Converted::Kept;
 }
 
+// Whether a check box shows what `stored` says: of any other text it shows a no.
+Converted AsYesOrNo(std::string_view stored) {
+    std::string upper(stored);
+    std::transform(upper.begin(), upper.end(), upper.begin(), AsciiUpper);
+    const bool isNo = upper == "FALSE" || upper == "0" || upper == "NO" || upper == "NEIN" ||
+                      upper.find_first_not_of(' ') == upper.npos;
+    return isNo || IsChecked(stored) ? Converted::Kept : Converted::Unchecked;
+}
+
 bool IsText(FieldType type) { return type == FieldType::Text || type == FieldType::List; }
 bool IsCount(FieldType type) { return type == FieldType::Date || type == FieldType::Time; }
 
@@ -61,7 +71,7 @@ bool KeepsEveryValue(FieldType to, FieldType from) {
         case FieldType::Sequence:
         case FieldType::EMail:
         case FieldType::WebUrl:
-            return true;  // they show what is stored
+            return to != FieldType::Checkbox;  // they show what is stored
         case FieldType::Checkbox:
             return to == FieldType::Checkbox;
         case FieldType::Date:
@@ -85,9 +95,12 @@ Converted AppendConverted(const Conversion& conversion, std::string_view stored,
         case FieldType::Sequence:
             if (from != FieldType::Checkbox) break;
             out.push_back(IsChecked(stored) ? '1' : '0');
-            return Converted::Kept;
+            return AsYesOrNo(stored);
         case FieldType::Checkbox:
-            if (!IsCount(from)) break;
+            if (!IsCount(from)) {
+                AppendDisplayText(from, stored, style, page, out);
+                return AsYesOrNo(stored);
+            }
             out.append("false");
             return stored.empty() ? Converted::Kept : Converted::Unchecked;
         case FieldType::Date:
@@ -100,7 +113,7 @@ Converted AppendConverted(const Conversion& conversion, std::string_view stored,
             break;
     }
     AppendDisplayText(from, stored, style, page, out);
-    return Converted::Kept;
+    return from == FieldType::Checkbox ? AsYesOrNo(stored) : Converted::Kept;
 }
 
 }  // namespace quillary

@@ -22,10 +22,10 @@ struct Conversion {
 enum class Converted {
     Kept,
     Emptied,    // there was a value, and none of the new type can be made of it
-    Unchecked,  // a date or time that a check box keeps nothing of
+    Unchecked,  // neither yes nor no: a check box that it comes into or out of makes it a no
 };
 
-/// Whether every value stays byte for byte what it is.
+/// Whether every value stays byte for byte what it is, and nothing more is to be told of it.
 [[nodiscard]] bool KeepsEveryValue(FieldType to, FieldType from);
 
 /// Appends the new stored text for `stored`.

@@ -42,8 +42,8 @@ bool MayLose(const PreparedSchema& prepared, QWidget* window) {
                           QStringLiteral("%L1 values cannot be converted and will be left empty."));
     }
     if (prepared.unchecked > 0) {
-        losses << Counted(prepared.unchecked, QStringLiteral("1 date or time becomes a check box that is not checked."),
-                          QStringLiteral("%L1 dates or times become check boxes that are not checked."));
+        losses << Counted(prepared.unchecked, QStringLiteral("1 value is neither yes nor no and becomes a no."),
+                          QStringLiteral("%L1 values are neither yes nor no and become a no."));
     }
     if (losses.isEmpty()) return true;
     losses << QStringLiteral("Change the fields all the same?");

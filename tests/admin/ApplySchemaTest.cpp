@@ -27,7 +27,13 @@ constexpr auto kYear = DateOrder::YearMonthDay;
 // Day 36295 is 16 May 2003, 36296 the 17th; day 0 is 1 January 1904; the century is 2000.
 const ConversionCase kConversions[] = {
     {"checked is 1, however it was written", "B", "F", "Ja", "1"},
-    {"anything else is 0", "B", "I1;1", "on", "0"},
+    {"anything else is 0", "B", "I1;1", "on", "0", {}, 0, 1},
+    {"which is no loss of a no", "B", "F", "Nein", "0"},
+    {"a text that is neither is lost on the way back", "B", "t", "hello", "false", {}, 0, 1},
+    {"and told of before it comes in", "t", "B", "hello", "hello", {}, 0, 1},
+    {"as a number is", "F", "B", "7", "7", {}, 0, 1},
+    {"but 0 is a no", "F", "B", "0", "0"},
+    {"and nothing is lost of nothing", "B", "t", "", "false"},
     {"a date's count stays in a number", "D", "F", "36296", "36296"},
     {"a check box keeps its text", "B", "B!", "JA", "JA"},
     {"a date leaves nothing in one", "D", "B", "36296", "false", {}, 0, 1},
