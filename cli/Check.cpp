@@ -17,7 +17,6 @@ namespace quillary {
 
 namespace {
 
-constexpr std::size_t kSortInfoAt = 56;
 constexpr std::size_t kCreatorAt = 64;
 constexpr std::size_t kNextListAt = 72;
 constexpr std::size_t kUniqueIdAt = 5;  // in an entry of the record list
@@ -69,7 +68,7 @@ class Checker {
         }
         CheckFourLetters(kTypeAt, "type");
         CheckFourLetters(kCreatorAt, "creator");
-        if (LoadBig32(At(kSortInfoAt)) != 0) Report(kSortInfoAt, "There is an offset of a sort-info block");
+        if (LoadBig32(At(kSortInfoOffsetAt)) != 0) Report(kSortInfoOffsetAt, "There is an offset of a sort-info block");
         if (LoadBig32(At(kNextListAt)) != 0) Report(kNextListAt, "There is an offset of a further record list");
         std::array<char, 4> seed{};
         StoreLittle32(seed.data(), LoadBig16(At(kRecordCountAt)));

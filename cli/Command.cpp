@@ -9,7 +9,7 @@ namespace {
 
 constexpr CommandOption kJson{"--json", "", "as JSON, for programs"};
 constexpr CommandOption kDropForeign{
-    "--drop-foreign", "", "write the file although records of other programs and damaged ones in it will be lost"};
+    "--drop-foreign", "", "write the file although records of other programs and what is damaged in it will be lost"};
 constexpr CommandOption kField{"--field", "DEFINITION", "a field; once for each, in their order", true};
 
 // The properties are those of the export's page, without their colons.
@@ -115,7 +115,7 @@ constexpr CommandOption kCommonOptions[] = {
     {"--code-page", "NAME", "the code page of the database's texts (windows-1252)"},
     {"--date-order", "mdy|dmy|ymd", "the order of day, month and year in dates given as numbers (the locale's)"},
     {"--quiet", "", "show no progress"},
-    {"--help", "", "print this"},
+    {"--help", "", "print this; so does -h"},
 };
 
 constexpr auto kAny = Command::kAnyNumber;

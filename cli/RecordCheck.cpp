@@ -87,6 +87,7 @@ std::size_t RecordCheck::EntriesRead(std::uint8_t attributes) const {
     constexpr std::size_t kTextAndLock = 2;
     if (IsRow(attributes)) return m_fields.size();
     if (CategoryOf(attributes) == kCategoryPreferences) return kTextAndLock;
+    if (CategoryOf(attributes) != kCategoryFieldLabels) return m_fields.size();
     return std::min(m_fields.size() + 1, kMaxFields);  // the empty name behind the last one, too
 }
 
@@ -141,7 +142,7 @@ void RecordCheck::CheckType(const Entry& entry) {
     FieldOptions options;
     DecodeFieldType(entry.text, type, options);
     const bool isFiller = IsFiller(entry);
-    if (isFiller ? entry.text == "T" : EncodeFieldType(type, options) == entry.text) return;
+    if (isFiller ? entry.text == kTypeFiller : EncodeFieldType(type, options) == entry.text) return;
     Report(OffsetOf(entry.text), "The type " + Quoted(entry.text) + " of field " + Number(entry.number + 1u) +
                                      (isFiller ? ", which is not there, is not \"T\""
                                                : " is unknown; it reads as " + std::string(InfoOf(type).name)));
@@ -149,7 +150,7 @@ void RecordCheck::CheckType(const Entry& entry) {
 
 void RecordCheck::CheckWidth(const Entry& entry) {
     const bool isFiller = IsFiller(entry);
-    if (isFiller ? entry.text == "80" : IsDecimal(entry.text)) return;
+    if (isFiller ? entry.text == kWidthFiller : IsDecimal(entry.text)) return;
     Report(OffsetOf(entry.text), "The width " + Quoted(entry.text) + " of field " + Number(entry.number + 1u) +
                                      (isFiller ? ", which is not there, is not \"80\"" : " is no number"));
 }

@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::uint16_t kNewAttributes = 0x0008;
 constexpr char kNewSeedByte = 0x32;
-constexpr std::string_view kCategoryNames[] = {"Unfiled",     "FieldLabels", "DataRecords", "DataRecordsFout",
-                                               "Preferences", "DataType",    "FieldLengths"};
+constexpr std::string_view kCategoryNames[] = {kFirstCategoryName, "FieldLabels", "DataRecords", "DataRecordsFout",
+                                               "Preferences",      "DataType",    "FieldLengths"};
 constexpr std::uint8_t kCategoryCount = 16;
 constexpr std::size_t kSelectorAt = 40;  // in a condition
 constexpr std::size_t kCodesAt = 41;

@@ -23,9 +23,10 @@ std::string WithoutHidingBytes(std::string_view text, std::size_t entry, std::si
 
 std::vector<Field> FieldsOf(CDatabaseReader& reader) {
     std::vector<Field> fields(reader.ColumnCount());
+    const std::size_t endOfNames = std::min(fields.size(), kMaxFields - 1);
     for (std::size_t k = 0; k < fields.size(); ++k) {
         Field& field = fields[k];
-        field.name = WithoutHidingBytes(reader.ColumnName(k).value_or(std::string_view{}), k, fields.size());
+        field.name = WithoutHidingBytes(reader.ColumnName(k).value_or(std::string_view{}), k, endOfNames);
         std::string type =
             WithoutHidingBytes(reader.ColumnTypeText(k).value_or(std::string_view{}), k, fields.size() - 1);
         DecodeFieldType(type, field.type, field.options);
@@ -72,8 +73,9 @@ DatabaseContent ContentOf(CDatabaseReader& reader) {
     content.header = reader.Header();
     content.appInfo = reader.AppInfo();
     content.fields = FieldsOf(reader);
-    content.infoText = WithoutHidingBytes(reader.Preference(0).value_or(std::string_view{}), 0, 1);  // the lock's entry
-    content.infoLockHash = ReadDecimal(reader.Preference(1).value_or(std::string_view{}));
+    content.infoText = WithoutHidingBytes(reader.Preference(kInfoTextEntry).value_or(std::string_view{}),
+                                          kInfoTextEntry, kInfoLockEntry);
+    content.infoLockHash = ReadDecimal(reader.Preference(kInfoLockEntry).value_or(std::string_view{}));
     content.filter = LoadFilter(content.appInfo, content.fields);
     content.sort = LoadSort(content.appInfo, content.fields);
 

@@ -1,18 +1,13 @@
 #include "db/DatabaseReader.h"
 
 #include <algorithm>
+#include <string>
 
-#include "db/Bytes.h"
+#include "db/Damage.h"
 #include "db/FieldType.h"
 #include "db/FieldValue.h"
 
 namespace quillary {
-
-namespace {
-
-constexpr std::size_t kAttributesInEntry = 4;  // behind the offset
-
-}  // namespace
 
 bool CDatabaseReader::Fail(Message message) {
     m_error = message;
@@ -21,34 +16,23 @@ bool CDatabaseReader::Fail(Message message) {
 
 void CDatabaseReader::ReadHeader(std::string_view image) {
     *this = {};
-    m_image = image;
     const auto header = DatabaseHeader::Read(image);
     if (!header) return;
     m_header = *header;
-    if (m_header.AppInfoOffset() != 0) {
-        m_appInfo = AppInfoBlock::Read(image, m_header.AppInfoOffset());
-        m_firstRecord = 1;
-    }
-    ReadRecordList();
+    if (m_header.AppInfoOffset() != 0) m_appInfo = AppInfoBlock::Read(image, m_header.AppInfoOffset());
+    m_records = RecordList(image, m_header);
+    NoteRecords();
+    if (IsAppInfoElsewhere(m_records, m_header, m_appInfo)) ++m_damagedSettings;
 }
 
-const char* CDatabaseReader::ListEntry(std::size_t i) const {
-    return m_image.data() + kHeaderSize + (i - m_firstRecord) * kRecordEntrySize;
-}
-
-std::uint32_t CDatabaseReader::OffsetOf(std::size_t i) const { return LoadBig32(ListEntry(i)); }
-
-void CDatabaseReader::ReadRecordList() {
-    const std::size_t room = (m_image.size() - kHeaderSize) / kRecordEntrySize;
-    m_listSize = m_firstRecord + std::min<std::size_t>(m_header.RecordCount(), room);
-    m_unlistedRecords = m_header.RecordCount() - (m_listSize - m_firstRecord);
-    m_dataRecords.reserve(m_listSize);
-    for (std::size_t i = m_firstRecord; i < m_listSize; ++i) {
+void CDatabaseReader::NoteRecords() {
+    m_dataRecords.reserve(m_records.End());
+    for (std::size_t i = m_records.First(); i < m_records.End(); ++i) {
         const auto noteSchema = [this, i](std::size_t& noted, std::size_t none) {
             if (noted != none) ++m_foreignRecords;  // the earlier one gives way and does not come back
             noted = i;
         };
-        switch (static_cast<unsigned char>(ListEntry(i)[kAttributesInEntry]) & ~kDirtyBit) {
+        switch (m_records.AttributesOf(i) & ~kDirtyBit) {
             case kCategoryFieldLabels:
                 noteSchema(m_fieldLabels, kNoIndex);
                 break;
@@ -64,6 +48,7 @@ void CDatabaseReader::ReadRecordList() {
                 break;
             case kCategoryFieldLengths:
                 noteSchema(m_fieldLengths, 0);
+                if (i == 0) ++m_foreignRecords;  // which reads as none
                 break;
             default:
                 ++m_foreignRecords;
@@ -72,25 +57,16 @@ void CDatabaseReader::ReadRecordList() {
     }
 }
 
-std::string_view CDatabaseReader::RecordBytes(std::size_t i) const {
-    const std::uint64_t begin = OffsetOf(i);
-    if (begin > m_image.size() || (i > m_firstRecord && begin < OffsetOf(i - 1))) return {};
-    const std::uint64_t next = i + 1 < m_listSize ? OffsetOf(i + 1) : m_image.size();
-    const std::uint64_t end = std::min<std::uint64_t>(next, m_image.size());
-    if (end < begin + kRecordHeader.size()) return {};
-    return m_image.substr(begin + kRecordHeader.size(), end - begin - kRecordHeader.size());
-}
-
 void CDatabaseReader::ReadRecord(std::size_t i) {
-    std::string_view bytes = RecordBytes(i);
+    std::string_view bytes = m_records.BytesOf(i);
     // Crossing offsets make records overlap; together they may not grow far beyond the file.
     m_bytesRead += bytes.size();
-    if (m_bytesRead > 2 * static_cast<std::uint64_t>(m_image.size())) bytes = {};
+    if (m_bytesRead > 2 * static_cast<std::uint64_t>(m_records.Image().size())) bytes = {};
     const std::string_view entries = EntriesOf(bytes);
-    if (!bytes.ends_with('\xFF') || bytes.size() - entries.size() > kEndMark.size()) ++m_damagedRecords;
+    if (bytes.empty() || IsRecordDamaged(m_records, i, entries)) ++m_damagedRecords;
     m_record.data = entries.data();
     m_record.size = static_cast<std::uint32_t>(entries.size());
-    m_record.category = static_cast<std::uint8_t>(ListEntry(i)[kAttributesInEntry]);
+    m_record.category = m_records.AttributesOf(i);
 }
 
 bool CDatabaseReader::ReadSchema() {
@@ -98,15 +74,31 @@ bool CDatabaseReader::ReadSchema() {
     if (m_fieldLabels == kNoIndex) return Fail(Message::NoFieldLabels);
     if (m_dataType == kNoIndex) return Fail(Message::NoDataType);
     if (m_fieldLengths == 0) return Fail(Message::NoFieldLength);
-    const std::string_view labels = EntriesOf(RecordBytes(m_fieldLabels));
-    const std::string_view types = EntriesOf(RecordBytes(m_dataType));
-    const std::string_view lengths = EntriesOf(RecordBytes(m_fieldLengths));
+    const std::string_view labels = EntriesOf(m_records.BytesOf(m_fieldLabels));
+    const std::string_view types = EntriesOf(m_records.BytesOf(m_dataType));
+    const std::string_view lengths = EntriesOf(m_records.BytesOf(m_fieldLengths));
     for (std::uint8_t k = 0; k < kMaxFields; ++k) {
         const auto name = FindEntry(labels, k);
         if (!name || name->empty()) break;
         m_columns.push_back({*name, FindEntry(types, k).value_or(std::string_view{}), FindEntry(lengths, k)});
     }
+    if (m_preferences != kNoIndex) m_preferenceEntries = EntriesOf(m_records.BytesOf(m_preferences));
+    if (!m_columns.empty()) CountDamagedSettings();
     return true;
+}
+
+void CDatabaseReader::CountDamagedSettings() {
+    const std::size_t count = m_columns.size();
+    // A field behind one without a name, which ends the table, gets lost.
+    const std::size_t endOfNames = std::min(count, kMaxFields - 1);
+    m_damagedSettings += ComesBack(m_records, m_fieldLabels, endOfNames, count, {}) ? 0 : 1;
+    m_damagedSettings += ComesBack(m_records, m_dataType, count - 1, count, kTypeFiller) ? 0 : 1;
+    m_damagedSettings += ComesBack(m_records, m_fieldLengths, count - 1, count, kWidthFiller) ? 0 : 1;
+    if (m_preferences == kNoIndex) return;
+    const std::string_view lock = Preference(kInfoLockEntry).value_or(std::string_view{});
+    const bool isLockANumber = lock.empty() || lock == std::to_string(ReadDecimal(lock));
+    m_damagedSettings +=
+        isLockANumber && ComesBack(m_records, m_preferences, kInfoLockEntry, kInfoLockEntry + 1, {}) ? 0 : 1;
 }
 
 std::optional<std::string_view> CDatabaseReader::ColumnName(std::size_t k) {
@@ -133,8 +125,7 @@ std::int32_t CDatabaseReader::ColumnWidth(std::size_t k) {
 }
 
 std::optional<std::string_view> CDatabaseReader::Preference(std::uint8_t k) const {
-    if (m_preferences == kNoIndex) return std::nullopt;
-    return FindEntry(EntriesOf(RecordBytes(m_preferences)), k);
+    return FindEntry(m_preferenceEntries, k);
 }
 
 bool CDatabaseReader::FirstDataRecord() {

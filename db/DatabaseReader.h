@@ -11,6 +11,7 @@
 #include "db/Container.h"
 #include "db/Messages.h"
 #include "db/RecordBuffer.h"
+#include "db/RecordList.h"
 
 namespace quillary {
 
@@ -41,8 +42,11 @@ class CDatabaseReader {
     /// Records that are neither schema nor data: of other categories, or with delete, busy or secret bits. They do not
     /// come back when the file is written.
     [[nodiscard]] std::size_t ForeignRecordCount() const { return m_foreignRecords; }
-    /// Data records of those read by now that do not end with their end mark, for want of bytes or at a wrong place.
-    [[nodiscard]] std::size_t DamagedRecordCount() const { return m_unlistedRecords + m_damagedRecords; }
+    /// Of what was read by now, the records that are damaged or that the file is too short to list, the schema records
+    /// of which a part would not come back, and one for an application-info block that is elsewhere.
+    [[nodiscard]] std::size_t DamagedCount() const {
+        return m_records.UnlistedCount() + m_damagedSettings + m_damagedRecords;
+    }
 
     /// Make a data record the one last read. False at the end, with the error text set.
     [[nodiscard]] bool FirstDataRecord();
@@ -61,20 +65,14 @@ class CDatabaseReader {
     };
     static constexpr std::size_t kNoIndex = static_cast<std::size_t>(-1);
 
-    void ReadRecordList();
-    [[nodiscard]] const char* ListEntry(std::size_t listIndex) const;
-    [[nodiscard]] std::uint32_t OffsetOf(std::size_t listIndex) const;
-    [[nodiscard]] std::string_view RecordBytes(std::size_t listIndex) const;
+    void NoteRecords();
+    void CountDamagedSettings();
     void ReadRecord(std::size_t listIndex);
     [[nodiscard]] bool Fail(Message message);
 
-    std::string_view m_image;
     DatabaseHeader m_header;
     AppInfoBlock m_appInfo;
-    // The list is read where it stands in the image. Records count from 1 when index 0 stands for the application-info
-    // block, else from 0.
-    std::size_t m_firstRecord = 0;
-    std::size_t m_listSize = 0;
+    RecordList m_records;
     std::vector<std::uint16_t> m_dataRecords;  // list indices, in file order
     std::size_t m_fieldLabels = kNoIndex;
     std::size_t m_dataType = kNoIndex;
@@ -83,10 +81,11 @@ class CDatabaseReader {
     // programs' files rely on that reading.
     std::size_t m_fieldLengths = 0;
     std::size_t m_foreignRecords = 0;
-    std::size_t m_unlistedRecords = 0;  // for which the file is too short already
-    std::size_t m_damagedRecords = 0;
-    std::uint64_t m_bytesRead = 0;  // since the first data record
+    std::size_t m_damagedSettings = 0;  // schema records and the application-info block
+    std::size_t m_damagedRecords = 0;   // data records
+    std::uint64_t m_bytesRead = 0;      // since the first data record
     std::vector<Column> m_columns;
+    std::string_view m_preferenceEntries;
     std::size_t m_position = 0;  // in m_dataRecords
     bool m_loaded = false;
     RecordRef m_record;

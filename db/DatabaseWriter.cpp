@@ -9,7 +9,6 @@ namespace quillary {
 
 namespace {
 
-constexpr std::string_view kPaddingType = "T";
 constexpr std::uint8_t kMatchAnyCode = 0x80;
 
 std::optional<std::uint8_t> PositionOf(std::string_view name, const std::vector<Field>& fields) {
@@ -31,9 +30,9 @@ std::string SchemaEntries(const std::vector<Field>& fields, std::string_view pad
 
 std::string PreferenceEntries(const DatabaseContent& content) {
     std::string entries;
-    AppendEntry(entries, 0, content.infoText);
-    AppendEntry(entries, 1, std::to_string(content.infoLockHash));
-    for (std::uint8_t k = 2; k < kMaxFields; ++k) AppendEntry(entries, k, {});
+    AppendEntry(entries, kInfoTextEntry, content.infoText);
+    AppendEntry(entries, kInfoLockEntry, std::to_string(content.infoLockHash));
+    for (std::uint8_t k = kInfoLockEntry + 1; k < kMaxFields; ++k) AppendEntry(entries, k, {});
     return entries;
 }
 
@@ -119,9 +118,9 @@ bool EncodeDatabase(DatabaseContent& content, Image& image, Failure& failure) {
         failure.Set(Message::TooManyRecords, {"Nothing was written."});
         return false;
     }
-    const std::string types = SchemaEntries(content.fields, kPaddingType, StoredFieldType);
+    const std::string types = SchemaEntries(content.fields, kTypeFiller, StoredFieldType);
     const std::string labels = SchemaEntries(content.fields, {}, [](const Field& field) { return field.name; });
-    const std::string lengths = SchemaEntries(content.fields, std::to_string(kDefaultWidth), StoredFieldWidth);
+    const std::string lengths = SchemaEntries(content.fields, kWidthFiller, StoredFieldWidth);
     const std::string preferences = PreferenceEntries(content);
 
     const std::size_t entryCount = records + kSchemaRecords;

@@ -20,6 +20,7 @@ inline constexpr std::size_t kNameSize = 32;  // with its NUL
 inline constexpr std::size_t kAttributesAt = 32;
 inline constexpr std::size_t kVersionAt = 34;
 inline constexpr std::size_t kAppInfoOffsetAt = 52;
+inline constexpr std::size_t kSortInfoOffsetAt = 56;  // of a block that this system neither reads nor writes
 inline constexpr std::size_t kTypeAt = 60;
 inline constexpr std::size_t kUniqueIdSeedAt = 68;  // Little-endian, alone in the header: files must stay byte-equal.
 inline constexpr std::size_t kRecordCountAt = 76;
@@ -33,6 +34,7 @@ inline constexpr std::size_t kGapSize = 2;
 // Application-info block
 inline constexpr std::size_t kCategoryNamesAt = 2;
 inline constexpr std::size_t kCategoryNameSize = 16;
+inline constexpr std::string_view kFirstCategoryName = "Unfiled";
 inline constexpr std::size_t kCategoryIdsAt = 258;
 inline constexpr std::size_t kLastUniqueIdAt = 274;
 inline constexpr std::size_t kFormatVersionAt = 276;
@@ -58,6 +60,14 @@ inline constexpr std::uint16_t kFormatVersion = 3;
 // Record: header, numbered entries, end mark
 inline constexpr std::string_view kRecordHeader{"\xFF\xFF\xFF\x01\xFF\x00", 6};
 inline constexpr std::string_view kEndMark{"\x00\xFF", 2};
+
+// What stands in the entries behind the last field's, of types and of widths
+inline constexpr std::string_view kTypeFiller = "T";
+inline constexpr std::string_view kWidthFiller = "80";
+
+// Entries of the Preferences record
+inline constexpr std::uint8_t kInfoTextEntry = 0;
+inline constexpr std::uint8_t kInfoLockEntry = 1;
 
 // Categories, compared as whole attribute bytes with or without the dirty bit
 inline constexpr std::uint8_t kDirtyBit = 0x40;

@@ -21,6 +21,7 @@ enum class Message {
     EofReached,
     NoRecordsInFile,
     ColumnDoesNotExist,
+    NoFieldNames,
     FileTooLarge,
     RecoveryNotRead,  // %s: path, %s: the system's reason
     OutOfMemory,
@@ -45,7 +46,7 @@ enum class Message {
     NotRenamed,  // %s: the system's reason
     RecoveryCopyKeepsName,
     ForeignRecords,  // %s: number
-    DamagedRecords,  // %s: number
+    Damaged,         // %s: number
     FolderNotMade,   // %s: its path, %s: the system's reason
     // Field definitions
     NoColumns,

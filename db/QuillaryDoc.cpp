@@ -100,16 +100,20 @@ bool CQuillaryDoc::Load(const Path& path, OpenMode mode) {
         m_readerError.Set(reader.LastError());
         return false;
     }
+    if (reader.ColumnCount() == 0) {
+        m_readerError.Set(Message::NoFieldNames);
+        return false;
+    }
     m_content = ContentOf(reader);
     m_formatVersion = m_content.appInfo.FormatVersion();
-    for (const auto& [message, count] : {std::pair(Message::ForeignRecords, reader.ForeignRecordCount()),
-                                         {Message::DamagedRecords, reader.DamagedRecordCount()}}) {
+    for (const auto& [message, count] :
+         {std::pair(Message::ForeignRecords, reader.ForeignRecordCount()), {Message::Damaged, reader.DamagedCount()}}) {
         if (count == 0) continue;
         if (!m_lossBySaving.empty()) m_lossBySaving += ' ';
         m_lossBySaving += FormatMessage(message, {std::to_string(count)});
     }
     m_storage->image = m_file.Contents();
-    return !m_content.fields.empty();
+    return true;
 }
 
 bool CQuillaryDoc::OpenDatabase(const Path& path, OpenMode mode, Questions& questions) {

@@ -145,6 +145,7 @@ const std::tuple<const char*, std::string, std::string> kDepartures[] = {
     {"a filler width", WithSchema({"A"}, {"t"}, {"80", "81"}), "width \"81\" of field 2"},
     {"a name behind the end of the table", WithSchema({"A", "", "C"}, {"t"}, {"80"}), "name \"C\""},
     {"a lock that is no number", WithSchema({"A"}, {"t"}, {"80"}, "", "x"), "lock of the info text is no number"},
+    {"a type that hides nothing", WithSchema({"A"}, {"La\x01x"}, {"80"}, "", "0"), ""},
     {"an info text that hides its lock", WithSchema({"A"}, {"t"}, {"80"}, "\x01", "0"), "entry 0 hides entry 1"},
     {"19 entries", Changed([](ImageParts& parts) { parts.records[2].bytes.erase(6, 4); }), "has not 20 entries but 19"},
     {"a gap", Patched(kBlock - 1, "\x07"), "gap behind the record list is not zero"},

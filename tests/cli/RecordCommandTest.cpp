@@ -1,3 +1,5 @@
+#include "db/Bytes.h"
+#include "db/Layout.h"
 #include "tests/cli/Qly.h"
 
 namespace quillary {
@@ -119,7 +121,84 @@ TEST_F(RecordCommand, GivesUpRecordsOfOtherProgramsOnlyWhenTold) {
     EXPECT_EQ("", Output({"check", "f.pdb"}));
     const std::string whole = parts.Build();
     Write("f.pdb", whole.substr(0, whole.find("Ann") - 3));
-    Expect({"record", "f.pdb", "add"}, {{"damaged ones, too", {}, 1, "Damaged records in this file: 1."}});
+    Expect({"record", "f.pdb", "add"}, {{"damaged ones, too", {}, 1, "Damaged records or settings in this file: 1."}});
+}
+
+TEST_F(RecordCommand, GivesUpDamagedSettingsOnlyWhenTold) {
+    ImageParts empty;
+    empty.AddSchema({"Name"}, {"t"}, {}, "an info text", "77");
+    const std::string table = empty.Build();
+    const std::size_t infoText = table.find("an info text");
+    const auto withSettingsAt = [table](std::uint32_t offset) {
+        std::string image = table;
+        StoreBig32(&image[kAppInfoOffsetAt], offset);
+        return image;
+    };
+    const auto withFields = [](const std::vector<std::string>& names, const std::vector<std::string>& types) {
+        ImageParts fields;
+        fields.AddSchema(names, types);
+        return fields.Build();
+    };
+    std::string wrongNumber = withFields({"A", "B", "C"}, {"t", "t", "t"});
+    wrongNumber[wrongNumber.find(std::string("\0\2C", 3)) + 1] = '\x80';
+    ImageParts locked;
+    locked.AddSchema({"Name"}, {"t"}, {}, "an info text", "m123456");
+    ImageParts wide;
+    wide.AddSchema({"Name"}, {"t"}, {"80", "95"});
+    ImageParts roomy;  // for a block that begins too far behind
+    roomy.AddSchema({"Name"}, {"t"});
+    roomy.tail = std::string(126, '\0') + FromHex("FF000000 FF000000 FF000000") + std::string(40, '\0');
+    std::string shifted = roomy.Build();
+    StoreBig32(&shifted[kAppInfoOffsetAt], DatabaseHeader::Read(shifted)->AppInfoOffset() + 8);
+    std::string untold = shifted;
+    StoreBig32(&untold[kAppInfoOffsetAt], 0);
+    StoreBig32(&untold[kSortInfoOffsetAt], DatabaseHeader::Read(shifted)->AppInfoOffset());
+    ImageParts row = empty;
+    row.Add(2, {"Zoe"});
+    std::string beheaded = row.Build();
+    beheaded.erase(beheaded.rfind(kRecordHeader), kRecordHeader.size());
+    for (const auto& [name, image] :
+         {std::pair("cut in the info text", table.substr(0, infoText + 3)),
+          {"stray bytes behind it", table + "stray"},
+          {"a field behind one without a name", withFields({"A", "", "C"}, {"t", "t", "t"})},
+          {"a hidden name", withFields({"A\x02X", "B", "C"}, {"t", "t", "t"})},
+          {"a hidden end", withFields({"A\x01", "B"}, {"t", "t"})},
+          {"a hidden type", withFields({"A", "B"}, {"La\x01x", "Lone;two"})},
+          {"settings outside the file", withSettingsAt(0xFFFFFF)},
+          {"settings in the list", withSettingsAt(4)},
+          {"settings that are there", withSettingsAt(0)},
+          {"an entry without its number", wrongNumber},
+          {"a byte that would become another", withFields({"A\x02", "B"}, {"t", "t"})},
+          {"a type behind the last field", withFields({"A"}, {"t", "Lred;green"})},
+          {"a lock that is no number", locked.Build()},
+          {"a width behind the last field", wide.Build()},
+          {"a text with a stray zero", withFields({std::string("Na\0e", 4)}, {"t"})},
+          {"settings that are not where they begin", shifted},
+          {"settings of which only a sort-info block is told", untold},
+          {"a row without its header", beheaded},
+          {"settings in a record", withSettingsAt(DatabaseHeader::Read(table)->AppInfoOffset() + 16)}}) {
+        Write("f.pdb", image);
+        Expect({"record", "f.pdb", "add"}, {{name, {}, 1, "Damaged records or settings in this file: 1."}});
+        EXPECT_EQ(image, Read("f.pdb")) << name;
+    }
+    std::vector<std::string> twenty(20, "A");
+    twenty[7] = "\x14";
+    ImageParts disordered;
+    disordered.AddSchema({"A", "B"}, {"t", "F"});
+    disordered.records[0].bytes = FromHex("FFFFFF01FF00 0000 74 0002 54 0001 46 00FF");
+    ImageParts old;
+    old.AddSchema({"Name"}, {"t"});
+    old.formatVersion = 2;
+    old.tail = std::string(1, '\0');
+    for (const auto& [name, image] : {std::pair("zeros that fill up", table + std::string(3, '\0')),
+                                      {"a number of no field in a name", withFields({"\5AB"}, {"t"})},
+                                      {"nor in one of twenty", withFields(twenty, std::vector<std::string>(20, "t"))},
+                                      {"entries in another order", disordered.Build()},
+                                      {"a text without a field", withFields({"A"}, {"t", "t"})},
+                                      {"an old, short block", old.Build()}}) {
+        Write("f.pdb", image);
+        Expect({"record", "f.pdb", "add"}, {{name, {}, 0, ""}, {name, {}, 0, ""}});
+    }
 }
 
 class NewAndOptions : public QlyTest {};

@@ -44,15 +44,15 @@ TEST(DatabaseReader, WhatARecordIs) {
     CDatabaseReader reader;
     reader.ReadHeader(image);
     EXPECT_EQ(3u, reader.ForeignRecordCount());
-    EXPECT_EQ(0u, reader.DamagedRecordCount());
+    EXPECT_EQ(0u, reader.DamagedCount());
     const std::string cut = image.substr(0, image.find("Bob"));
     EXPECT_EQ((std::vector<std::string>{"Ann", "<none>", "<none>"}), Names(cut));
     reader.ReadHeader(cut);
     for (bool more = reader.FirstDataRecord(); more;) more = reader.NextDataRecord();
-    EXPECT_EQ(2u, reader.DamagedRecordCount());
+    EXPECT_EQ(2u, reader.DamagedCount());
     const std::string beginning = image.substr(0, kHeaderSize + kRecordEntrySize);
     reader.ReadHeader(beginning);
-    EXPECT_EQ(9u, reader.DamagedRecordCount()) << "that the list does not reach";
+    EXPECT_EQ(10u, reader.DamagedCount()) << "the application-info block, and what the list does not reach";
 
     parts.records[1].attributes = 0x81;
     EXPECT_FALSE(IsDatabaseImage(parts.Build())) << "a deleted FieldLabels record is none";

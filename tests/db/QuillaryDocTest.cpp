@@ -168,7 +168,7 @@ TEST_F(QuillaryDoc, RefusesWhatIsNoDatabase) {
         {"empty", "", Message::None},
         {"version 1", versionOne.Build(), Message::None},
         {"no DataType record", noTypes.Build(), Message::NoDataType},
-        {"no field", noName.Build(), Message::None},
+        {"no field", noName.Build(), Message::NoFieldNames},
         {"text", std::string(5000, 'x'), Message::None},
     };
     for (const auto& [name, image, reason] : kCases) {
