@@ -1,6 +1,7 @@
 #include "admin/ListItemsEditor.h"
 
 #include <QMenu>
+#include <QShortcut>
 #include <QToolBar>
 #include <QVBoxLayout>
 
@@ -47,6 +48,13 @@ CListItemsEditor::CListItemsEditor(const AnsiText& page)
     m_list->setMinimumHeight(5 * fontMetrics().height());
     m_list->onSelection = [this] { m_actions.UpdateStates(); };
     m_list->onInsert = [this] { OnAdd(); };
+    // From the choice of the type, too, where one is when the list is still empty.
+    auto* insert = new QShortcut(Qt::Key_Insert, this);
+    insert->setAutoRepeat(false);
+    connect(insert, &QShortcut::activated, this, [this] {
+        m_list->FinishEditing();
+        OnAdd();
+    });
     m_list->onMenu = [this](const QPoint& global) { m_menu->popup(global); };
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins({});

@@ -126,6 +126,7 @@ void CDocListPage::BuildActions() {
     };
     QStringList texts;
     for (const auto& item : kItems) texts << item.text;
+    texts << QStringLiteral("Sort by");
     texts = WithMnemonics(texts);
     for (const auto& item : kItems) {
         const QString text = texts.takeFirst();
@@ -136,11 +137,34 @@ void CDocListPage::BuildActions() {
         if (item.run) connect(action, &QAction::triggered, this, item.run);
     }
     m_view->addActions(m_menu->actions());
+    BuildSorting(texts.takeFirst());
     auto* refresh = new QAction(this);
     refresh->setShortcut(Qt::Key_F5);
     refresh->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     connect(refresh, &QAction::triggered, this, [this] { m_requests.changed(); });
     addAction(refresh);
+}
+
+// What a click on a heading does, by key and from the menu.
+void CDocListPage::BuildSorting(const QString& caption) {
+    QStringList headings;
+    for (int column = 0; column < CDocListModel::kColumnCount; ++column) {
+        headings << m_model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+    }
+    headings = WithMnemonics(headings);
+    m_menu->addSeparator();
+    QMenu* menu = m_menu->addMenu(caption);
+    for (int column = 0; column < CDocListModel::kColumnCount; ++column) {
+        QAction* action = menu->addAction(headings[column]);
+        action->setShortcut(QKeySequence(Qt::CTRL | (Qt::Key_1 + column)));
+        action->setShortcutContext(Qt::WidgetShortcut);
+        connect(action, &QAction::triggered, this, [header = m_view->header(), column] {
+            const bool turns =
+                header->sortIndicatorSection() == column && header->sortIndicatorOrder() == Qt::AscendingOrder;
+            header->setSortIndicator(column, turns ? Qt::DescendingOrder : Qt::AscendingOrder);
+        });
+    }
+    m_view->addActions(menu->actions());
 }
 
 void CDocListPage::BuildLayout() {

@@ -53,6 +53,7 @@ class CDocListPage : public QWidget {
 
   private:
     void BuildActions();
+    void BuildSorting(const QString& caption);
     void BuildLayout();
     void ReadSortOrder();
     void OnFound(std::vector<DocListRow> rows);

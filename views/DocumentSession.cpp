@@ -90,7 +90,7 @@ bool CDocumentSession::SaveOrRestore(const CQuillaryDoc::State& before) {
 bool CDocumentSession::Save(bool tellsUnsaved) {
     if (m_doc->IsReadOnly()) return true;
     if (m_host.IsReopening()) return false;  // what is unsaved has been given up
-    if (m_doc->IsModified() && !MayLoseRecords()) return false;
+    if (m_doc->IsModified() && !MayLose()) return false;
     Failure failure;
     bool saved = false;
     {
@@ -162,7 +162,7 @@ bool CDocumentSession::Leave() {
     while (m_doc->IsModified() || !IsFileThere()) {
         const std::string unsaved = FormatMessage(Message::NotSaved, {DisplayName().toStdString()});
         failure.Set(IsFileThere() ? Message::None : Message::FileGone, {m_doc->FilePath().string()});
-        if (IsFileThere() && MayLoseRecords() && SaveToDisk(overwrite, failure)) return true;
+        if (IsFileThere() && MayLose() && SaveToDisk(overwrite, failure)) return true;
         const QString elsewhere = QStringLiteral("Save Elsewhere...");
         const QString overwriteIt = QStringLiteral("Overwrite");
         const QString discard = QStringLiteral("Discard the Changes");
@@ -183,7 +183,7 @@ bool CDocumentSession::Leave() {
 void CDocumentSession::Retry() {
     Failure untold;
     (void)m_doc->FinishSave(untold);
-    const bool asks = !m_doc->LossBySaving().empty() && !m_mayLoseRecords;
+    const bool asks = !m_doc->LossBySaving().empty() && !m_mayLose;
     if (m_doc->IsModified() && !m_doc->IsReadOnly() && !asks) (void)SaveToDisk(false, untold);
 }
 
@@ -223,8 +223,8 @@ void CDocumentSession::UpdateWriting(CommandState& state) const {
     if (m_doc->IsReadOnly()) state.Disable(FromUtf8(MessageText(Message::ReadOnly)));
 }
 
-bool CDocumentSession::MayLoseRecords() {
-    if (m_doc->LossBySaving().empty() || m_mayLoseRecords) return true;
+bool CDocumentSession::MayLose() {
+    if (m_doc->LossBySaving().empty() || m_mayLose) return true;
     enum Answer { SaveCopyFirst, GoOn };
     const int answer =
         AskUser(m_frame.Window(), FromUtf8(m_doc->LossBySaving()),
@@ -232,12 +232,12 @@ bool CDocumentSession::MayLoseRecords() {
     if (answer == SaveCopyFirst) {
         Failure failure;
         Path copy;
-        m_mayLoseRecords = CopyBeside(m_files, m_doc->FilePath(), m_doc->FileImage(), copy, failure);
-        if (!m_mayLoseRecords) ShowMessage(m_frame.Window(), FromUtf8(failure.text));
+        m_mayLose = CopyBeside(m_files, m_doc->FilePath(), m_doc->FileImage(), copy, failure);
+        if (!m_mayLose) ShowMessage(m_frame.Window(), FromUtf8(failure.text));
     } else {
-        m_mayLoseRecords = answer == GoOn;
+        m_mayLose = answer == GoOn;
     }
-    return m_mayLoseRecords;
+    return m_mayLose;
 }
 
 }  // namespace quillary

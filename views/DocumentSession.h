@@ -66,15 +66,15 @@ class CDocumentSession : public CommandMap<CDocumentSession> {
     [[nodiscard]] bool SettleForeignChange(const Failure& failure);
     /// Goes on in a new file that the user names. False when that was cancelled.
     [[nodiscard]] bool SaveElsewhere();
-    /// Asks once before a save by which records get lost.
-    [[nodiscard]] bool MayLoseRecords();
+    /// Asks once before a save by which something of the file gets lost.
+    [[nodiscard]] bool MayLose();
 
     std::unique_ptr<CQuillaryDoc> m_doc;
     FileAccess& m_files;
     FrameWindow& m_frame;
     DocumentHost& m_host;
     std::function<void(int)> m_onUpdate;
-    bool m_mayLoseRecords = false;
+    bool m_mayLose = false;
 };
 
 }  // namespace quillary

@@ -60,4 +60,12 @@ void CListColumns::Fit(int column) {
     StoreWidth(column);
 }
 
+void CListColumns::Widen(int column, int letters) {
+    if (m_model.IsFiller(column)) return;
+    const int width = m_header.sectionSize(column) + letters * QFontMetrics(m_view.font()).averageCharWidth();
+    m_header.SetWidth(column, std::max(width, m_header.minimumSectionSize()));
+    FitFiller();
+    StoreWidth(column);
+}
+
 }  // namespace quillary

@@ -128,7 +128,6 @@ bool CQuillaryView::RebuildList(bool resort, bool save) {
         GoTo(place);
     }
     const bool saved = !save || m_session.Save();
-    setAccessibleDescription(m_model.rowCount() == 0 ? WhyEmpty() : QString());
     UpdateRecordCounter();
     return saved;
 }
@@ -223,14 +222,23 @@ void CQuillaryView::paintEvent(QPaintEvent* event) {
 
 QString CQuillaryView::WhyEmpty() const {
     const auto hidden = static_cast<qulonglong>(m_doc.Hidden().size());
-    if (hidden == 1) return QStringLiteral("The one record is hidden. Record > Show All shows it.");
-    if (hidden > 1) return QStringLiteral("All %L1 records are hidden. Record > Show All shows them.").arg(hidden);
+    if (hidden > 0) {
+        // Of a filter that is no more, or that lost its fields, no command shows all.
+        const QString way =
+            EffectiveFilter(m_doc).conditions.empty()
+                ? QStringLiteral("A filter on all records (Record > Filter...) shows those that pass it.")
+                : QStringLiteral("Record > Show All brings back what the filter hides.");
+        return (hidden == 1 ? QStringLiteral("The one record is hidden. ")
+                            : QStringLiteral("All %L1 records are hidden. ").arg(hidden)) +
+               way;
+    }
     return m_doc.IsReadOnly() ? QStringLiteral("No records.")
                               : QStringLiteral("No records yet. New (Ctrl+N) adds one.");
 }
 
 void CQuillaryView::keyPressEvent(QKeyEvent* event) {
     const QModelIndex cell = currentIndex();
+    if (event->modifiers() == Qt::AltModifier && SetWidthByKey(event->key(), std::max(cell.column(), 0))) return;
     if (event->key() == Qt::Key_Space && cell.isValid()) {
         const Qt::KeyboardModifiers keys = event->modifiers();
         if (m_doc.EditOnSelect() && m_delegate->IsCheckBox(cell)) {
@@ -253,6 +261,18 @@ void CQuillaryView::keyPressEvent(QKeyEvent* event) {
         return;
     }
     QTableView::keyPressEvent(event);
+}
+
+bool CQuillaryView::SetWidthByKey(int key, int column) {
+    if (key == Qt::Key_Down) {
+        m_columns.Fit(column);
+    } else if (key == Qt::Key_Left || key == Qt::Key_Right) {
+        m_columns.Widen(column, key == Qt::Key_Right ? 1 : -1);
+    } else {
+        return false;
+    }
+    if (currentIndex().isValid()) scrollTo(currentIndex());
+    return true;
 }
 
 void CQuillaryView::keyboardSearch(const QString& typed) {
@@ -301,6 +321,8 @@ QModelIndex CQuillaryView::moveCursor(CursorAction action, Qt::KeyboardModifiers
 void CQuillaryView::UpdateRecordCounter() {
     const int rows = m_model.rowCount();
     m_frame.ShowRecordCounter(rows > 0 ? GetSelectedRow() + 1 : 0, rows);
+    const QString description = rows > 0 ? QString() : WhyEmpty();
+    if (accessibleDescription() != description) setAccessibleDescription(description);
 }
 
 int CQuillaryView::GetSelectedRow() const {

@@ -94,6 +94,8 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     [[nodiscard]] bool SaveOrRestore(const CQuillaryDoc::State& before, bool resort);
 
     void SetUpHeaders();
+    /// False when the key sets no width.
+    [[nodiscard]] bool SetWidthByKey(int key, int column);
     void ShowFound(std::optional<std::size_t> row);
     /// What a click or touch does in a cell.
     void Tap(const QModelIndex& cell, const QPoint& point);

@@ -111,6 +111,10 @@ TEST_F(DocListTest, ListsDatabasesInNaturalOrderAndSortsByHeading) {
     EXPECT_TRUE(Names().startsWith("*Large")) << "kept for the next start";
     ClickHeading(1);
     EXPECT_TRUE(Names().endsWith("Birds"));
+    for (const bool rises : {true, false}) {
+        QTest::keyClick(List(), Qt::Key_4, Qt::ControlModifier);
+        EXPECT_TRUE(rises ? Names().endsWith("*Large") : Names().startsWith("*Large")) << "without a mouse";
+    }
 }
 
 TEST_F(DocListTest, AFolderCanBeChosen) {

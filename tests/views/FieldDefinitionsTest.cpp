@@ -345,7 +345,7 @@ TEST_F(FieldDefinitionsTest, EditsTheItemsOfAList) {
     FieldEdit none = Edited("L");
     EXPECT_TRUE(RunType(none, [&](CQuillaryDialog& page) {
         EXPECT_FALSE(page.Control<QToolButton>(ID_ITEM_DELETE)->isEnabled());
-        Press(page, ID_ITEM_ADD);
+        QTest::keyClick(page.Control<QComboBox>(1011), Qt::Key_Insert);
         Press(page, ID_ITEM_DELETE);
         QTest::keyClick(page.Control<CRowListView>(1004), Qt::Key_Return);
     }));

@@ -203,5 +203,15 @@ TEST_F(FilterTest, ATappedCheckBoxFiltersSortsAndSavesOnce) {
     }
 }
 
+TEST_F(FilterTest, AListWithoutRowsTellsTheWayBack) {
+    CQuillaryDoc* doc = OpenTyped();
+    SetAndApplyFilter(*doc, {{{false, "Name", 0, "nobody"}}, false, false});
+    ASSERT_TRUE(View()->RebuildList(true, true));
+    EXPECT_TRUE(View()->accessibleDescription().contains("Record > Show All"));
+    doc->SetFilter({});
+    ASSERT_TRUE(View()->RebuildList(true, true));
+    EXPECT_TRUE(View()->accessibleDescription().contains("Record > Filter...")) << "Show All is not enabled";
+}
+
 }  // namespace
 }  // namespace quillary

@@ -243,7 +243,7 @@ TEST_F(RecordListTest, DeleteAsksAndMovesTheFileToTheTrash) {
     }
 }
 
-TEST_F(RecordListTest, ADoubleClickOnAnEdgeFitsTheColumn) {
+TEST_F(RecordListTest, ADoubleClickOnAnEdgeFitsTheColumnAndKeysSetItsWidth) {
     ImageParts parts = PeopleParts();
     for (int row = 0; row < 2000; ++row) parts.Add(2, {"Ann", "1"});  // more than the toolkit looks at
     parts.Add(2, {std::string(12, 'W'), "1"});
@@ -259,6 +259,17 @@ TEST_F(RecordListTest, ADoubleClickOnAnEdgeFitsTheColumn) {
     EXPECT_GE(header->sectionSize(0), wanted);
     EXPECT_LT(header->sectionSize(0), wanted + 20);
     EXPECT_GE(Stored().FieldWidth(0), wanted) << "kept in the file";
+
+    const int fitted = header->sectionSize(0);
+    QTest::keyClick(View(), Qt::Key_Left, Qt::AltModifier);
+    EXPECT_LT(header->sectionSize(0), fitted);
+    for (int i = 0; i < 3; ++i) QTest::keyClick(View(), Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(Stored().FieldWidth(0), header->sectionSize(0));
+    EXPECT_GT(header->sectionSize(0), fitted);
+    QTest::keyClick(View(), Qt::Key_Down, Qt::AltModifier);
+    EXPECT_EQ(header->sectionSize(0), fitted);
+    for (int i = 0; i < 200; ++i) QTest::keyClick(View(), Qt::Key_Left, Qt::AltModifier);
+    EXPECT_EQ(header->sectionSize(0), header->minimumSectionSize());
 }
 
 TEST_F(RecordListTest, OptionsAreStoredAndRedrawTheDates) {
