@@ -14,7 +14,7 @@ namespace {
 
 class StandardErrorQuestions : public Questions {
   public:
-    void Tell(const Failure& failure) override { std::cerr << "quillary: " << failure.text << '\n'; }
+    void Tell(const Failure& failure) override { std::cerr << "quillary: " << failure.WithReason() << '\n'; }
     bool AskDatabasePassword(const CQuillaryDoc&) override {
         std::cerr << "quillary: This database is locked; a picture shows no locked database.\n";
         return false;

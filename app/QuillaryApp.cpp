@@ -48,7 +48,8 @@ class HoldingQuestions : public Questions {
     void TellHeld(const Path& path, const Failure& readerError) {
         if (!m_held) return;
         if (m_held->message == Message::InvalidDatabaseFile) {
-            m_held->reason = path.filename().string() + ": " +
+            const Path name = path.filename();
+            m_held->reason = (name.empty() ? path : name).string() + ": " +
                              (readerError.message == Message::None ? "This is no database." : readerError.WithReason());
         }
         m_questions.Tell(*m_held);
@@ -174,7 +175,11 @@ bool CQuillaryApp::CommitData(bool mayAsk) {
     m_frame.Unwinding().Start(*way, {[this, mayEnd] {
         if (*mayEnd && m_session) (void)m_session->Leave();
     }});
-    const bool isRefused = !OpenDialog::All().empty() && OpenDialog::All().back()->isVisible();
+    // A page that is to be saved waits for what stands on it to end, which is after this answer.
+    const std::vector<QDialog*>& open = OpenDialog::All();
+    const auto stays = [](const QDialog* dialog) { return dialog->isVisible(); };
+    const bool isRefused = *way == CUnwinding::Way::Save ? std::any_of(open.begin(), open.end(), stays)
+                                                         : !open.empty() && stays(open.back());
     *mayEnd = !isRefused && (!m_session || m_session->Leave());
     return *mayEnd;
 }

@@ -2,10 +2,10 @@
 #include <QApplication>
 #include <QSessionManager>
 #include <cstdlib>
-#include <cstring>
 #include <iostream>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -36,18 +36,29 @@ namespace {
 
 using quillary::Path;
 
+bool s_isDisplayNamed = false;
+
 // For what shows no window: no display is asked for, and the off-screen platform's notes on what it lacks are not told.
 void DoWithoutDisplay() {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-        if (type == QtFatalMsg) std::cerr << text.toStdString() << '\n';
+        if (type != QtFatalMsg) return;
+        std::cerr << text.toStdString() << '\n';
+        std::_Exit(1);  // the toolkit would end it by a signal
     });
 }
 
-// The toolkit ends a program without a display by a signal, after words of its own.
-void TellOfNoDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*text*/) {
+// The toolkit ends a program that gets no display by a signal, after words of its own, which tell what is wrong when a
+// display or the way to it was named.
+void TellOfNoDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    static std::string said;
+    said += text.toStdString() + '\n';
     if (type != QtFatalMsg) return;
-    std::cerr << "quillary: There is no display here. --picture needs none, and qly works without one.\n";
+    if (s_isDisplayNamed) {
+        std::cerr << "quillary: The window cannot be shown.\n" << said;
+    } else {
+        std::cerr << "quillary: There is no display here. --picture needs none, and qly works without one.\n";
+    }
     std::_Exit(1);
 }
 
@@ -65,9 +76,18 @@ int main(int argc, char** argv) {
     quillary::UseLargePages();
     // Qt takes its own options out of argv, but cannot start without a display. What needs none is looked for first.
     bool needsDisplay = true;
+    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
+        if (!qEnvironmentVariableIsEmpty(variable)) s_isDisplayNamed = true;
+    }
     for (int i = 1; i < argc; ++i) {
+        const std::string_view argument = argv[i];
+        if (argument == "--") break;
         for (const char* option : {"-h", "--help", "--version", "--picture"}) {
-            if (std::strcmp(argv[i], option) == 0) needsDisplay = false;
+            if (argument == option) needsDisplay = false;
+        }
+        if (argument.starts_with("--picture=")) needsDisplay = false;
+        for (const char* option : {"-platform", "--platform", "-display", "--display"}) {
+            if (argument == option) s_isDisplayNamed = true;
         }
     }
     if (!needsDisplay) DoWithoutDisplay();

@@ -47,6 +47,8 @@ std::optional<int> ReadOptions(int argc, char** argv, Options& options) {
     CLI::App app(
         "Publishes the databases in a folder, and below it, for Quillary's Download Database and for browsers.",
         "quillary-catalogue");
+    constexpr int kOptionsWidth = 36;  // the completion reads a line each, so that none may wrap
+    app.get_formatter()->column_width(kOptionsWidth);
     int patience = static_cast<int>(options.limits.patience.count());
     app.add_option("--folder", options.folder, "The folder that is published; required")->type_name("DIR");
     app.add_option("--port", options.port, "The port, 0 for any that is free")

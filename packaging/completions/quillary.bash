@@ -28,12 +28,14 @@ _qly() {
 
 # The options that the help lists; else files.
 _quillary() {
+  local option=$3
+  if [[ $3 == = ]]; then option=${COMP_WORDS[COMP_CWORD - 2]}; fi    # bash takes --picture=FILE apart
   if [[ $2 == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "$("$1" --help 2>/dev/null | grep -oE -- '--[a-z][a-z-]*')" -- "$2")
-  elif [[ $3 == --picture ]]; then
+  elif [[ $option == --picture ]]; then
     _quillary_files "$2" .png
   elif [[ $1 == *quillary-catalogue ]]; then
-    if [[ $3 == --folder ]]; then compopt -o filenames && mapfile -t COMPREPLY < <(compgen -d -- "$2"); fi
+    if [[ $option == --folder ]]; then compopt -o filenames && mapfile -t COMPREPLY < <(compgen -d -- "$2"); fi
   else
     _quillary_files "$2" .pdb
   fi

@@ -4,6 +4,7 @@
 
 #include <QPlainTextEdit>
 #include <QScreen>
+#include <QTimer>
 #include <atomic>
 #include <thread>
 
@@ -136,6 +137,22 @@ TEST_F(EndingTest, TheSessionGoesOnWhenADialogRefusesWhatIsToBeSaved) {
         page.reject();
     });
     QTest::keyClick(View(), Qt::Key_Return);
+}
+
+TEST_F(EndingTest, TheSessionGoesOnWhileAPageWaitsForTheQuestionOnIt) {
+    const std::string before = PeopleParts().Build();
+    Open(before);
+    bool mayEnd = true;
+    user.ExpectDialog(173, [&](CQuillaryDialog& page) {
+        TypeInForm(page, "x");
+        QTimer::singleShot(0, [&] { mayEnd = app.CommitData(true); });  // comes when the question stands
+        user.ExpectMessage(kDialogChanged, "Save");
+        Press(page, ID_FORM_DELETE);
+        EXPECT_FALSE(mayEnd) << "the desktop would end the program before the record is saved";
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !page.isVisible(); }));
+    });
+    QTest::keyClick(View(), Qt::Key_Return);
+    EXPECT_NE(CloseAndReadFile(), before);
 }
 
 TEST_F(EndingTest, SignalsDuringASaveLeaveItWhole) {

@@ -29,7 +29,7 @@ TEST(Picture, ShowsTheRecordsAndNeverWritesTheDatabase) {
     const auto picture = [&folder](const char* name, const std::string& image) {
         const std::string file = folder.Write("x.pdb", image).string();
         const QString written = QString::fromStdString((folder / name).string());
-        EXPECT_EQ(RunProgram({"--picture", written, QString::fromStdString(file)}).status, 0);
+        EXPECT_EQ(RunProgram({QString::fromStdString(file), "--picture=" + written}).status, 0);
         EXPECT_EQ(FileBytes(file), image);
         return QImage(written);
     };
@@ -51,10 +51,16 @@ TEST(Picture, SaysWhatIsWrong) {
         int status;
         const char* errors;
     } kCases[] = {
-        {{"--picture", picture, write("noise.pdb", "noise")}, 1, "quillary: Invalid database file.\n"},
+        {{"--picture", picture, write("noise.pdb", "noise")},
+         1,
+         "quillary: Invalid database file. (noise.pdb: This is no database.)\n"},
         {{"--picture", picture, write("locked.pdb", locked.Build())}, 1, "quillary: This database is locked"},
         {{"--picture", "/nowhere/p.png", write("people.pdb", PeopleParts().Build())}, 1, "could not be written"},
         {{"--picture", picture}, 2, "Usage: quillary [FILE]"},
+        {{"--picture", "--stray", "people.pdb"}, 2, "unknown option --stray"},
+        {{"--picture=" + picture}, 2, "Usage: quillary [FILE]"},
+        {{write("people.pdb", PeopleParts().Build()), "--picture"}, 2, "Usage: quillary [FILE]"},
+        {{"--picture", write("a.pdb", "a"), write("b.pdb", "b")}, 2, "named like a database"},
         {{"--pictures"}, 2, "unknown option --pictures"},
     };
     for (const auto& c : kCases) {
