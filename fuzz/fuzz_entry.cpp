@@ -1,7 +1,8 @@
 // Any bytes as what a person or a table writes for a date, a time or a number: what is read stands for itself when it
-// is shown and read again.
+// is shown and read again. And as what a field holds that gets another type.
 #include <string>
 
+#include "admin/ConvertValue.h"
 #include "db/FieldValue.h"
 #include "db/TextEntry.h"
 #include "fuzz/FuzzCheck.h"
@@ -34,6 +35,22 @@ void Run(std::string_view bytes) {
     }
     const std::string phone = NormalizePhone(text, page);
     FUZZ_CHECK(NormalizePhone(phone, page) == phone);
+
+    std::string day;
+    std::string second;
+    const DateStyle style = DateStyle::Numeric;
+    const Converted asDate = AppendConverted({FieldType::Date, FieldType::Text, order, 2000, style}, text, page, day);
+    const Converted asTime =
+        AppendConverted({FieldType::Time, FieldType::Text, order, 2000, style}, text, page, second);
+    FUZZ_CHECK(day.empty() ? asDate != Converted::Kept || IsNoDate(text) : DateToDay(DayToDate(ReadDay(day).value())));
+    FUZZ_CHECK(second.empty() ? asTime != Converted::Kept || IsNoTime(text) : ParseTime(text).has_value());
+    for (const FieldTypeInfo& from : AllFieldTypes()) {
+        for (const FieldTypeInfo& to : AllFieldTypes()) {
+            std::string converted;
+            const Conversion conversion{to.type, from.type, order, 2000, style};
+            if (AppendConverted(conversion, text, page, converted) == Converted::Emptied) FUZZ_CHECK(converted.empty());
+        }
+    }
 }
 
 }  // namespace
