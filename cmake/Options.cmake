@@ -6,7 +6,8 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 find_program(QUILLARY_CCACHE ccache)
 if(QUILLARY_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${QUILLARY_CCACHE})
+  # As it asks for where headers are precompiled.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${QUILLARY_CCACHE})
 endif()
 
 add_library(quillary_options INTERFACE)
