@@ -2,7 +2,9 @@
 
 #include <QApplication>
 #include <QPixmap>
+#include <filesystem>
 #include <iostream>
+#include <system_error>
 
 #include "app/QuillaryApp.h"
 #include "db/Questions.h"
@@ -24,6 +26,11 @@ class StandardErrorQuestions : public Questions {
 }  // namespace
 
 int SavePicture(CQuillaryApp& app, const Path& database, const Path& picture) {
+    std::error_code isNone;  // as when there is no picture yet
+    if (std::filesystem::equivalent(database, picture, isNone)) {
+        std::cerr << "quillary: The picture would overwrite the database.\n";
+        return 1;
+    }
     StandardErrorQuestions questions;
     app.ReadProfile();
     if (!app.OpenDocumentFile(database, OpenMode::Read, questions)) return 1;

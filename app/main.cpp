@@ -38,18 +38,8 @@ using quillary::Path;
 
 bool s_isDisplayNamed = false;
 
-// For what shows no window: no display is asked for, and the off-screen platform's notes on what it lacks are not told.
-void DoWithoutDisplay() {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-        if (type != QtFatalMsg) return;
-        std::cerr << text.toStdString() << '\n';
-        std::_Exit(1);  // the toolkit would end it by a signal
-    });
-}
-
 // The toolkit ends a program that gets no display by a signal, after words of its own, which tell what is wrong when a
-// display or the way to it was named.
+// display or the way to it was named. Its other notes are not told.
 void TellOfNoDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
     static std::string said;
     said += text.toStdString() + '\n';
@@ -57,8 +47,9 @@ void TellOfNoDisplay(QtMsgType type, const QMessageLogContext& /*context*/, cons
     if (s_isDisplayNamed) {
         std::cerr << "quillary: The window cannot be shown.\n" << said;
     } else {
-        std::cerr << "quillary: There is no display here. --picture needs none, and qly works without one.\n";
+        std::cerr << "quillary: There is no display here.\n";
     }
+    std::cerr << "--picture needs no display, and qly works without one.\n";
     std::_Exit(1);
 }
 
@@ -90,14 +81,17 @@ int main(int argc, char** argv) {
             if (argument == option) s_isDisplayNamed = true;
         }
     }
-    if (!needsDisplay) DoWithoutDisplay();
+    if (!needsDisplay) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        s_isDisplayNamed = true;
+    }
     QCoreApplication::setApplicationName(QStringLiteral("Quillary"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLARY_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.telvane.quillary"));
     const std::string activationToken = quillary::ActivationToken();
-    const QtMessageHandler former = needsDisplay ? qInstallMessageHandler(TellOfNoDisplay) : nullptr;
+    const QtMessageHandler former = qInstallMessageHandler(TellOfNoDisplay);
     const QApplication qt(argc, argv);
-    if (needsDisplay) qInstallMessageHandler(former);
+    if (needsDisplay) qInstallMessageHandler(former);  // else the off-screen platform notes what it lacks
 
     QGuiApplication::setWindowIcon(quillary::ProgramIcon());
 

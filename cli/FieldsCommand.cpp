@@ -53,9 +53,14 @@ ExitStatus RunFields(Session& session, const Arguments& arguments) {
                               " cannot be converted and would be left empty. With --lenient the fields are changed "
                               "all the same.");
     }
+    const std::size_t unchecked = prepared->unchecked;
     if (!ApplySchema(doc, std::move(*prepared))) return ExitStatus::Done;
     session.Sort(doc);
-    return session.Save(doc);
+    const ExitStatus status = session.Save(doc);
+    if (status == ExitStatus::Done && unchecked > 0) {
+        Complain(Counted(unchecked, "value") + " neither yes nor no became a no.");
+    }
+    return status;
 }
 
 }  // namespace quillary

@@ -22,7 +22,7 @@ void CDatabaseReader::ReadHeader(std::string_view image) {
     if (m_header.AppInfoOffset() != 0) m_appInfo = AppInfoBlock::Read(image, m_header.AppInfoOffset());
     m_records = RecordList(image, m_header);
     NoteRecords();
-    if (IsAppInfoElsewhere(m_records, m_header, m_appInfo)) ++m_damagedSettings;
+    if (IsAppInfoElsewhere(m_records, m_header, m_appInfo)) m_damagedBlocks = 1;
 }
 
 void CDatabaseReader::NoteRecords() {
@@ -91,7 +91,7 @@ void CDatabaseReader::CountDamagedSettings() {
     const std::size_t count = m_columns.size();
     // A field behind one without a name, which ends the table, gets lost.
     const std::size_t endOfNames = std::min(count, kMaxFields - 1);
-    m_damagedSettings += ComesBack(m_records, m_fieldLabels, endOfNames, count, {}) ? 0 : 1;
+    m_damagedSettings = ComesBack(m_records, m_fieldLabels, endOfNames, count, {}) ? 0 : 1;
     m_damagedSettings += ComesBack(m_records, m_dataType, count - 1, count, kTypeFiller) ? 0 : 1;
     m_damagedSettings += ComesBack(m_records, m_fieldLengths, count - 1, count, kWidthFiller) ? 0 : 1;
     if (m_preferences == kNoIndex) return;

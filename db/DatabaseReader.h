@@ -45,7 +45,7 @@ class CDatabaseReader {
     /// Of what was read by now, the records that are damaged or that the file is too short to list, the schema records
     /// of which a part would not come back, and one for an application-info block that is elsewhere.
     [[nodiscard]] std::size_t DamagedCount() const {
-        return m_records.UnlistedCount() + m_damagedSettings + m_damagedRecords;
+        return m_records.UnlistedCount() + m_damagedBlocks + m_damagedSettings + m_damagedRecords;
     }
 
     /// Make a data record the one last read. False at the end, with the error text set.
@@ -81,7 +81,8 @@ class CDatabaseReader {
     // programs' files rely on that reading.
     std::size_t m_fieldLengths = 0;
     std::size_t m_foreignRecords = 0;
-    std::size_t m_damagedSettings = 0;  // schema records and the application-info block
+    std::size_t m_damagedBlocks = 0;    // the application-info block
+    std::size_t m_damagedSettings = 0;  // schema records
     std::size_t m_damagedRecords = 0;   // data records
     std::uint64_t m_bytesRead = 0;      // since the first data record
     std::vector<Column> m_columns;

@@ -39,6 +39,7 @@ void CListColumns::FitFiller() {
 }
 
 void CListColumns::StoreWidth(int column) {
+    if (m_model.IsFiller(column)) return;
     CQuillaryDoc& doc = m_session.Doc();
     const auto before = m_session.BeforeChange();
     doc.SetFieldWidth(static_cast<std::size_t>(column), std::min(m_header.sectionSize(column), kLargestWidth));
@@ -63,9 +64,8 @@ void CListColumns::Fit(int column) {
 void CListColumns::Widen(int column, int letters) {
     if (m_model.IsFiller(column)) return;
     const int width = m_header.sectionSize(column) + letters * QFontMetrics(m_view.font()).averageCharWidth();
-    m_header.SetWidth(column, std::max(width, m_header.minimumSectionSize()));
+    m_header.SetWidth(column, std::clamp(width, m_header.minimumSectionSize(), kLargestWidth));
     FitFiller();
-    StoreWidth(column);
 }
 
 }  // namespace quillary

@@ -48,6 +48,12 @@ TEST_F(FieldsCommand, Refuses) {
         Expect({"fields", "t.pdb", "-"}, {{why, {}, 1, message, {}, {schema}}});
 }
 
+TEST_F(FieldsCommand, TellsOfWhatIsNeitherYesNorNo) {
+    const std::string schema = R"([{"name": "A", "type": "checkbox", "from": 0}])";
+    Expect({"fields", "t.pdb", "-"},
+           {{"becoming a check box", {}, 0, "2 values neither yes nor no became a no.", {}, {schema}}});
+}
+
 TEST_F(FieldsCommand, AppliesToEveryRecordAndSorts) {
     Output({"fields", "t.pdb", "-", "--lenient"}, {R"([
         {"name": "Due", "type": "date", "from": 1, "options": {"convertFrom": "Y-M-D", "today": true}},

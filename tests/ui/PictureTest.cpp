@@ -61,6 +61,9 @@ TEST(Picture, SaysWhatIsWrong) {
         {{"--picture=" + picture}, 2, "Usage: quillary [FILE]"},
         {{write("people.pdb", PeopleParts().Build()), "--picture"}, 2, "Usage: quillary [FILE]"},
         {{"--picture", write("a.pdb", "a"), write("b.pdb", "b")}, 2, "named like a database"},
+        {{"--picture", write("table", PeopleParts().Build()), write("table", PeopleParts().Build())},
+         1,
+         "overwrite the database"},
         {{"--pictures"}, 2, "unknown option --pictures"},
     };
     for (const auto& c : kCases) {
