@@ -39,7 +39,7 @@ using quillary::Path;
 bool s_isDisplayNamed = false;
 
 // The toolkit ends a program that gets no display by a signal, after words of its own, which tell what is wrong when a
-// display or the way to it was named. Its other notes are not told.
+// display or the way to it was named.
 void TellOfNoDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
     static std::string said;
     said += text.toStdString() + '\n';
@@ -51,6 +51,13 @@ void TellOfNoDisplay(QtMsgType type, const QMessageLogContext& /*context*/, cons
     }
     std::cerr << "--picture needs no display, and qly works without one.\n";
     std::_Exit(1);
+}
+
+// The off-screen platform notes what it lacks, which nobody needs to know.
+void TellOfTheWorst(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
+    if (type != QtFatalMsg) return;
+    std::cerr << "quillary: " << text.toStdString() << '\n';
+    std::_Exit(1);  // the toolkit would end it by a signal
 }
 
 // A file that is handed over is opened by a program with another working folder.
@@ -81,17 +88,14 @@ int main(int argc, char** argv) {
             if (argument == option) s_isDisplayNamed = true;
         }
     }
-    if (!needsDisplay) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        s_isDisplayNamed = true;
-    }
+    if (!needsDisplay) qputenv("QT_QPA_PLATFORM", "offscreen");
     QCoreApplication::setApplicationName(QStringLiteral("Quillary"));
     QCoreApplication::setApplicationVersion(QStringLiteral(QUILLARY_VERSION));
     QGuiApplication::setDesktopFileName(QStringLiteral("org.telvane.quillary"));
     const std::string activationToken = quillary::ActivationToken();
     const QtMessageHandler former = qInstallMessageHandler(TellOfNoDisplay);
     const QApplication qt(argc, argv);
-    if (needsDisplay) qInstallMessageHandler(former);  // else the off-screen platform notes what it lacks
+    qInstallMessageHandler(needsDisplay ? former : TellOfTheWorst);
 
     QGuiApplication::setWindowIcon(quillary::ProgramIcon());
 

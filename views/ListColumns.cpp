@@ -39,7 +39,6 @@ void CListColumns::FitFiller() {
 }
 
 void CListColumns::StoreWidth(int column) {
-    if (m_model.IsFiller(column)) return;
     CQuillaryDoc& doc = m_session.Doc();
     const auto before = m_session.BeforeChange();
     doc.SetFieldWidth(static_cast<std::size_t>(column), std::min(m_header.sectionSize(column), kLargestWidth));
@@ -66,6 +65,7 @@ void CListColumns::Widen(int column, int letters) {
     const int width = m_header.sectionSize(column) + letters * QFontMetrics(m_view.font()).averageCharWidth();
     m_header.SetWidth(column, std::clamp(width, m_header.minimumSectionSize(), kLargestWidth));
     FitFiller();
+    StoreWidth(column);
 }
 
 }  // namespace quillary

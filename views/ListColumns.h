@@ -21,7 +21,7 @@ class CListColumns {
     void FitFiller();
     /// Widens or narrows a column to its widest text.
     void Fit(int column);
-    /// Widens a column by so many letters, or narrows it. Does not save that.
+    /// Widens a column by so many letters, or narrows it.
     void Widen(int column, int letters);
     /// Saves the width that the column has.
     void StoreWidth(int column);

@@ -6,7 +6,6 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <algorithm>
-#include <utility>
 
 #include "admin/ChangePasswordDlg.h"
 #include "admin/DatabaseInfoDlg.h"
@@ -125,7 +124,6 @@ bool CQuillaryView::RebuildList(bool resort, bool save) {
         const WaitCursor wait;
         const Place place = CurrentPlace();
         if (resort) SortRecords(m_doc);
-        m_widened.reset();
         m_columns.Build();
         GoTo(place);
     }
@@ -240,7 +238,7 @@ QString CQuillaryView::WhyEmpty() const {
 
 void CQuillaryView::keyPressEvent(QKeyEvent* event) {
     const QModelIndex cell = currentIndex();
-    if (event->modifiers() == Qt::AltModifier && SetWidthByKey(*event, std::max(cell.column(), 0))) return;
+    if (event->modifiers() == Qt::AltModifier && SetWidthByKey(event->key(), std::max(cell.column(), 0))) return;
     if (event->key() == Qt::Key_Space && cell.isValid()) {
         const Qt::KeyboardModifiers keys = event->modifiers();
         if (m_doc.EditOnSelect() && m_delegate->IsCheckBox(cell)) {
@@ -265,33 +263,16 @@ void CQuillaryView::keyPressEvent(QKeyEvent* event) {
     QTableView::keyPressEvent(event);
 }
 
-void CQuillaryView::keyReleaseEvent(QKeyEvent* event) {
-    if (!event->isAutoRepeat()) StoreWidened();
-    QTableView::keyReleaseEvent(event);
-}
-
-void CQuillaryView::focusOutEvent(QFocusEvent* event) {
-    StoreWidened();
-    QTableView::focusOutEvent(event);
-}
-
-bool CQuillaryView::SetWidthByKey(const QKeyEvent& event, int column) {
-    const int key = event.key();
+bool CQuillaryView::SetWidthByKey(int key, int column) {
     if (key == Qt::Key_Down) {
         m_columns.Fit(column);
     } else if (key == Qt::Key_Left || key == Qt::Key_Right) {
         m_columns.Widen(column, key == Qt::Key_Right ? 1 : -1);
-        m_widened = column;
-        if (!event.isAutoRepeat()) StoreWidened();
     } else {
         return false;
     }
     if (currentIndex().isValid()) scrollTo(currentIndex());
     return true;
-}
-
-void CQuillaryView::StoreWidened() {
-    if (const auto column = std::exchange(m_widened, std::nullopt)) m_columns.StoreWidth(*column);
 }
 
 void CQuillaryView::keyboardSearch(const QString& typed) {

@@ -52,8 +52,6 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
   protected:
     void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void keyReleaseEvent(QKeyEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
     void keyboardSearch(const QString& typed) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -97,9 +95,7 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
 
     void SetUpHeaders();
     /// False when the key sets no width.
-    [[nodiscard]] bool SetWidthByKey(const QKeyEvent& event, int column);
-    /// What a key that was held has set, once.
-    void StoreWidened();
+    [[nodiscard]] bool SetWidthByKey(int key, int column);
     void ShowFound(std::optional<std::size_t> row);
     /// What a click or touch does in a cell.
     void Tap(const QModelIndex& cell, const QPoint& point);
@@ -118,7 +114,6 @@ class CQuillaryView : public QTableView, public CommandMap<CQuillaryView> {
     CRecordCellDelegate* m_delegate;
     CRecordHeader* m_header;
     CListColumns m_columns;
-    std::optional<int> m_widened;  // a column, not yet saved
     CListSorting m_sorting;
     CListFind m_find;
     CTypedSearch m_typedSearch;
